@@ -19,7 +19,8 @@ struct CivilDay {
   int day;
 };
 
-/// The day that lies `dayOfCycle` (0 to 146096) days after 1 March of a year divisible by 400, taken as year 0.
+/// The day that lies `dayOfCycle` (0 to 146096) days after 1 March of a year divisible by 400, taken as year
+/// 0.
 CivilDay civilFromDayOfCycle(long long dayOfCycle) {
   const long long yearOfCycle =
       (dayOfCycle - dayOfCycle / 1460 + dayOfCycle / 36524 - dayOfCycle / 146096) / 365;
@@ -45,7 +46,8 @@ long long daysFromCivil(long long year, int month, long long day) {
 }
 
 std::string description(Date date) {
-  // Whole cycles are split off while the number is still a double, so that no finite date overflows an integer.
+  // Whole cycles are split off while the number is still a double, so that no finite date overflows an
+  // integer.
   const double seconds = std::floor(date.timeIntervalSinceReferenceDate);
   const double wholeCycles = std::floor(seconds / secondsPerCycle);
   double secondsOfCycle = std::fmod(seconds, secondsPerCycle);
@@ -58,8 +60,8 @@ std::string description(Date date) {
   const long long secondOfDay = intoCycle % 86400;
   const long long daysSinceMarchOfYearZero = intoCycle / 86400;
   const CivilDay civil = civilFromDayOfCycle(daysSinceMarchOfYearZero % daysPerCycle);
-  const double year = wholeCycles * 400.0 +
-                      static_cast<double>(daysSinceMarchOfYearZero / daysPerCycle * 400 + civil.year);
+  const double year =
+      wholeCycles * 400.0 + static_cast<double>(daysSinceMarchOfYearZero / daysPerCycle * 400 + civil.year);
 
   char text[400];  // a year of 302 digits is the longest there is
   std::snprintf(text, sizeof text, "%s%04.0f-%02d-%02d %02lld:%02lld:%02lld +0000", year < 0 ? "-" : "",

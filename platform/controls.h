@@ -1,0 +1,43 @@
+// Buttons with a state, and text views.
+#pragma once
+
+#include "platform/object.h"
+#include "platform/text.h"
+
+namespace pelmarix {
+
+/// The states of check boxes and menu items.
+inline constexpr int stateOff = 0;
+inline constexpr int stateOn = 1;
+inline constexpr int stateMixed = -1;
+
+class Button : public Object {
+ public:
+  virtual int state() const = 0;
+  /// Doesn't send the button's action.
+  virtual void setState(int state) = 0;
+};
+
+/// What a text view shows.
+class TextStorage {
+ public:
+  virtual ~TextStorage() = default;
+  /// Replaces the whole content. Giving the text that is shown already with other attributes lays nothing out
+  /// anew that the attributes don't change.
+  virtual void setAttributedString(const AttributedString& text) = 0;
+};
+
+class TextView : public Object {
+ public:
+  /// The text as it was put in, byte for byte; empty at first.
+  virtual SharedText string() const = 0;
+  /// Null when the view has none.
+  virtual TextStorage* textStorage() = 0;
+};
+
+/// Containers that an interface file connects and the program doesn't use.
+class View : public Object {};
+class ScrollView : public View {};
+class ClipView : public View {};
+
+}  // namespace pelmarix

@@ -1,0 +1,46 @@
+// The file system, as far as the program reads and writes it.
+//
+// Paths are the Mac's own absolute paths ("/Library/..."), as bytes: a name need not be UTF-8. Where they
+// lead on the machine that the program runs on is the implementation's business.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelmarix {
+
+/// Walks everything below a folder, files and folders, hidden entries included, in the file system's own
+/// order, a folder before what is in it. Symbolic links are yielded, never followed.
+class DirectoryEnumerator {
+ public:
+  virtual ~DirectoryEnumerator() = default;
+  /// The next entry's path relative to the folder (not ending in "/"); nothing at the end. A sub-folder that
+  /// can't be opened is yielded and passed over.
+  virtual std::optional<std::string> nextObject() = 0;
+};
+
+class FileManager {
+ public:
+  static FileManager& defaultManager();
+
+  virtual ~FileManager() = default;
+
+  /// Null when the folder can't be opened.
+  virtual std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) = 0;
+
+  /// Replaces `contents` by the whole file's bytes, keeping its capacity for the next file. False when the
+  /// file is missing, can't be read or isn't a regular file (a folder, a FIFO, a device: none of them blocks
+  /// or ends).
+  virtual bool readFile(const std::string& path, std::string& contents) = 0;
+
+  /// Writes the parts one after the other into the file in place, replacing what it held. `path` is one that
+  /// the user chose and is taken as it stands. Nothing on success, else the system's own description of the
+  /// failure. A write that stops half way is a failure.
+  virtual std::optional<std::string> writeFile(const std::string& path,
+                                               const std::vector<std::string_view>& parts) = 0;
+};
+
+}  // namespace pelmarix

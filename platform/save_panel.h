@@ -1,0 +1,32 @@
+// The panel in which the user chooses where to save.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pelmarix {
+
+/// The response of a panel that ended with its OK button; any other value means that nothing was chosen.
+inline constexpr int modalResponseOK = 1;
+inline constexpr int modalResponseCancel = 0;
+
+class SavePanel {
+ public:
+  static std::shared_ptr<SavePanel> make();
+
+  virtual ~SavePanel() = default;
+  virtual void setCanCreateDirectories(bool canCreate) = 0;
+  /// File-name extensions without the dot; a name that has none of them gets the first.
+  virtual void setAllowedFileTypes(const std::vector<std::string>& types) = 0;
+  /// Shows the panel and returns at once. `handler` is called once on the main thread with the response when
+  /// the panel has ended, and released then; the panel stays alive until then. It is not called when the
+  /// program ends first.
+  virtual void beginWithCompletionHandler(std::function<void(int response)> handler) = 0;
+  /// The absolute path of the chosen file, bytes as the file system has them; nothing when there is none.
+  virtual std::optional<std::string> path() const = 0;
+};
+
+}  // namespace pelmarix

@@ -1,0 +1,61 @@
+// The one object through which the program reaches the machine and the toolkit. The entry point installs it;
+// tests install their own. Each class's own accessor (UserDefaults::standardUserDefaults() and so on) reads
+// it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/date.h"
+
+namespace pelmarix {
+
+class Alert;
+class Application;
+class Bundle;
+class FileManager;
+class Pipe;
+class ProcessInfo;
+class SavePanel;
+class Task;
+class URLSession;
+class UserDefaults;
+class Workspace;
+
+/// Nothing is owned: what is pointed to outlives the installation. A test fills only what its subject needs;
+/// asking for anything else stops the program.
+struct Services {
+  Application* application = nullptr;
+  Bundle* bundle = nullptr;
+  FileManager* fileManager = nullptr;
+  ProcessInfo* processInfo = nullptr;
+  URLSession* urlSession = nullptr;
+  UserDefaults* userDefaults = nullptr;
+  Workspace* workspace = nullptr;
+
+  std::function<std::unique_ptr<Alert>()> makeAlert;
+  std::function<std::unique_ptr<Pipe>()> makePipe;
+  std::function<std::shared_ptr<SavePanel>()> makeSavePanel;
+  std::function<std::unique_ptr<Task>()> makeTask;
+
+  /// The clock.
+  std::function<Date()> currentDate;
+  /// Unicode's composed form (NFC) of a text; bytes that are not UTF-8 become U+FFFD.
+  std::function<std::string(std::string_view)> composedForm;
+  /// Runs a block on the main thread, after what runs there now. Callable from any thread.
+  std::function<void(std::function<void()>)> dispatchAsyncToMainQueue;
+};
+
+/// Makes `services` the installed ones, null for none. Returns those installed before.
+const Services* installServices(const Services* services);
+
+/// The time now.
+Date currentDate();
+
+std::string composedForm(std::string_view text);
+
+void dispatchAsyncToMainQueue(std::function<void()> block);
+
+}  // namespace pelmarix

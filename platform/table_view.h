@@ -1,0 +1,112 @@
+// Tables and outlines: views that ask a data source for their rows and a delegate for the cells of them.
+//
+// Cells are made from the templates that the interface file gives the view. A made cell belongs to the view
+// and is valid until the view makes another of the same identifier.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/object.h"
+
+namespace pelmarix {
+
+class TextField {
+ public:
+  virtual ~TextField() = default;
+  virtual void setStringValue(const std::string& text) = 0;
+  virtual void sizeToFit() = 0;
+};
+
+/// A cell with at most one text field.
+class TableCellView : public View {
+ public:
+  explicit TableCellView(TextField* textFieldOfCell) : textField_(textFieldOfCell) {}
+  /// Null when the template has none.
+  TextField* textField() const { return textField_; }
+
+ private:
+  TextField* textField_;
+};
+
+class TableColumn : public Object {
+ public:
+  explicit TableColumn(std::string identifierOfColumn) : identifier_(std::move(identifierOfColumn)) {}
+  const std::string& identifier() const { return identifier_; }
+
+ private:
+  std::string identifier_;
+};
+
+/// What tables and outlines have in common.
+class CellMaker {
+ public:
+  virtual ~CellMaker() = default;
+  /// Null when no template has the identifier.
+  virtual View* makeViewWithIdentifier(const std::string& identifier) = 0;
+};
+
+class TableView : public Object, public CellMaker {
+ public:
+  /// Asks the data source anew for everything. The selected row stays selected as a row number, where it
+  /// still exists.
+  virtual void reloadData() = 0;
+  /// -1 when no row is selected.
+  virtual std::ptrdiff_t selectedRow() const = 0;
+  /// In the interface file's order; the view owns them.
+  virtual const std::vector<TableColumn*>& tableColumns() const = 0;
+};
+
+class TableViewDataSource {
+ public:
+  virtual ~TableViewDataSource() = default;
+  virtual std::ptrdiff_t numberOfRowsInTableView(TableView& tableView) = 0;
+  /// Null when there is nothing.
+  virtual Object* tableViewObjectValueForTableColumnRow(TableView& tableView, const TableColumn* column,
+                                                        std::ptrdiff_t row) = 0;
+};
+
+class TableViewDelegate {
+ public:
+  virtual ~TableViewDelegate() = default;
+  /// Null when there is no view.
+  virtual View* tableViewViewForTableColumnRow(TableView& tableView, const TableColumn* column,
+                                               std::ptrdiff_t row) = 0;
+};
+
+/// Items are the data source's objects themselves, compared by identity and alive as long as the view shows
+/// them; a null item is the root.
+class OutlineView : public Object, public CellMaker {
+ public:
+  /// With a null item everything is asked anew. Items that were expanded and are still there stay expanded,
+  /// and the selected item stays selected.
+  virtual void reloadItemReloadChildren(Object* item, bool reloadChildren) = 0;
+  /// The row that was clicked last, -1 when the click hit none. Valid while the click's action runs.
+  virtual std::ptrdiff_t clickedRow() const = 0;
+  /// Null when there is no such row.
+  virtual Object* itemAtRow(std::ptrdiff_t row) = 0;
+  virtual bool isItemExpanded(Object* item) = 0;
+  virtual void expandItem(Object* item) = 0;
+  virtual void collapseItem(Object* item) = 0;
+};
+
+class OutlineViewDataSource {
+ public:
+  virtual ~OutlineViewDataSource() = default;
+  virtual std::ptrdiff_t outlineViewNumberOfChildrenOfItem(OutlineView& outlineView, Object* item) = 0;
+  /// Never null; an index out of range stops the program.
+  virtual Object* outlineViewChildOfItem(OutlineView& outlineView, std::ptrdiff_t index, Object* item) = 0;
+  virtual bool outlineViewIsItemExpandable(OutlineView& outlineView, Object* item) = 0;
+};
+
+class OutlineViewDelegate {
+ public:
+  virtual ~OutlineViewDelegate() = default;
+  /// Null when there is no view.
+  virtual View* outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
+                                                  Object* item) = 0;
+};
+
+}  // namespace pelmarix

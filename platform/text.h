@@ -1,0 +1,42 @@
+// Text: UTF-8 in std::string; comparison under Unicode's canonical equivalence; what a text view shows.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pelmarix {
+
+/// Immutable text that several holders share without copying it: a report or a listing can be hundreds of
+/// megabytes. Never null where a function takes or returns one.
+using SharedText = std::shared_ptr<const std::string>;
+
+inline SharedText shareText(std::string text) { return std::make_shared<const std::string>(std::move(text)); }
+
+/// True when both texts are the same, canonically equivalent spellings included; upper and lower case differ.
+bool textEquals(std::string_view text, std::string_view other);
+
+/// True when `text` holds `literal` anywhere, canonically equivalent spellings included; upper and lower case
+/// differ. A literal whose last letter is composed with an accent that follows it in `text` is another text,
+/// hence not held.
+bool textContains(std::string_view text, std::string_view literal);
+
+enum class Color {
+  text,  ///< the toolkit's standard colour of text, which follows light and dark appearance
+};
+
+/// The system's own font at a size in points.
+struct SystemFont {
+  double pointSize;
+  friend bool operator==(const SystemFont&, const SystemFont&) = default;
+};
+
+/// Text with the attributes of all of it; an absent attribute is left to the view that shows it.
+struct AttributedString {
+  SharedText string;
+  std::optional<Color> foregroundColor;
+  std::optional<SystemFont> font;
+};
+
+}  // namespace pelmarix

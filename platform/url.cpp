@@ -1,0 +1,33 @@
+#include "platform/url.h"
+
+#include <string_view>
+
+namespace pelmarix {
+namespace {
+
+constexpr std::string_view digits = "0123456789";
+constexpr std::string_view hexadecimalDigits = "0123456789ABCDEFabcdef";
+constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+// RFC 3986, section 2: unreserved beside letters and digits, gen-delims, sub-delims.
+constexpr std::string_view marks = "-._~:/?#[]@!$&'()*+,;=";
+
+bool holds(std::string_view set, char c) { return set.find(c) != std::string_view::npos; }
+
+}  // namespace
+
+std::optional<URL> URL::fromString(const std::string& text) {
+  if (text.empty()) return std::nullopt;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '%') {
+      if (i + 2 >= text.size() || !holds(hexadecimalDigits, text[i + 1]) ||
+          !holds(hexadecimalDigits, text[i + 2]))
+        return std::nullopt;
+    } else if (!holds(letters, c) && !holds(digits, c) && !holds(marks, c)) {
+      return std::nullopt;
+    }
+  }
+  return URL(text);
+}
+
+}  // namespace pelmarix

@@ -1,0 +1,54 @@
+// One request over the network.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/url.h"
+
+namespace pelmarix {
+
+class URLResponse {
+ public:
+  virtual ~URLResponse() = default;
+};
+
+class HTTPURLResponse final : public URLResponse {
+ public:
+  HTTPURLResponse(int status, std::optional<std::string> type)
+      : statusCode_(status), mimeType_(std::move(type)) {}
+  int statusCode() const { return statusCode_; }
+  /// The media type without parameters, in the letters that the server sent; nothing when it sent none.
+  const std::optional<std::string>& mimeType() const { return mimeType_; }
+
+ private:
+  int statusCode_;
+  std::optional<std::string> mimeType_;
+};
+
+/// Called once, on a background thread of the session. When there is an error the body must be ignored. A
+/// null response means that none came.
+using URLSessionCompletionHandler =
+    std::function<void(std::optional<std::string> body, std::shared_ptr<const URLResponse> response,
+                       std::optional<std::string> error)>;
+
+/// A request that waits for its start. Dropping it before drops the request; once started it needs no holder.
+class URLSessionDataTask {
+ public:
+  virtual ~URLSessionDataTask() = default;
+  virtual void resume() = 0;
+};
+
+class URLSession {
+ public:
+  static URLSession& sharedSession();
+
+  virtual ~URLSession() = default;
+  /// One plain GET with the session's ordinary time-outs, cache policy and headers.
+  virtual std::unique_ptr<URLSessionDataTask> dataTaskWithURLCompletionHandler(
+      const URL& url, URLSessionCompletionHandler completionHandler) = 0;
+};
+
+}  // namespace pelmarix

@@ -1,0 +1,67 @@
+#include "platform/services.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/file_manager.h"
+#include "platform/text.h"
+#include "tests/support/test_services.h"
+
+namespace pelmarix {
+namespace {
+
+TEST(ServicesDeathTest, AskingBeforeAnyAreInstalledStopsTheProgram) { EXPECT_DEATH(currentDate(), ""); }
+
+TEST(ServicesDeathTest, AskingForOneThatIsNotInstalledStopsTheProgram) {
+  test::TestServices services;
+  EXPECT_DEATH(FileManager::defaultManager(), "");
+  EXPECT_DEATH(currentDate(), "");
+}
+
+TEST(Services, AreThoseInstalledLast) {
+  test::TestServices outer;
+  outer.services.currentDate = [] { return Date{1}; };
+  {
+    test::TestServices inner;
+    inner.services.currentDate = [] { return Date{2}; };
+    EXPECT_EQ(currentDate(), Date{2});
+  }
+  EXPECT_EQ(currentDate(), Date{1});
+}
+
+/// Composes the one pair of letters that these tests use.
+class Text : public testing::Test {
+ protected:
+  Text() {
+    services.services.composedForm = [this](std::string_view text) {
+      ++compositions;
+      std::string composed(text);
+      const std::string decomposed = "U\xCC\x88";
+      for (std::size_t at; (at = composed.find(decomposed)) != std::string::npos;)
+        composed.replace(at, decomposed.size(), "\xC3\x9C");
+      return composed;
+    };
+  }
+  test::TestServices services;
+  int compositions = 0;
+};
+
+TEST_F(Text, IsEqualWhenItsSpellingsAreCanonicallyEquivalent) {
+  EXPECT_TRUE(textEquals("U\xCC\x88", "\xC3\x9C"));
+  EXPECT_FALSE(textEquals("U", "\xC3\x9C"));
+  EXPECT_FALSE(textEquals("u", "U"));
+}
+
+TEST_F(Text, DoesNotHoldALiteralWhoseLastLetterIsAccentedThere) {
+  EXPECT_TRUE(textContains("macOS Sierra U", "macOS Sierra U"));
+  EXPECT_TRUE(textContains("\xC3\xA9 macOS Sierra Update", "macOS Sierra U"));
+  EXPECT_FALSE(textContains("macOS Sierra U\xCC\x88", "macOS Sierra U"));
+}
+
+TEST_F(Text, OfPlainAsciiIsComparedWithoutComposingIt) {
+  EXPECT_FALSE(textEquals("MRTConfigData ", "MRTConfigData"));
+  EXPECT_TRUE(textContains("My macOS Mojave Installer", "macOS Mojave"));
+  EXPECT_EQ(compositions, 0);
+}
+
+}  // namespace
+}  // namespace pelmarix
