@@ -1,0 +1,336 @@
+#include "sample/install_history.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sample/random.h"
+
+namespace pelmarix::sample {
+namespace {
+
+struct Day {
+  int year;
+  int month;
+  int day;
+};
+
+double secondsAt(Day day) {
+  return static_cast<double>(daysFromCivil(day.year, day.month, day.day)) * 86400.0 -
+         secondsFromUnixEpochToReferenceDate;
+}
+
+constexpr Day delivery = {2015, 11, 14};
+constexpr Day copy = {2021, 3, 1};
+
+/// What was installed once.
+struct Milestone {
+  Day day;
+  std::string_view name;
+  std::string_view version;
+  std::string_view contentType;  // empty: none
+  std::string_view identifier;
+};
+
+constexpr auto milestones = std::to_array<Milestone>({
+    {{2015, 11, 14}, "OS X El Capitan", "10.11.1", "", "com.apple.pkg.OSInstall"},
+    {{2015, 12, 9}, "OS X El Capitan Update", "10.11.2", "", "com.apple.pkg.update.os.10.11.2Patch.15C50"},
+    {{2016, 1, 20}, "OS X El Capitan Update", "10.11.3", "", "com.apple.pkg.update.os.10.11.3Patch.15D21"},
+    {{2016, 3, 22}, "OS X El Capitan Update", "10.11.4", "", "com.apple.pkg.update.os.10.11.4Patch.15E65"},
+    {{2016, 5, 17}, "OS X El Capitan Update", "10.11.5", "", "com.apple.pkg.update.os.10.11.5Patch.15F34"},
+    {{2016, 7, 19}, "OS X El Capitan Update", "10.11.6", "", "com.apple.pkg.update.os.10.11.6Patch.15G31"},
+    {{2016, 9, 2},
+     "Security Update 2016-001",
+     "10.11.6",
+     "",
+     "com.apple.pkg.update.security.10.11.6.15G1004"},
+    {{2016, 9, 24}, "macOS Sierra", "10.12", "", "com.apple.pkg.OSInstall"},
+    {{2016, 10, 25}, "macOS Sierra Update", "10.12.1", "", "com.apple.pkg.update.os.10.12.1Patch.16B2555"},
+    {{2016, 12, 14}, "macOS Sierra Update", "10.12.2", "", "com.apple.pkg.update.os.10.12.2Patch.16C67"},
+    {{2017, 1, 24}, "macOS Sierra Update", "10.12.3", "", "com.apple.pkg.update.os.10.12.3Patch.16D32"},
+    {{2017, 3, 28}, "macOS Sierra Update", "10.12.4", "", "com.apple.pkg.update.os.10.12.4Patch.16E195"},
+    {{2017, 5, 16}, "macOS Sierra Update", "10.12.5", "", "com.apple.pkg.update.os.10.12.5Patch.16F73"},
+    {{2017, 7, 20}, "macOS Sierra Update", "10.12.6", "", "com.apple.pkg.update.os.10.12.6Patch.16G29"},
+    {{2017, 8, 3},
+     "Certificate Trust Correction",
+     "1.0",
+     "critical-update",
+     "com.apple.pkg.CertificateTrust.16U1"},
+    {{2017, 9, 27}, "macOS High Sierra", "10.13", "", "com.apple.pkg.OSInstall"},
+    {{2017, 10, 6},
+     "macOS High Sierra 10.13 Supplemental Update",
+     "10.13",
+     "",
+     "com.apple.pkg.update.os.10.13Supplemental.17A405"},
+    {{2017, 11, 1},
+     "macOS High Sierra 10.13.1 Update",
+     "10.13.1",
+     "",
+     "com.apple.pkg.update.os.10.13.1.17B48"},
+    {{2017, 11, 30},
+     "Security Update 2017-001",
+     "10.13.1",
+     "critical-update",
+     "com.apple.pkg.update.security.10.13.1.17B1002"},
+    {{2017, 12, 7}, "macOS 10.13.2 Update", "10.13.2", "", "com.apple.pkg.update.os.10.13.2.17C88"},
+    {{2018, 1, 9},
+     "macOS High Sierra 10.13.2 Supplemental Update",
+     "10.13.2",
+     "",
+     "com.apple.pkg.update.os.10.13.2Supplemental.17C205"},
+    {{2018, 1, 24},
+     "macOS High Sierra 10.13.3 Update",
+     "10.13.3",
+     "",
+     "com.apple.pkg.update.os.10.13.3.17D47"},
+    {{2018, 3, 30},
+     "macOS High Sierra 10.13.4 Update",
+     "10.13.4",
+     "",
+     "com.apple.pkg.update.os.10.13.4.17E199"},
+    {{2018, 4, 26},
+     "Security Update 2018-001",
+     "10.13.4",
+     "",
+     "com.apple.pkg.update.security.10.13.4.17E202"},
+    {{2018, 6, 2},
+     "macOS High Sierra 10.13.5 Update",
+     "10.13.5",
+     "",
+     "com.apple.pkg.update.os.10.13.5.17F77"},
+    {{2018, 7, 10},
+     "macOS High Sierra 10.13.6 Update",
+     "10.13.6",
+     "",
+     "com.apple.pkg.update.os.10.13.6.17G65"},
+    {{2018, 8, 14},
+     "Keyboard Firmware Correction",
+     "1.2",
+     "critical-update",
+     "com.apple.pkg.KeyboardFirmware.17U2"},
+    {{2018, 9, 28}, "macOS Mojave", "10.14", "", "com.apple.pkg.OSInstall"},
+    {{2018, 10, 31}, "macOS 10.14.1", "10.14.1", "", "com.apple.pkg.update.os.10.14.1.18B75"},
+    {{2018, 12, 6}, "macOS 10.14.2 Update", "10.14.2", "", "com.apple.pkg.update.os.10.14.2.18C54"},
+    {{2019, 1, 23}, "macOS 10.14.3 Update", "10.14.3", "", "com.apple.pkg.update.os.10.14.3.18D42"},
+    {{2019, 2, 8},
+     "macOS Mojave 10.14.3 Supplemental Update",
+     "10.14.3",
+     "",
+     "com.apple.pkg.update.os.10.14.3Supplemental.18D109"},
+    {{2019, 3, 26}, "macOS 10.14.4 Update", "10.14.4", "", "com.apple.pkg.update.os.10.14.4.18E226"},
+    {{2019, 5, 14}, "macOS 10.14.5 Update", "10.14.5", "", "com.apple.pkg.update.os.10.14.5.18F132"},
+    {{2019, 7, 23}, "macOS 10.14.6 Update", "10.14.6", "", "com.apple.pkg.update.os.10.14.6.18G84"},
+    {{2019, 8, 2},
+     "macOS Mojave 10.14.6 Supplemental Update",
+     "10.14.6",
+     "",
+     "com.apple.pkg.update.os.10.14.6Supplemental.18G87"},
+    {{2019, 8, 20}, "Battery Service Notice", "1.0", "critical-update", "com.apple.pkg.BatteryService.18U4"},
+    {{2019, 10, 12}, "macOS Catalina", "10.15", "", "com.apple.pkg.OSInstall"},
+    {{2019, 10, 16},
+     "macOS Catalina 10.15 Supplemental Update",
+     "10.15",
+     "",
+     "com.apple.pkg.update.os.10.15Supplemental.19A602"},
+    {{2019, 10, 30}, "macOS 10.15.1 Update", "10.15.1", "", "com.apple.pkg.update.os.10.15.1.19B88"},
+    {{2019, 12, 11}, "macOS 10.15.2 Update", "10.15.2", "", "com.apple.pkg.update.os.10.15.2.19C57"},
+    {{2020, 1, 29}, "macOS 10.15.3 Update", "10.15.3", "", "com.apple.pkg.update.os.10.15.3.19D76"},
+    {{2020, 3, 25}, "macOS 10.15.4 Update", "10.15.4", "", "com.apple.pkg.update.os.10.15.4.19E266"},
+    {{2020, 4, 9},
+     "macOS 10.15.4 Supplemental Update",
+     "10.15.4",
+     "",
+     "com.apple.pkg.update.os.10.15.4Supplemental.19E287"},
+    {{2020, 5, 27}, "macOS 10.15.5 Update", "10.15.5", "", "com.apple.pkg.update.os.10.15.5.19F96"},
+    {{2020, 6, 2},
+     "macOS Catalina 10.15.5 Supplemental Update",
+     "10.15.5",
+     "",
+     "com.apple.pkg.update.os.10.15.5Supplemental.19F101"},
+    {{2020, 7, 16}, "macOS 10.15.6 Update", "10.15.6", "", "com.apple.pkg.update.os.10.15.6.19G73"},
+    {{2020, 8, 13},
+     "macOS Catalina 10.15.6 Supplemental Update",
+     "10.15.6",
+     "",
+     "com.apple.pkg.update.os.10.15.6Supplemental.19G2021"},
+    {{2020, 9, 25}, "macOS 10.15.7 Update", "10.15.7", "", "com.apple.pkg.update.os.10.15.7.19H2"},
+    {{2020, 11, 6},
+     "macOS Catalina 10.15.7 Supplemental Update",
+     "10.15.7",
+     "",
+     "com.apple.pkg.update.os.10.15.7Supplemental.19H15"},
+    {{2020, 12, 15},
+     "Security Update 2020-001",
+     "10.15.7",
+     "",
+     "com.apple.pkg.update.security.10.15.7.19H114"},
+    {{2021, 1, 12},
+     "Disk Firmware Correction",
+     "2.0.1",
+     "critical-update",
+     "com.apple.pkg.DiskFirmware.19U7"},
+    {{2021, 2, 2}, "Security Update 2021-001", "10.15.7", "", "com.apple.pkg.update.security.10.15.7.19H512"},
+});
+
+/// What was installed again and again while it was around, its version counting up.
+struct Series {
+  std::string_view name;
+  std::string_view versionPrefix;
+  unsigned firstVersion;
+  std::string_view contentType;  // empty: none
+  std::string_view identifier;
+  std::string_view processName;
+  unsigned weight;  // how often it comes beside the others
+  Day from = delivery;
+  Day until = copy;
+};
+
+constexpr std::string_view updater = "softwareupdated";
+constexpr std::string_view installer = "Installer";
+constexpr std::string_view store = "storedownloadd";
+
+constexpr auto series = std::to_array<Series>({
+    {"XProtectPlistConfigData", "", 2078, "config-data", "com.apple.pkg.XProtectPlistConfigData", updater, 9},
+    {"MRT Configuration Data",
+     "1.",
+     4,
+     "config-data",
+     "com.apple.pkg.MRTConfigData",
+     updater,
+     7,
+     delivery,
+     {2018, 9, 28}},
+    {"MRTConfigData", "1.", 35, "config-data", "com.apple.pkg.MRTConfigData", updater, 7, {2018, 9, 28}},
+    {"Gatekeeper Configuration Data", "", 94, "config-data", "com.apple.pkg.GatekeeperConfigData", updater,
+     9},
+    {"Incompatible Kernel Extension Configuration Data", "12.", 1, "config-data",
+     "com.apple.pkg.IncompatibleKextConfigData", updater, 3},
+    {"TCC Configuration Data",
+     "15.",
+     0,
+     "config-data",
+     "com.apple.pkg.TCCConfigData",
+     updater,
+     3,
+     {2018, 9, 28}},
+    {"Core Services Application Configuration Data", "1.0.", 25, "config-data",
+     "com.apple.pkg.CoreServicesAppConfigData", updater, 3},
+    {"CoreSuggestions Configuration Data",
+     "",
+     790,
+     "config-data",
+     "com.apple.pkg.CoreSuggestionsConfigData",
+     updater,
+     4,
+     {2016, 9, 24}},
+    {"Chinese Word List Update", "4.", 11, "config-data", "com.apple.pkg.ChineseWordlistUpdate", updater, 5},
+    {"Speech Recognition Data – Français", "2.", 1, "config-data", "com.apple.pkg.SpeechRecognition.fr",
+     updater, 1},
+    {"Voice Update - Mónica", "6.1.", 0, "config-data", "com.apple.pkg.Voice.Monica", updater, 1},
+    {"Command Line Tools", "9.", 0, "", "com.apple.pkg.CLTools_Executables", updater, 2},
+    {"Safari", "10.", 0, "", "com.apple.pkg.Safari", updater, 2},
+    {"Laser Printer Software Update", "4.", 2, "", "com.example.printers.laser", updater, 2},
+    {"Example Office", "16.", 9, "", "com.example.office", installer, 6},
+    {"Harbour Mail", "3.", 0, "", "com.example.harbour-mail", store, 3},
+    {"Draw & Paint <Studio>", "7.", 4, "", "com.example.draw-and-paint", installer, 2},
+    {"Fotobücher für Freunde", "2.", 0, "", "com.example.fotobuecher", store, 2},
+    {"毎日メモ", "1.", 8, "", "com.example.mainichi-memo", store, 2},
+    {"Night Sky 🌒", "5.", 0, "", "com.example.night-sky", store, 1},
+    {"Backup Helper", "2.5.", 0, "", "com.example.backup-helper", installer, 3},
+});
+
+struct Entry {
+  double seconds;
+  std::string_view name;
+  std::string version;
+  std::string_view contentType;
+  std::string identifier;
+  std::string_view processName;
+};
+
+std::vector<Entry> milestoneEntries(std::size_t atMost, Random& random) {
+  std::vector<Entry> entries;
+  for (const Milestone& milestone : milestones) {
+    if (entries.size() == atMost) break;
+    // The machine is up in the daytime; an install is done to the second.
+    const double second = static_cast<double>(7 * 3600 + random.below(15 * 3600));
+    const bool isWholeSystem = milestone.identifier == "com.apple.pkg.OSInstall";
+    entries.push_back({.seconds = secondsAt(milestone.day) + second,
+                       .name = milestone.name,
+                       .version = std::string(milestone.version),
+                       .contentType = milestone.contentType,
+                       .identifier = std::string(milestone.identifier),
+                       .processName = isWholeSystem ? "macOS Installer" : updater});
+  }
+  return entries;
+}
+
+/// Picks one of the series that were around then, by weight.
+std::size_t pickSeries(double seconds, Random& random) {
+  std::array<unsigned, series.size()> weights{};
+  unsigned total = 0;
+  for (std::size_t i = 0; i < series.size(); ++i) {
+    if (seconds >= secondsAt(series[i].from) && seconds < secondsAt(series[i].until))
+      weights[i] = series[i].weight;
+    total += weights[i];
+  }
+  std::size_t left = random.below(total);
+  std::size_t picked = 0;
+  while (left >= weights[picked]) left -= weights[picked++];
+  return picked;
+}
+
+std::vector<Entry> seriesEntries(std::size_t count, Random& random) {
+  std::vector<Entry> entries;
+  std::array<unsigned, series.size()> installed{};
+  const double begin = secondsAt(delivery) + 86400;
+  const double step = (secondsAt(copy) - begin) / static_cast<double>(std::max<std::size_t>(count, 1));
+  double together = begin;
+  for (std::size_t i = 0; i < count; ++i) {
+    // Data comes in bursts: what is found in one look for updates is installed in the same second.
+    if (i == 0 || random.below(3) == 0)
+      together = begin + step * (static_cast<double>(i) + random.fraction());
+    const std::size_t picked = pickSeries(together, random);
+    const Series& one = series[picked];
+    const unsigned version = one.firstVersion + installed[picked]++;
+    entries.push_back({.seconds = together,
+                       .name = one.name,
+                       .version = std::string(one.versionPrefix) + std::to_string(version),
+                       .contentType = one.contentType,
+                       .identifier = std::string(one.identifier) + ".16U" + std::to_string(4000 + version),
+                       .processName = one.processName});
+  }
+  return entries;
+}
+
+PropertyList dictionaryFor(const Entry& entry) {
+  Dictionary dictionary;
+  if (!entry.contentType.empty()) dictionary.push_back({"contentType", {std::string(entry.contentType)}});
+  dictionary.push_back({"date", {Date{entry.seconds}}});
+  dictionary.push_back({"displayName", {std::string(entry.name)}});
+  dictionary.push_back({"displayVersion", {entry.version}});
+  dictionary.push_back({"packageIdentifiers", {Array{{entry.identifier}}}});
+  dictionary.push_back({"processName", {std::string(entry.processName)}});
+  return {std::move(dictionary)};
+}
+
+}  // namespace
+
+PropertyList installHistory(std::size_t entries) {
+  Random random(20151114);
+  std::vector<Entry> all = milestoneEntries(std::min(entries, milestones.size()), random);
+  const std::vector<Entry> others = seriesEntries(entries - all.size(), random);
+  all.insert(all.end(), others.begin(), others.end());
+  std::stable_sort(all.begin(), all.end(),
+                   [](const Entry& a, const Entry& b) { return a.seconds < b.seconds; });
+
+  Array array;
+  array.reserve(all.size());
+  for (const Entry& entry : all) array.push_back(dictionaryFor(entry));
+  return {std::move(array)};
+}
+
+}  // namespace pelmarix::sample

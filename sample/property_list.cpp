@@ -1,0 +1,221 @@
+#include "sample/property_list.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string_view>
+
+namespace pelmarix::sample {
+namespace {
+
+class XmlWriter {
+ public:
+  explicit XmlWriter(std::string& text) : text_(text) {}
+
+  void write(const PropertyList& item, std::size_t depth) {
+    std::visit([this, depth](const auto& value) { writeValue(value, depth); }, item.value);
+  }
+
+ private:
+  void writeValue(const std::string& string, std::size_t depth) { line(depth, "string", string); }
+
+  void writeValue(Date date, std::size_t depth) {
+    std::string stamp = description(date);  // "2019-03-26 10:11:12 +0000"
+    stamp.replace(stamp.find(' '), 1, "T");
+    stamp.replace(stamp.find(' '), std::string::npos, "Z");
+    line(depth, "date", stamp);
+  }
+
+  void writeValue(const Array& array, std::size_t depth) {
+    if (array.empty()) return indented(depth, "<array/>\n");
+    indented(depth, "<array>\n");
+    for (const PropertyList& item : array) write(item, depth + 1);
+    indented(depth, "</array>\n");
+  }
+
+  void writeValue(const Dictionary& dictionary, std::size_t depth) {
+    if (dictionary.empty()) return indented(depth, "<dict/>\n");
+    indented(depth, "<dict>\n");
+    for (const auto& [key, item] : dictionary) {
+      line(depth + 1, "key", key);
+      write(item, depth + 1);
+    }
+    indented(depth, "</dict>\n");
+  }
+
+  void indented(std::size_t depth, std::string_view markup) { text_.append(depth, '\t').append(markup); }
+
+  void line(std::size_t depth, std::string_view tag, std::string_view content) {
+    text_.append(depth, '\t').append("<").append(tag).append(">");
+    for (const char character : content) {
+      switch (character) {
+        case '&':
+          text_ += "&amp;";
+          break;
+        case '<':
+          text_ += "&lt;";
+          break;
+        case '>':
+          text_ += "&gt;";
+          break;
+        default:
+          text_ += character;
+      }
+    }
+    text_.append("</").append(tag).append(">\n");
+  }
+
+  std::string& text_;
+};
+
+void appendBigEndian(std::string& bytes, std::uint64_t number, unsigned width) {
+  for (unsigned shift = width * 8; shift > 0; shift -= 8) {
+    bytes += static_cast<char>((number >> (shift - 8)) & 0xff);
+  }
+}
+
+/// The fewest bytes that hold the number: 1 to 8.
+unsigned widthFor(std::uint64_t number) {
+  return number == 0 ? 1 : (static_cast<unsigned>(std::bit_width(number)) + 7) / 8;
+}
+
+/// UTF-16, big-endian, of valid UTF-8.
+std::string utf16(std::string_view text) {
+  std::string bytes;
+  for (std::size_t at = 0; at < text.size();) {
+    const auto lead = static_cast<unsigned char>(text[at++]);
+    const unsigned following = lead < 0x80 ? 0 : lead < 0xe0 ? 1 : lead < 0xf0 ? 2 : 3;
+    std::uint32_t codePoint = following == 0 ? lead : lead & (0x3fU >> following);
+    for (unsigned i = 0; i < following; ++i) {
+      codePoint = codePoint << 6 | (static_cast<unsigned char>(text[at++]) & 0x3fU);
+    }
+    if (codePoint < 0x10000) {
+      appendBigEndian(bytes, codePoint, 2);
+    } else {
+      appendBigEndian(bytes, 0xd800 + ((codePoint - 0x10000) >> 10), 2);
+      appendBigEndian(bytes, 0xdc00 + ((codePoint - 0x10000) & 0x3ff), 2);
+    }
+  }
+  return bytes;
+}
+
+bool isAscii(std::string_view text) {
+  for (const char character : text) {
+    if (static_cast<unsigned char>(character) >= 0x80) return false;
+  }
+  return true;
+}
+
+/// Numbers the objects first, containers before what they hold, because the width of a reference depends on
+/// how many there are; then writes them.
+class BinaryWriter {
+ public:
+  std::string write(const PropertyList& root) {
+    number(root);
+    referenceWidth_ = widthFor(objects_.size() - 1);
+    bytes_ = "bplist00";
+    std::vector<std::uint64_t> offsets;
+    for (const Object& object : objects_) {
+      offsets.push_back(bytes_.size());
+      writeObject(object);
+    }
+    const std::uint64_t tableStart = bytes_.size();
+    const unsigned offsetWidth = widthFor(tableStart);
+    for (const std::uint64_t offset : offsets) appendBigEndian(bytes_, offset, offsetWidth);
+    appendBigEndian(bytes_, 0, 6);
+    appendBigEndian(bytes_, offsetWidth, 1);
+    appendBigEndian(bytes_, referenceWidth_, 1);
+    appendBigEndian(bytes_, objects_.size(), 8);
+    appendBigEndian(bytes_, 0, 8);  // the root is the first object
+    appendBigEndian(bytes_, tableStart, 8);
+    return std::move(bytes_);
+  }
+
+ private:
+  using Reference = std::uint64_t;
+
+  struct Object {
+    const std::string* string = nullptr;
+    const Date* date = nullptr;
+    bool isDictionary = false;
+    /// Of an array its items; of a dictionary all keys, then all values.
+    std::vector<Reference> references = {};
+  };
+
+  Reference number(const PropertyList& item) {
+    if (const auto* string = std::get_if<std::string>(&item.value)) return numberString(*string);
+    const Reference reference = objects_.size();
+    objects_.emplace_back();
+    std::vector<Reference> references;
+    if (const auto* date = std::get_if<Date>(&item.value)) {
+      objects_[reference].date = date;
+    } else if (const auto* array = std::get_if<Array>(&item.value)) {
+      for (const PropertyList& child : *array) references.push_back(number(child));
+    } else {
+      const auto& dictionary = std::get<Dictionary>(item.value);
+      for (const auto& pair : dictionary) references.push_back(numberString(pair.first));
+      for (const auto& pair : dictionary) references.push_back(number(pair.second));
+      objects_[reference].isDictionary = true;
+    }
+    objects_[reference].references = std::move(references);
+    return reference;
+  }
+
+  Reference numberString(const std::string& string) {
+    const auto [found, isNew] = strings_.try_emplace(string, objects_.size());
+    if (isNew) objects_.push_back({.string = &string});
+    return found->second;
+  }
+
+  void writeObject(const Object& object) {
+    if (object.string != nullptr) {
+      if (isAscii(*object.string)) {
+        writeMarker(0x50, object.string->size());
+        bytes_ += *object.string;
+      } else {
+        const std::string units = utf16(*object.string);
+        writeMarker(0x60, units.size() / 2);
+        bytes_ += units;
+      }
+    } else if (object.date != nullptr) {
+      bytes_ += '\x33';
+      appendBigEndian(bytes_, std::bit_cast<std::uint64_t>(object.date->timeIntervalSinceReferenceDate), 8);
+    } else {
+      const std::size_t count = object.references.size();
+      writeMarker(object.isDictionary ? 0xd0 : 0xa0, object.isDictionary ? count / 2 : count);
+      for (const Reference reference : object.references) appendBigEndian(bytes_, reference, referenceWidth_);
+    }
+  }
+
+  /// A type in the high four bits with its count in the low four, or in an integer that follows.
+  void writeMarker(unsigned type, std::size_t count) {
+    appendBigEndian(bytes_, type | (count < 15 ? static_cast<unsigned>(count) : 15U), 1);
+    if (count < 15) return;
+    const unsigned power = std::bit_width(widthFor(count) - 1);  // integers have 1, 2, 4 or 8 bytes
+    appendBigEndian(bytes_, 0x10 | power, 1);
+    appendBigEndian(bytes_, count, 1U << power);
+  }
+
+  std::vector<Object> objects_;
+  std::map<std::string_view, Reference> strings_;
+  unsigned referenceWidth_ = 1;
+  std::string bytes_;
+};
+
+}  // namespace
+
+std::string xmlForm(const PropertyList& root) {
+  std::string text =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+      "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+      "<plist version=\"1.0\">\n";
+  XmlWriter(text).write(root, 0);
+  text += "</plist>\n";
+  return text;
+}
+
+std::string binaryForm(const PropertyList& root) { return BinaryWriter().write(root); }
+
+}  // namespace pelmarix::sample

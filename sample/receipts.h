@@ -1,0 +1,41 @@
+// The package receipts of the sample Mac.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "platform/date.h"
+
+namespace pelmarix::sample {
+
+enum class ReceiptForm { xml, binary };
+
+/// What lies beside a receipt under its name with the extension "bom".
+enum class BillKind {
+  usual,        ///< some ten paths
+  large,        ///< more than one node of paths: see largeBillPaths
+  foldersOnly,  ///< no plain file, so a listing of files is empty
+  broken,       ///< the file is there, and is no bill of materials
+  missing,      ///< no file at all
+};
+
+struct Receipt {
+  /// Path below the receipts folder, without an extension; with one "/" where it lies in the sub-folder.
+  std::string stem;
+  std::string packageIdentifier;
+  std::string packageVersion;
+  /// With a fraction of a second where the form can hold one.
+  Date installDate;
+  ReceiptForm form;
+  BillKind billKind;
+};
+
+/// That many receipts, in the order of their dates, oldest first, spread over the years 2015 to 2021. Both
+/// forms, the sub-folder and, from fifty receipts on, every kind of bill occur.
+std::vector<Receipt> receipts(std::size_t count);
+
+/// The receipt's property list in its form.
+std::string propertyListFile(const Receipt& receipt);
+
+}  // namespace pelmarix::sample
