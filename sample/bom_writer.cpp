@@ -1,0 +1,331 @@
+#include "sample/bom_writer.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <map>
+#include <set>
+#include <tuple>
+#include <utility>
+
+namespace pelmarix::sample {
+namespace {
+
+// Numbers are big-endian everywhere.
+class Bytes {
+ public:
+  Bytes& u8(std::uint32_t value) {
+    text.push_back(static_cast<char>(value));
+    return *this;
+  }
+  Bytes& u16(std::uint32_t value) { return u8(value >> 8).u8(value); }
+  Bytes& u32(std::uint32_t value) { return u16(value >> 16).u16(value); }
+  Bytes& raw(std::string_view bytes) {
+    text.append(bytes);
+    return *this;
+  }
+  Bytes& zeros(std::size_t count) {
+    text.append(count, '\0');
+    return *this;
+  }
+
+  std::string text;
+};
+
+constexpr std::uint32_t nodeSize = 4096;
+constexpr std::uint32_t headerRoom =
+    512;  // the header's 32 bytes and what the usual writer leaves free behind it
+
+std::uint32_t size32(std::size_t size) { return static_cast<std::uint32_t>(size); }
+
+std::string record(const BomEntry& entry, bool old) {
+  const bool program = !entry.processors.empty();
+  const bool link = entry.kind == BomKind::link;
+  Bytes bytes;
+  bytes.u8(static_cast<std::uint32_t>(entry.kind)).u8(1);
+  bytes.u16(!program ? 0x000F : entry.processors.size() == 1 ? 0x100F : 0x200F);
+  bytes.u16(entry.mode).u32(entry.user).u32(entry.group).u32(entry.modificationTime);
+  bytes.u32(link ? size32(entry.linkTarget.size()) : entry.size).u8(1);
+  if (link) {
+    bytes.u32(posixChecksum(entry.linkTarget)).u32(size32(entry.linkTarget.size() + 1));
+    bytes.raw(entry.linkTarget).u8(0);
+  } else if (entry.kind != BomKind::folder) {
+    bytes.u32(entry.checksum);
+  }
+  if (program) {
+    bytes.u8(1).u32(size32(entry.processors.size()));
+    for (const BomProcessor& part : entry.processors) {
+      bytes.u32(part.type).u32(part.subtype).u32(part.size).u32(part.checksum);
+    }
+  }
+  return bytes.zeros(old ? 0 : 8).text;
+}
+
+// A path's entry with its place in the tree of folders.
+struct Path {
+  const BomEntry* entry;
+  std::string_view name;
+  std::uint32_t parent;  // an id; 0 for those without a folder above them
+  std::uint32_t id;
+};
+
+std::pair<std::string_view, std::string_view> splitPath(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string_view::npos) return {{}, path};
+  return {path.substr(0, slash), path.substr(slash + 1)};
+}
+
+// The folders that the paths need and that the list does not have.
+std::vector<BomEntry> missingFolders(const std::vector<BomEntry>& entries) {
+  std::set<std::string_view> known;
+  for (const BomEntry& entry : entries) known.insert(entry.path);
+  std::vector<BomEntry> folders;
+  for (const BomEntry& entry : entries) {
+    for (std::string_view above = splitPath(entry.path).first; !above.empty() && known.insert(above).second;
+         above = splitPath(above).first) {
+      folders.push_back({.path = std::string(above),
+                         .kind = BomKind::folder,
+                         .mode = 040755,
+                         .modificationTime = entry.modificationTime});
+    }
+  }
+  return folders;
+}
+
+// The paths in the order of the tree: by the parent's id, then by the name's bytes. Ids run depth first.
+std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std::vector<BomEntry>& added,
+                                const BomLayout& layout) {
+  std::vector<const BomEntry*> sorted;
+  for (const BomEntry& entry : entries) sorted.push_back(&entry);
+  for (const BomEntry& entry : added) sorted.push_back(&entry);
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const BomEntry* left, const BomEntry* right) { return left->path < right->path; });
+
+  std::map<std::string_view, std::uint32_t> ids;
+  std::vector<Path> paths;
+  std::uint32_t id = layout.firstId;
+  for (const BomEntry* entry : sorted) {
+    const auto [above, name] = splitPath(entry->path);
+    ids.emplace(entry->path, id);
+    paths.push_back({entry, name, above.empty() ? 0 : ids.at(above), id});
+    id += layout.idStep;
+  }
+  std::sort(paths.begin(), paths.end(), [](const Path& left, const Path& right) {
+    return std::tie(left.parent, left.name, left.id) < std::tie(right.parent, right.name, right.id);
+  });
+  return paths;
+}
+
+std::string treeBlock(std::uint32_t root, std::uint32_t size, std::size_t paths) {
+  return Bytes().raw("tree").u32(1).u32(root).u32(size).u32(size32(paths)).u8(0).text;
+}
+
+// The numbered blocks of the file; number 0 is the null block.
+class Blocks {
+ public:
+  explicit Blocks(bool padNodes) : padNodes_(padNodes) {}
+
+  std::uint32_t add(std::string block) {
+    blocks_.push_back(std::move(block));
+    return size32(blocks_.size() - 1);
+  }
+
+  // A number for a block that is written later.
+  std::uint32_t reserve() { return add({}); }
+  void set(std::uint32_t number, std::string block) { blocks_[number] = std::move(block); }
+
+  std::string node(Bytes bytes, std::uint32_t size) const {
+    if (padNodes_ && bytes.text.size() < size) bytes.zeros(size - bytes.text.size());
+    return std::move(bytes.text);
+  }
+  std::uint32_t addEmptyTree(std::uint32_t size) {
+    const std::uint32_t tree = reserve();
+    set(tree, treeBlock(add(node(Bytes().u16(1).u16(0).u32(0).u32(0), size)), size, 0));
+    return tree;
+  }
+
+  const std::vector<std::string>& all() const { return blocks_; }
+
+ private:
+  bool padNodes_;
+  std::vector<std::string> blocks_{std::string()};
+};
+
+// What a node above says of one below it.
+struct Child {
+  std::uint32_t node;
+  std::uint32_t lastKey;
+};
+
+std::vector<Child> addLeaves(Blocks& blocks, const std::vector<Path>& paths, const BomLayout& layout) {
+  const std::size_t step = layout.pathsPerNode;
+  const std::size_t count = std::max<std::size_t>(1, (paths.size() + step - 1) / step);
+  std::vector<std::uint32_t> numbers(count);
+  for (std::uint32_t& number : numbers) number = blocks.reserve();
+
+  std::vector<Child> leaves;
+  for (std::size_t leaf = 0; leaf < count; ++leaf) {
+    const std::size_t first = leaf * step;
+    const std::size_t end = std::min(paths.size(), first + step);
+    Bytes node;
+    node.u16(1).u16(size32(end - first));
+    node.u32(leaf + 1 < count ? numbers[leaf + 1] : 0).u32(leaf > 0 ? numbers[leaf - 1] : 0);
+    std::uint32_t key = 0;
+    for (std::size_t i = first; i < end; ++i) {
+      const Path& path = paths[i];
+      const std::uint32_t details = blocks.add(record(*path.entry, layout.oldRecords));
+      const std::uint32_t info = blocks.add(Bytes().u32(path.id).u32(details).text);
+      key = blocks.add(Bytes().u32(path.parent).raw(path.name).u8(0).text);
+      node.u32(info).u32(key);
+    }
+    blocks.set(numbers[leaf], blocks.node(std::move(node), nodeSize));
+    leaves.push_back({numbers[leaf], key});
+  }
+  return leaves;
+}
+
+// Puts levels of inner nodes above the children until one node is left: the root.
+std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayout& layout) {
+  while (children.size() > 1) {
+    std::vector<Child> level;
+    for (std::size_t first = 0; first < children.size(); first += layout.pathsPerNode) {
+      const std::size_t end = std::min<std::size_t>(children.size(), first + layout.pathsPerNode);
+      Bytes node;
+      node.u16(0).u16(size32(end - first - 1)).u32(0).u32(0);
+      for (std::size_t i = first; i < end; ++i)
+        node.u32(children[i].node).u32(i + 1 < end ? children[i].lastKey : 0);
+      level.push_back({blocks.add(blocks.node(std::move(node), nodeSize)), children[end - 1].lastKey});
+    }
+    children = std::move(level);
+  }
+  return children.front().node;
+}
+
+std::string indexBytes(const std::vector<std::string>& blocks, const std::vector<std::uint32_t>& offsets) {
+  Bytes index;
+  index.u32(size32(blocks.size()));
+  for (std::size_t i = 0; i < blocks.size(); ++i) index.u32(offsets[i]).u32(size32(blocks[i].size()));
+  return index.u32(0).text;  // an empty list of free ranges
+}
+
+}  // namespace
+
+std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const BomLayout& layout) {
+  const std::vector<BomEntry> added = missingFolders(entries);
+  const std::vector<Path> paths = arrangedPaths(entries, added, layout);
+
+  Blocks blocks(layout.paddedNodes);
+  const std::uint32_t info = blocks.add(Bytes().u32(1).u32(size32(paths.size() + 1)).u32(1).zeros(16).text);
+  const std::uint32_t tree = blocks.reserve();
+  const std::uint32_t root = addRoot(blocks, addLeaves(blocks, paths, layout), layout);
+  blocks.set(tree, treeBlock(root, nodeSize, paths.size()));
+  const std::uint32_t hardLinks = blocks.addEmptyTree(nodeSize);
+  const std::uint32_t views = blocks.addEmptyTree(128);
+  const std::uint32_t viewIndex = blocks.add(Bytes().u32(1).u32(views).u32(0).u8(0).text);
+  const std::uint32_t longSizes = blocks.addEmptyTree(nodeSize);
+
+  Bytes variables;
+  variables.u32(5);
+  for (const auto& [block, name] :
+       std::initializer_list<std::pair<std::uint32_t, std::string_view>>{{info, "BomInfo"},
+                                                                         {tree, "Paths"},
+                                                                         {hardLinks, "HLIndex"},
+                                                                         {viewIndex, "VIndex"},
+                                                                         {longSizes, "Size64"}}) {
+    variables.u32(block).u8(size32(name.size())).raw(name);
+  }
+
+  // The index has one length wherever the blocks stand, so its room is known ahead of its content.
+  const std::vector<std::string>& all = blocks.all();
+  const std::uint32_t indexLength = size32(4 + 8 * all.size() + 4);
+  std::uint32_t end = headerRoom;
+  const auto place = [&end](std::size_t length) { return std::exchange(end, end + size32(length)); };
+  std::uint32_t variablesOffset = layout.variablesFirst ? place(variables.text.size()) : 0;
+  std::uint32_t indexOffset = layout.indexFirst ? place(indexLength) : 0;
+  std::vector<std::uint32_t> order;
+  for (std::uint32_t i = 1; i < all.size(); ++i) order.push_back(i);
+  if (layout.blocksReversed) std::reverse(order.begin(), order.end());
+  std::vector<std::uint32_t> offsets(all.size());
+  for (const std::uint32_t i : order) offsets[i] = place(all[i].size());
+  if (!layout.variablesFirst) variablesOffset = place(variables.text.size());
+  if (!layout.indexFirst) indexOffset = place(indexLength);
+
+  Bytes file;
+  file.raw("BOMStore").u32(1).u32(size32(all.size() - 1)).u32(indexOffset).u32(indexLength);
+  file.u32(variablesOffset).u32(size32(variables.text.size()));
+  file.text.resize(end);
+  const auto put = [&file](std::uint32_t offset, const std::string& part) {
+    std::copy(part.begin(), part.end(), file.text.begin() + offset);
+  };
+  put(variablesOffset, variables.text);
+  put(indexOffset, indexBytes(all, offsets));
+  for (const std::uint32_t i : order) put(offsets[i], all[i]);
+  return std::move(file.text);
+}
+
+std::vector<BomEntry> manyBomEntries(std::size_t count) {
+  constexpr std::uint32_t start = 1538021007;  // 2018-09-27 04:03:27
+  std::vector<BomEntry> entries;
+  entries.reserve(count);
+  const auto addFolder = [&entries](std::string path) {
+    entries.push_back(
+        {.path = std::move(path), .kind = BomKind::folder, .mode = 040755, .modificationTime = start});
+  };
+  if (count > 0) addFolder(".");
+  std::string folder = ".";
+  for (std::uint32_t number = 1; entries.size() < count; ++number) {
+    const std::string digits = std::to_string(number);
+    if (number % 1000 == 1) {
+      folder = "./Group " + digits;
+      addFolder(folder);
+    } else if (number % 100 == 1) {
+      addFolder(folder.substr(0, folder.find('/', 2)) + "/Résumé " + digits);
+      folder = entries.back().path;
+    } else if (number % 100 == 50) {
+      entries.push_back({.path = folder + "/Current " + digits,
+                         .kind = BomKind::link,
+                         .mode = 0120755,
+                         .modificationTime = start + number,
+                         .linkTarget = "Versions/" + digits});
+    } else if (number % 100 == 51) {
+      entries.push_back(
+          {.path = folder + "/tool-" + digits,
+           .mode = 0100755,
+           .group = 80,
+           .modificationTime = start + number,
+           .size = 70 * number,
+           .checksum = posixChecksum(digits),
+           .processors = {{0x1000007, 3, 40 * number, 0x12345678}, {7, 3, 30 * number, 0x9ABCDEF0}}});
+    } else {
+      entries.push_back({.path = folder + "/document-" + digits + ".txt",
+                         .mode = 0100644,
+                         .group = 80,
+                         .modificationTime = start + number,
+                         .size = 13 * number,
+                         .checksum = posixChecksum(digits)});
+    }
+  }
+  return entries;
+}
+
+std::uint32_t posixChecksum(std::string_view bytes) {
+  static const std::array<std::uint32_t, 256> table = [] {
+    std::array<std::uint32_t, 256> values{};
+    for (std::uint32_t i = 0; i < values.size(); ++i) {
+      std::uint32_t value = i << 24;
+      for (int bit = 0; bit < 8; ++bit) value = (value << 1) ^ ((value >> 31) * 0x04C11DB7U);
+      values[i] = value;
+    }
+    return values;
+  }();
+  std::uint32_t checksum = 0;
+  const auto feed = [&checksum](std::uint32_t byte) {
+    checksum = (checksum << 8) ^ table[(checksum >> 24) ^ byte];
+  };
+  for (const char byte : bytes) feed(static_cast<unsigned char>(byte));
+  for (std::size_t length = bytes.size(); length > 0; length >>= 8)
+    feed(static_cast<std::uint32_t>(length & 0xFF));
+  return ~checksum;
+}
+
+}  // namespace pelmarix::sample
