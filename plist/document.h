@@ -1,0 +1,64 @@
+// Property lists: from a file's bytes to values.
+//
+// Both forms in use are read, XML and binary; which one it is, the first bytes say. Decoding is strict: a
+// file decodes as a whole or not at all. It takes time and memory in proportion to the bytes, whatever they
+// are: at most 64 times their number and 1 MiB of memory. Containers may be nested 512 deep. Nothing is
+// printed, nothing thrown on account of the bytes.
+//
+//   const plist::Result<plist::Document> decoded = plist::Document::decode(bytes);
+//   if (!decoded) return description(decoded.error());
+//   for (plist::Value entry : decoded->root().elements())
+//     if (std::optional<plist::Value> name = entry.find("displayName")) use(name->string());
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "plist/error.h"
+#include "plist/value.h"
+
+namespace pelmarix::plist {
+
+/// A value, or why there is none. The value may be asked for only where there is one, the error only where
+/// there isn't.
+template <typename T>
+class Result {
+ public:
+  Result(T value) : content_(std::move(value)) {}
+  Result(Error error) : content_(error) {}
+
+  explicit operator bool() const { return std::holds_alternative<T>(content_); }
+  const T& operator*() const& { return *std::get_if<T>(&content_); }
+  T&& operator*() && { return std::move(*std::get_if<T>(&content_)); }
+  const T* operator->() const { return std::get_if<T>(&content_); }
+  const Error& error() const { return *std::get_if<Error>(&content_); }
+
+ private:
+  std::variant<T, Error> content_;
+};
+
+/// A decoded property list. It can be moved, its values stay good.
+class Document {
+ public:
+  /// The bytes must outlive the document and its values: text is not copied out of them where it can be read
+  /// in place.
+  static Result<Document> decode(std::string_view bytes);
+
+  Document(Document&&) noexcept;
+  Document& operator=(Document&&) noexcept;
+  ~Document();
+
+  Value root() const;
+  /// How many different values there are at most (see Value::identity), never more than the file has bytes.
+  std::size_t valueCount() const;
+
+ private:
+  explicit Document(std::unique_ptr<const Tree> tree);
+
+  std::unique_ptr<const Tree> tree_;
+};
+
+}  // namespace pelmarix::plist
