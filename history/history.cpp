@@ -1,0 +1,22 @@
+#include "history/history.h"
+
+namespace pelmarix {
+namespace {
+
+std::string reportLine(const HistoryItem& item) {
+  return item.name + ": " + item.version + " " + description(item.installDate) + "\n";
+}
+
+}  // namespace
+
+std::vector<std::string> History::reportLines(bool skipConfigData) const {
+  std::vector<std::string> lines;
+  lines.reserve(children.size());
+  for (const auto& item : children) {
+    const bool isSkipped = skipConfigData && item->type == history_type::configurationData;
+    lines.push_back(isSkipped ? std::string() : reportLine(*item));
+  }
+  return lines;
+}
+
+}  // namespace pelmarix

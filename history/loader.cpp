@@ -1,0 +1,84 @@
+#include "history/loader.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/alert.h"
+#include "platform/file_manager.h"
+#include "platform/text.h"
+
+namespace pelmarix {
+namespace {
+
+// A new kind of security data is one line here, a new system release one line in the list below it.
+constexpr std::array<std::string_view, 6> securityDataNames = {
+    "Gatekeeper Configuration Data",
+    "MRTConfigData",
+    "MRT Configuration Data",
+    "XProtectPlistConfigData",
+    "Incompatible Kernel Extension Configuration Data",
+    "TCC Configuration Data",
+};
+
+// Parts of names: "OS X El Capitan U" takes both "Update" and "Upgrade", and the blank behind "macOS High
+// Sierra " keeps out what only begins with that name.
+constexpr std::array<std::string_view, 9> systemReleaseMarkers = {
+    "OS X El Capitan U", "macOS Sierra U", "macOS 10.13", "macOS High Sierra ", "macOS Mojave",
+    "macOS 10.14",       "macOS 10.14.1",  "macOS 10.15", "Catalina",
+};
+
+/// One of history_type, or nothing for an entry that isn't kept. The first class that takes the entry
+/// decides.
+std::optional<std::int64_t> classify(const theReceipts& entry) {
+  const auto nameEquals = [&](std::string_view name) { return textEquals(entry.displayName, name); };
+  const auto nameContains = [&](std::string_view part) { return textContains(entry.displayName, part); };
+  const auto contentTypeEquals = [&](std::string_view contentType) {
+    return entry.contentType && textEquals(*entry.contentType, contentType);
+  };
+
+  if (std::any_of(securityDataNames.begin(), securityDataNames.end(), nameEquals))
+    return history_type::securityData;
+  if (nameContains("Security Update")) return history_type::securityUpdate;
+  if (std::any_of(systemReleaseMarkers.begin(), systemReleaseMarkers.end(), nameContains))
+    return history_type::systemInstall;
+  if (contentTypeEquals("critical-update")) return history_type::criticalUpdate;
+  if (contentTypeEquals("config-data")) return history_type::configurationData;
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theReceipts>& entries) {
+  std::vector<std::shared_ptr<History>> result;
+  if (entries.empty()) return result;
+
+  auto current = std::make_shared<History>("Listing 0");
+  std::size_t groupCount = 0;
+  for (const theReceipts& entry : entries) {
+    const std::optional<std::int64_t> type = classify(entry);
+    if (!type) continue;
+    if (*type == history_type::systemInstall) {
+      // What came before the first system install belongs to no group that is shown.
+      if (groupCount > 0) result.push_back(std::move(current));
+      ++groupCount;
+      current = std::make_shared<History>(entry.displayName + " " + entry.displayVersion);
+    }
+    current->children.push_back(
+        std::make_shared<HistoryItem>(entry.displayName, entry.displayVersion, entry.date, *type));
+  }
+  result.push_back(std::move(current));
+  return result;
+}
+
+std::vector<std::shared_ptr<History>> readInstallHistory() {
+  std::string bytes;
+  if (FileManager::defaultManager().readFile(installHistoryPath, bytes))
+    if (const auto entries = decodeReceipts(bytes)) return groupInstallHistory(*entries);
+  showErrorAlert(lastActionErrorMessage, "Couldn't read install history.");
+  return {};
+}
+
+}  // namespace pelmarix

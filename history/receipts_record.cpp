@@ -1,0 +1,1 @@
+#include "history/receipts_record.h"

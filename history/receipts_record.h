@@ -1,0 +1,27 @@
+// One entry of the install history as the system's property list holds it. The fields bear the list's own
+// keys.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/date.h"
+
+namespace pelmarix {
+
+struct theReceipts {
+  std::optional<std::string> contentType;  ///< absent when the entry has none
+  Date date;                               ///< always finite
+  std::string displayName;
+  std::string displayVersion;
+};
+
+/// The entries of an install history, in the file's order. `bytes` is a property list, XML or binary, whose
+/// root is an array of dictionaries; keys are compared exactly and others are ignored. Nothing when any of
+/// that fails in one place: no property list, another root, an entry without its date, name or version, a
+/// value of another type.
+std::optional<std::vector<theReceipts>> decodeReceipts(std::string_view bytes);
+
+}  // namespace pelmarix
