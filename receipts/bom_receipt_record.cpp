@@ -1,0 +1,1 @@
+#include "receipts/bom_receipt_record.h"

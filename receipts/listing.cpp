@@ -1,0 +1,30 @@
+#include <memory>
+
+#include "platform/fatal.h"
+#include "platform/task.h"
+#include "platform/text.h"
+#include "receipts/bom.h"
+
+namespace pelmarix {
+
+std::string BoMItem::listBoM() const {
+  std::vector<std::string> arguments = theBomParams;
+  arguments.push_back(path + theBomExtension);
+
+  const std::unique_ptr<Pipe> pipe = Pipe::make();
+  const std::unique_ptr<Task> task = Task::make();
+  task->setLaunchPath(theBomCmd);
+  task->setArguments(arguments);
+  task->setStandardOutput(*pipe);
+  task->launch();
+  // Reading comes first: a lister with much to say would wait for room in a full pipe while it was waited
+  // for.
+  std::string output = pipe->readDataToEndOfFile();
+  task->waitUntilExit();
+
+  if (task->terminationStatus() != 0) return noBomInformation;
+  if (!isValidUtf8(output)) fatalStop("the lister printed what is not UTF-8");
+  return output.empty() ? std::string(noBomInformation) : output;
+}
+
+}  // namespace pelmarix
