@@ -1,0 +1,84 @@
+// The outline of the install history.
+#include "platform/date.h"
+#include "platform/fatal.h"
+#include "ui/view_controller.h"
+
+namespace pelmarix::ui {
+namespace {
+
+/// A cell of the outline with its text, sized to it.
+View* cell(OutlineView& outlineView, const char* identifier, const std::string& text) {
+  auto* view = dynamic_cast<TableCellView*>(outlineView.makeViewWithIdentifier(identifier));
+  if (view == nullptr) return nullptr;
+  if (TextField* textField = view->textField()) {
+    textField->setStringValue(text);
+    textField->sizeToFit();
+  }
+  return view;
+}
+
+View* groupCell(OutlineView& outlineView, const std::string& column, const History& group) {
+  if (column == "NameColumn") return cell(outlineView, "NameCell", group.name);
+  if (column == "DateColumn") return cell(outlineView, "DateCell", "");
+  if (column == "VersionColumn") return cell(outlineView, "VersionCell", "");
+  return nullptr;
+}
+
+View* itemCell(OutlineView& outlineView, const std::string& column, const HistoryItem& item) {
+  if (column == "DateColumn") return cell(outlineView, "DateCell", description(item.installDate));
+  if (column == "VersionColumn") return cell(outlineView, "VersionCell", item.version);
+  // A tab sets configuration data apart inside the column of names.
+  const bool isSetApart = item.type >= history_type::configurationData;
+  return cell(outlineView, "NameItemCell", isSetApart ? "\t" + item.name : item.name);
+}
+
+template <typename List>
+Object* elementAt(const List& list, std::ptrdiff_t index) {
+  if (index < 0 || static_cast<std::size_t>(index) >= list.size()) fatalStop("no such row");
+  return list[static_cast<std::size_t>(index)].get();
+}
+
+}  // namespace
+
+std::ptrdiff_t ViewController::outlineViewNumberOfChildrenOfItem(OutlineView& /*outlineView*/, Object* item) {
+  if (const auto* group = dynamic_cast<const History*>(item)) return std::ssize(group->children);
+  return std::ssize(histories);
+}
+
+Object* ViewController::outlineViewChildOfItem(OutlineView& /*outlineView*/, std::ptrdiff_t index,
+                                               Object* item) {
+  if (const auto* group = dynamic_cast<const History*>(item)) return elementAt(group->children, index);
+  return elementAt(histories, index);
+}
+
+bool ViewController::outlineViewIsItemExpandable(OutlineView& /*outlineView*/, Object* item) {
+  const auto* group = dynamic_cast<const History*>(item);
+  return group != nullptr && !group->children.empty();
+}
+
+View* ViewController::outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
+                                                        Object* item) {
+  const std::string identifier = column != nullptr ? column->identifier() : std::string();
+  if (const auto* group = dynamic_cast<const History*>(item))
+    return groupCell(outlineView, identifier, *group);
+  if (const auto* entry = dynamic_cast<const HistoryItem*>(item))
+    return itemCell(outlineView, identifier, *entry);
+  return nullptr;
+}
+
+void ViewController::doubleClickedItem(Object* sender) {
+  auto& outlineView = required(dynamic_cast<OutlineView*>(sender), "the sender is not the outline");
+  if (auto* group = dynamic_cast<History*>(outlineView.itemAtRow(outlineView.clickedRow()))) {
+    if (outlineView.isItemExpanded(group))
+      outlineView.collapseItem(group);
+    else
+      outlineView.expandItem(group);
+  }
+  reloadOutline();
+}
+
+void ViewController::reloadOutline() {
+  required(bsvOutlineView, "bsvOutlineView is not connected").reloadItemReloadChildren(nullptr, true);
+}
+
+}  // namespace pelmarix::ui

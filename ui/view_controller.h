@@ -1,0 +1,93 @@
+// The main window's controller: what it holds, when it loads, and the actions of its controls.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "history/history.h"
+#include "platform/controls.h"
+#include "platform/table_view.h"
+#include "platform/view_controller.h"
+#include "platform/window.h"
+#include "receipts/bom.h"
+
+namespace pelmarix::ui {
+
+/// Data source and delegate of the history outline and the receipts table, and the window's delegate once it
+/// has appeared. The interface file connects outlets and actions; using an outlet that it left out stops the
+/// program. An action's sender may be null unless said otherwise. Main thread only.
+class ViewController final : public pelmarix::ViewController,
+                             public WindowDelegate,
+                             public OutlineViewDataSource,
+                             public OutlineViewDelegate,
+                             public TableViewDataSource,
+                             public TableViewDelegate {
+ public:
+  /// Reads preferences, history and receipts and shows the report and the receipts. Failures to read are
+  /// shown by modal alerts, and loading goes on with what could be read.
+  void viewDidLoad() override;
+  /// Becomes the window's delegate, sets its title and shows the outline.
+  void viewDidAppear() override;
+  /// Ends the application; always true.
+  bool windowShouldClose(Window& sender) override;
+
+  /// Shows two line feeds and then the report text, in theFontSize.
+  void setOutputText(std::string reportText);
+
+  // The report's actions.
+  void saveButton(Object* sender);
+  void skipNonCheckbox(Object* sender);
+  void newestNonCheckbox(Object* sender);
+  void incFontSize(Object* sender);
+  void decFontSize(Object* sender);
+
+  // The outline's rows: groups, and their entries below them.
+  /// Double click: expands or collapses the group that was clicked. The sender is the outline.
+  void doubleClickedItem(Object* sender);
+  std::ptrdiff_t outlineViewNumberOfChildrenOfItem(OutlineView& outlineView, Object* item) override;
+  Object* outlineViewChildOfItem(OutlineView& outlineView, std::ptrdiff_t index, Object* item) override;
+  bool outlineViewIsItemExpandable(OutlineView& outlineView, Object* item) override;
+  View* outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
+                                          Object* item) override;
+
+  // The table's rows: receipts.
+  std::ptrdiff_t numberOfRowsInTableView(TableView& tableView) override;
+  Object* tableViewObjectValueForTableColumnRow(TableView& tableView, const TableColumn* column,
+                                                std::ptrdiff_t row) override;
+  View* tableViewViewForTableColumnRow(TableView& tableView, const TableColumn* column,
+                                       std::ptrdiff_t row) override;
+  /// Gives the sheet the listing of the selected receipt; nothing when no row is selected. Blocks while the
+  /// lister runs; throws TaskLaunchError when there is none.
+  void prepareForSegue(Segue& segue, Object* sender) override;
+
+  std::vector<std::shared_ptr<History>> histories;
+  std::vector<std::string> lines;  ///< of the report, as the loader's order has them
+  BoM boms;
+  double theFontSize = 12.0;  ///< points
+
+  // Outlets. They are not owned; those of the last two lines need only be there to be connected.
+  TextView* outputText = nullptr;
+  OutlineView* bsvOutlineView = nullptr;
+  TableView* BoMTable = nullptr;
+  Button* skipCheckbox = nullptr;
+  Button* newestLastCheckbox = nullptr;
+  ScrollView *outputScroller = nullptr, *output2Scroller = nullptr;
+  TextView* output2Text = nullptr;
+  ClipView* outputFoldClipView = nullptr;
+  View *bsvTopView = nullptr, *bomTopView = nullptr;
+
+ private:
+  enum class LineOrder { firstToLast, lastToFirst };
+
+  /// Fills `lines` from the groups; with `skipConfigData` configuration data is left out.
+  void rebuildLines(bool skipConfigData);
+  std::string joinedLines(LineOrder order) const;
+  LineOrder chosenOrder() const;
+  void setFontSize(double pointSize);
+  void showInReportView(const SharedText& text);
+  void reloadOutline();
+};
+
+}  // namespace pelmarix::ui
