@@ -4,6 +4,7 @@
 #include <ios>
 #include <string_view>
 
+#include "sample/bill.h"
 #include "sample/install_history.h"
 #include "sample/property_list.h"
 #include "sample/receipts.h"
@@ -42,6 +43,8 @@ void writeReceipts(const fs::path& folder, const Sizes& sizes) {
   fs::create_directories(folder / "Archive");
   for (const Receipt& receipt : receipts(sizes.receipts)) {
     writeFile(folder / (receipt.stem + ".plist"), propertyListFile(receipt));
+    const std::string bill = billFile(receipt, sizes.largeBillPaths);
+    if (!bill.empty()) writeFile(folder / (receipt.stem + ".bom"), bill);
   }
 }
 

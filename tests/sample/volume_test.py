@@ -60,6 +60,14 @@ class SampleVolume(unittest.TestCase):
         self.assertGreater(forms["xml"], 50)
         self.assertGreater(forms["binary"], 50)
 
+    def test_most_receipts_have_a_bill_of_materials_and_some_have_none(self):
+        self.make()
+        receipts = self.volume / "System/Library/Receipts"
+        stems = {path.with_suffix("") for path in receipts.glob("**/*.plist")}
+        bills = {path.with_suffix("") for path in receipts.glob("**/*.bom")}
+        self.assertLess(bills, stems)
+        self.assertEqual(len(stems - bills), 30)
+
     def test_system_version_is_the_last_catalina(self):
         self.make()
         version = load(self.volume / "System/Library/CoreServices/SystemVersion.plist")
