@@ -54,7 +54,8 @@ class Contents {
     entry.kind = kind;
     entry.mode = mode;
     entry.group = path.starts_with("./Applications") ? 80 : 0;  // administrators own applications
-    entry.modificationTime = built_ - static_cast<std::uint32_t>(random_.below(20 * 86400));
+    // Within the twenty days before.
+    entry.modificationTime = built_ - static_cast<std::uint32_t>(random_.below(1'728'000));
     return entry;
   }
 

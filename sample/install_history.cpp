@@ -256,7 +256,8 @@ std::vector<Entry> milestoneEntries(std::size_t atMost, Random& random) {
   for (const Milestone& milestone : milestones) {
     if (entries.size() == atMost) break;
     // The machine is up in the daytime; an install is done to the second.
-    const double second = static_cast<double>(7 * 3600 + random.below(15 * 3600));
+    constexpr std::size_t hour = 3600;
+    const auto second = static_cast<double>(7 * hour + random.below(15 * hour));
     const bool isWholeSystem = milestone.identifier == "com.apple.pkg.OSInstall";
     entries.push_back({.seconds = secondsAt(milestone.day) + second,
                        .name = milestone.name,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string_view>
+#include <utility>
 
 namespace pelmarix::sample {
 namespace {
@@ -154,8 +155,8 @@ class BinaryWriter {
       for (const PropertyList& child : *array) references.push_back(number(child));
     } else {
       const auto& dictionary = std::get<Dictionary>(item.value);
-      for (const auto& pair : dictionary) references.push_back(numberString(pair.first));
-      for (const auto& pair : dictionary) references.push_back(number(pair.second));
+      for (const Pair& pair : dictionary) references.push_back(numberString(pair.key));
+      for (const Pair& pair : dictionary) references.push_back(number(pair.item));
       objects_[reference].isDictionary = true;
     }
     objects_[reference].references = std::move(references);

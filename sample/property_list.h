@@ -6,7 +6,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -15,14 +14,20 @@
 namespace pelmarix::sample {
 
 struct PropertyList;
+struct Pair;
 
 using Array = std::vector<PropertyList>;
-/// Pairs of key and value, written in this order.
-using Dictionary = std::vector<std::pair<std::string, PropertyList>>;
+/// Written in this order.
+using Dictionary = std::vector<Pair>;
 
 /// One value, with all that it holds. Strings are valid UTF-8.
 struct PropertyList {
   std::variant<std::string, Date, Array, Dictionary> value;
+};
+
+struct Pair {
+  std::string key;
+  PropertyList item;
 };
 
 /// The XML form in UTF-8, ending with a line feed. Dates lose their fractions of a second: the form has no
