@@ -1,0 +1,58 @@
+#include "qt/file_descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <system_error>
+
+namespace pelmarix::qt {
+namespace {
+
+template <typename Call>
+auto uninterrupted(const Call& call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
+
+}  // namespace
+
+bool FileDescriptor::close() {
+  if (descriptor_ < 0) return true;
+  // An interrupted close has closed all the same; a second one could hit a descriptor opened meanwhile.
+  return ::close(release()) == 0 || errno == EINTR;
+}
+
+FileDescriptor openFile(int folder, const std::string& path, int flags, mode_t mode) {
+  const auto open = [mode](int base, const char* name, int with) {
+    return FileDescriptor(uninterrupted([&] { return ::openat(base, name, with | O_CLOEXEC, mode); }));
+  };
+  // One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps.
+  FileDescriptor step;
+  std::size_t begin = 0;
+  while (path.size() - begin >= PATH_MAX) {
+    const std::size_t slash = path.rfind('/', begin + PATH_MAX - 2);
+    if (slash == std::string::npos || slash <= begin) break;
+    step =
+        open(step ? step.get() : folder, path.substr(begin, slash - begin).c_str(), O_RDONLY | O_DIRECTORY);
+    if (!step) return step;
+    begin = path.find_first_not_of('/', slash);
+    if (begin == std::string::npos) return step;
+  }
+  return open(step ? step.get() : folder, path.c_str() + begin, flags);
+}
+
+ssize_t readSome(int descriptor, char* bytes, std::size_t size) {
+  return uninterrupted([&] { return ::read(descriptor, bytes, size); });
+}
+
+ssize_t writeSome(int descriptor, const char* bytes, std::size_t size) {
+  return uninterrupted([&] { return ::write(descriptor, bytes, size); });
+}
+
+std::string systemErrorText(int errorNumber) { return std::system_category().message(errorNumber); }
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,26 @@
+// Between the program's text, UTF-8 in std::string, and Qt's. Nothing else converts.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace pelmarix::qt {
+
+/// Every byte that is no part of valid UTF-8 becomes U+FFFD. Nothing is dropped, neither NUL nor a byte-order
+/// mark at the start.
+QString toQString(std::string_view utf8);
+
+/// A lone surrogate becomes a question mark.
+std::string toUtf8(const QString& text);
+
+/// A file's name, whose bytes need not be UTF-8, as Qt shows and takes it.
+QString fileNameToQString(const std::string& bytes);
+
+/// The bytes of a file name that Qt gave.
+std::string toFileName(const QString& name);
+
+/// Unicode's composed form (NFC) of UTF-8 text.
+std::string composedForm(std::string_view utf8);
+
+}  // namespace pelmarix::qt
