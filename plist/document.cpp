@@ -1,6 +1,8 @@
 #include "plist/document.h"
 
+#include "plist/binary_decoder.h"
 #include "plist/tree.h"
+#include "plist/xml_decoder.h"
 
 namespace pelmarix::plist {
 
@@ -8,6 +10,13 @@ Document::Document(std::unique_ptr<const Tree> tree) : tree_(std::move(tree)) {}
 Document::Document(Document&&) noexcept = default;
 Document& Document::operator=(Document&&) noexcept = default;
 Document::~Document() = default;
+
+Result<Document> Document::decode(std::string_view bytes) {
+  // What claims to be binary is never tried as XML: the error would then speak of a text that isn't there.
+  auto tree = bytes.starts_with(binaryMagic) ? decodeBinary(bytes) : decodeXml(bytes);
+  if (!tree) return tree.error();
+  return Document(*std::move(tree));
+}
 
 Value Document::root() const { return {*tree_, tree_->nodes[tree_->root]}; }
 

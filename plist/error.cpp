@@ -67,7 +67,7 @@ std::string_view sentence(Reason reason) {
     case Reason::badOffset:
       return "An offset leads outside the objects.";
     case Reason::unknownMarker:
-      return "The object is of an unknown kind.";
+      return "The object is of an unknown kind or size.";
     case Reason::badCount:
       return "The count of an object is not an integer.";
     case Reason::objectTooLong:

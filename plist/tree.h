@@ -15,6 +15,8 @@ namespace pelmarix::plist {
 /// Sixteen bytes for any value; a large file has millions of them.
 struct Node {
   static constexpr std::uint64_t sizeMask = (std::uint64_t{1} << 56) - 1;
+  /// The size of an integer above 2^63-1.
+  static constexpr std::uint64_t unsignedInteger = 2;
 
   Node() : number(0), size(0), type(Type::null) {}
   Node(Type nodeType, std::uint64_t value, std::uint64_t extent = 1)

@@ -8,8 +8,6 @@
 namespace pelmarix::plist {
 namespace {
 
-constexpr std::uint64_t unsignedIntegerSize = 2;
-
 /// The node that the reference at `index` of a container in a binary file leads to.
 const Node& referenced(const Position& at, std::size_t index) {
   const std::size_t width = at.tree->referenceWidth;
@@ -39,7 +37,7 @@ std::optional<bool> Value::boolean() const {
 }
 
 std::optional<std::int64_t> Value::integer() const {
-  if (node_->type != Type::integer || node_->size == unsignedIntegerSize) return std::nullopt;
+  if (node_->type != Type::integer || node_->size == Node::unsignedInteger) return std::nullopt;
   return std::bit_cast<std::int64_t>(node_->number);
 }
 

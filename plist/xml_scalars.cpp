@@ -1,5 +1,14 @@
 #include "plist/xml_scalars.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <locale>
+#include <sstream>
+
+#include "platform/date.h"
+#include "plist/unicode.h"
+
 namespace pelmarix::plist {
 namespace {
 
@@ -15,7 +24,146 @@ int base64Bits(char letter) {
 
 bool isSpace(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }
 
+bool isDigit(char character) { return character >= '0' && character <= '9'; }
+
+char lowercase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+void skipSpace(std::string_view& text) {
+  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+}
+
+/// Takes a sign off the text; true when it was a minus.
+bool takeSign(std::string_view& text) {
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  return negative;
+}
+
+std::size_t takeDigits(std::string_view& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
+  const auto count = static_cast<std::size_t>(end - text.begin());
+  text.remove_prefix(count);
+  return count;
+}
+
+bool isDecimalNumber(std::string_view text) {
+  takeSign(text);
+  std::size_t digits = takeDigits(text);
+  if (text.starts_with('.')) {
+    text.remove_prefix(1);
+    digits += takeDigits(text);
+  }
+  if (digits == 0) return false;
+  if (text.starts_with('e') || text.starts_with('E')) {
+    text.remove_prefix(1);
+    takeSign(text);
+    if (takeDigits(text) == 0) return false;
+  }
+  return text.empty();
+}
+
+/// A number that isDecimalNumber. The stream reads it the same way in every locale, which strtod doesn't, and
+/// every standard library has it, which can't be said of from_chars.
+double decimalNumber(std::string_view text) {
+  std::istringstream stream{std::string(text)};
+  stream.imbue(std::locale::classic());
+  double number = 0;
+  stream >> number;
+  // The stream stops at the largest finite number instead.
+  if (stream.fail() && std::fabs(number) == std::numeric_limits<double>::max())
+    return std::copysign(std::numeric_limits<double>::infinity(), number);
+  return number;
+}
+
+/// "nan", "inf" or "infinity".
+std::optional<double> realWord(std::string_view text) {
+  constexpr std::string_view longest = "+infinity";
+  if (text.size() > longest.size()) return std::nullopt;
+  std::string word(text);
+  std::transform(word.begin(), word.end(), word.begin(), lowercase);
+  if (word == "nan") return std::numeric_limits<double>::quiet_NaN();
+  std::string_view rest = word;
+  const bool negative = takeSign(rest);
+  if (rest != "inf" && rest != "infinity") return std::nullopt;
+  return negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
+}
+
 }  // namespace
+
+unsigned digitValue(char digit) {
+  if (isDigit(digit)) return static_cast<unsigned>(digit - '0');
+  const char letter = lowercase(digit);
+  return letter >= 'a' && letter <= 'f' ? static_cast<unsigned>(letter - 'a' + 10) : 16;
+}
+
+std::optional<Reason> readInteger(std::string_view text, Node& node) {
+  skipSpace(text);
+  const bool negative = takeSign(text);
+  skipSpace(text);
+  const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+  if (hexadecimal) text.remove_prefix(2);
+  if (text.empty()) return Reason::malformedInteger;
+
+  const unsigned base = hexadecimal ? 16 : 10;
+  constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
+  constexpr std::uint64_t largestSigned = std::numeric_limits<std::int64_t>::max();
+  std::uint64_t number = 0;
+  bool fits = true;
+  for (const char character : text) {
+    const unsigned digit = digitValue(character);
+    if (digit >= base) return Reason::malformedInteger;
+    fits = fits && number <= (largest - digit) / base;
+    number = number * base + digit;
+  }
+  if (!fits || (negative && number > largestSigned + 1)) return Reason::integerOutOfRange;
+  node = negative ? Node(Type::integer, 0 - number)
+                  : Node(Type::integer, number, number > largestSigned ? Node::unsignedInteger : 1);
+  return std::nullopt;
+}
+
+std::optional<Reason> readReal(std::string_view text, Node& node) {
+  if (const std::optional<double> word = realWord(text)) {
+    node = Node(Type::real, *word);
+    return std::nullopt;
+  }
+  skipSpace(text);
+  if (!isDecimalNumber(text)) return Reason::malformedReal;
+  node = Node(Type::real, decimalNumber(text));
+  return std::nullopt;
+}
+
+std::optional<Reason> readDate(std::string_view text, Node& node) {
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  constexpr std::string_view form = "-00-00T00:00:00Z";
+  if (text.size() < 4 + form.size() || text.size() > 9 + form.size()) return Reason::malformedDate;
+
+  const std::string_view rest = text.substr(text.size() - form.size());
+  int year = 0;
+  for (const char digit : text.substr(0, text.size() - form.size())) {
+    if (!isDigit(digit)) return Reason::malformedDate;
+    year = year * 10 + (digit - '0');
+  }
+  for (std::size_t i = 0; i < form.size(); ++i)
+    if (form[i] == '0' ? !isDigit(rest[i]) : rest[i] != form[i]) return Reason::malformedDate;
+  const auto field = [rest](std::size_t at) { return (rest[at] - '0') * 10 + (rest[at + 1] - '0'); };
+  const int month = field(1);
+  if (month < 1 || month > 12) return Reason::malformedDate;
+
+  const long long days = daysFromCivil(negative ? -year : year, month, field(4));
+  const long long seconds = days * 86400 + field(7) * 3600 + field(10) * 60 + field(13);
+  node = Node(Type::date, static_cast<double>(seconds) - secondsFromUnixEpochToReferenceDate);
+  return std::nullopt;
+}
+
+std::optional<Reason> readData(std::string_view text, Node& node) {
+  const char* const last = text.data() + text.size();
+  if (findNonAscii(text.data(), last) != last) return Reason::malformedData;
+  node = Node(Type::data, text);
+  return std::nullopt;
+}
 
 std::string decodeBase64(std::string_view text) {
   std::string bytes;

@@ -1,0 +1,58 @@
+// Text encodings as property lists use them. Private to this folder.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "plist/result.h"
+#include "plist/tree.h"
+
+namespace pelmarix::plist {
+
+/// More than any Unicode character's number.
+inline constexpr char32_t beyondUnicode = 0x110000;
+
+inline bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+inline bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+inline bool isSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+
+/// Writes a Unicode scalar value and returns the end of what was written, one to four bytes.
+char* putUtf8(char32_t character, char* out);
+
+/// The length of the well-formed UTF-8 sequence at the start of [first, last), which is not empty; 0 where it
+/// is overlong, truncated, a surrogate or otherwise malformed.
+std::size_t utf8SequenceLength(const char* first, const char* last);
+
+/// The first byte in [first, last) that begins no well-formed UTF-8 sequence; `last` if there is none.
+const char* findInvalidUtf8(const char* first, const char* last);
+
+inline std::uint64_t loadEightBytes(const char* bytes) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, sizeof word);
+  return word;
+}
+
+inline constexpr std::uint64_t highBitOfEachByte = 0x8080808080808080;
+inline constexpr std::uint64_t lowBitOfEachByte = 0x0101010101010101;
+
+/// The first byte from 0x80 in [first, last); `last` if there is none.
+inline const char* findNonAscii(const char* first, const char* last) {
+  while (last - first >= 8 && (loadEightBytes(first) & highBitOfEachByte) == 0) first += 8;
+  while (first != last && (static_cast<unsigned char>(*first) & 0x80) == 0) ++first;
+  return first;
+}
+
+/// ISO-8859-1, where every byte is the character of its number.
+std::string_view latin1ToUtf8(std::string_view bytes, Arena& arena);
+
+/// Big-endian UTF-16 of an even number of bytes. A surrogate without its partner becomes U+FFFD.
+std::string_view lenientUtf16ToUtf8(std::string_view bytes, Arena& arena);
+
+/// An XML file's text in UTF-8, without its byte-order mark: a part of `bytes` where that is UTF-8 already
+/// (then not checked yet), else made in `arena`. The byte-order mark decides; without one, a declaration at
+/// the very start does; without either it is UTF-8.
+Result<std::string_view> xmlTextAsUtf8(std::string_view bytes, Arena& arena);
+
+}  // namespace pelmarix::plist
