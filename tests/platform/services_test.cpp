@@ -57,7 +57,7 @@ TEST_F(Text, DoesNotHoldALiteralWhoseLastLetterIsAccentedThere) {
   EXPECT_FALSE(textContains("macOS Sierra U\xCC\x88", "macOS Sierra U"));
 }
 
-TEST_F(Text, OfPlainAsciiIsComparedWithoutComposingIt) {
+TEST_F(Text, OfPlainAsciiIsComparedWithoutAskingForItsComposedForm) {
   EXPECT_FALSE(textEquals("MRTConfigData ", "MRTConfigData"));
   EXPECT_TRUE(textContains("My macOS Mojave Installer", "macOS Mojave"));
   EXPECT_EQ(compositions, 0);
