@@ -33,8 +33,12 @@ constexpr std::array<std::string_view, 9> systemReleaseMarkers = {
 /// One of history_type, or nothing for an entry that isn't kept. The first class that takes the entry
 /// decides.
 std::optional<std::int64_t> classify(const theReceipts& entry) {
-  const auto nameEquals = [&](std::string_view name) { return textEquals(entry.displayName, name); };
-  const auto nameContains = [&](std::string_view part) { return textContains(entry.displayName, part); };
+  // Composed once, the name is compared byte for byte: all the texts it is compared with are plain ASCII.
+  const std::string composedName = composed(entry.displayName);
+  const auto nameEquals = [&](std::string_view name) { return composedName == name; };
+  const auto nameContains = [&](std::string_view part) {
+    return composedName.find(part) != std::string::npos;
+  };
   const auto contentTypeEquals = [&](std::string_view contentType) {
     return entry.contentType && textEquals(*entry.contentType, contentType);
   };

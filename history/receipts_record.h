@@ -2,6 +2,7 @@
 // keys.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,11 @@ struct theReceipts {
   std::string displayName;
   std::string displayVersion;
 };
+
+// A binary property list can name one long text in a million places. What the records take together is
+// therefore bounded: maximumGrowth times the bytes that they come from, and minimumBudget beside that.
+inline constexpr std::size_t maximumGrowth = 64;
+inline constexpr std::size_t minimumBudget = std::size_t{1} << 20U;
 
 /// The entries of an install history, in the file's order. `bytes` is a property list, XML or binary, whose
 /// root is an array of dictionaries; keys are compared exactly and others are ignored. Nothing when any of

@@ -1,0 +1,167 @@
+#include "history/receipts_record.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/property_list_text.h"
+
+namespace pelmarix {
+namespace {
+
+using test::date;
+using test::key;
+using test::propertyList;
+using test::string;
+
+const std::string aDate = key("date", date("2019-03-26T10:11:12Z"));
+const std::string aName = key("displayName", string("macOS Mojave"));
+const std::string aVersion = key("displayVersion", string("10.14"));
+const std::string aContentType = key("contentType", string("config-data"));
+
+std::optional<std::vector<theReceipts>> decodeEntry(const std::string& pairs) {
+  return decodeReceipts(propertyList("<array><dict>" + pairs + "</dict></array>"));
+}
+
+TEST(ReceiptsRecord, TakesItsFieldsFromTheKeysOfTheSameNames) {
+  const auto records = decodeEntry(aContentType + aDate + aName + aVersion);
+  ASSERT_TRUE(records);
+  ASSERT_EQ(records->size(), 1u);
+  EXPECT_EQ((*records)[0].contentType, "config-data");
+  EXPECT_EQ((*records)[0].date, Date{575287872});
+  EXPECT_EQ((*records)[0].displayName, "macOS Mojave");
+  EXPECT_EQ((*records)[0].displayVersion, "10.14");
+}
+
+TEST(ReceiptsRecord, WithoutContentTypeHasThatFieldAbsent) {
+  const auto records = decodeEntry(aDate + aName + aVersion);
+  ASSERT_TRUE(records);
+  EXPECT_EQ((*records)[0].contentType, std::nullopt);
+}
+
+TEST(ReceiptsRecord, WithAnEmptyContentTypeHasItPresent) {
+  const auto records = decodeEntry(key("contentType", string("")) + aDate + aName + aVersion);
+  ASSERT_TRUE(records);
+  EXPECT_EQ((*records)[0].contentType, "");
+}
+
+TEST(ReceiptsRecord, IgnoresOtherKeys) {
+  const auto records = decodeEntry(aDate + aName + aVersion + key("processName", string("softwareupdated")) +
+                                   key("packageIdentifiers", "<array><string>a</string></array>") +
+                                   key("DisplayName", "<true/>"));
+  ASSERT_TRUE(records);
+  EXPECT_EQ((*records)[0].displayName, "macOS Mojave");
+}
+
+TEST(ReceiptsRecord, TakesTheLastOfARepeatedKeyWhateverTheFirstHeld) {
+  const auto records = decodeEntry(key("displayName", "<integer>1</integer>") + aDate + aName + aVersion);
+  ASSERT_TRUE(records);
+  EXPECT_EQ((*records)[0].displayName, "macOS Mojave");
+  EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("displayName", "<integer>1</integer>")));
+}
+
+TEST(ReceiptsRecord, WithoutARequiredKeyMakesTheWholeFileUndecodable) {
+  const std::string good = "<dict>" + aDate + aName + aVersion + "</dict>";
+  for (const std::string& pairs : {aName + aVersion, aDate + aVersion, aDate + aName, std::string()})
+    EXPECT_FALSE(
+        decodeReceipts(propertyList("<array>" + good + "<dict>" + pairs + "</dict>" + good + "</array>")))
+        << pairs;
+}
+
+TEST(ReceiptsRecord, CountsAKeyInAnotherCaseAsMissing) {
+  EXPECT_FALSE(decodeEntry(aDate + key("DisplayName", string("macOS Mojave")) + aVersion));
+  EXPECT_FALSE(decodeEntry(key("Date", date("2019-03-26T10:11:12Z")) + aName + aVersion));
+  EXPECT_FALSE(decodeEntry(aDate + aName + key("displayversion", string("10.14"))));
+}
+
+TEST(ReceiptsRecord, RefusesValuesOfAnotherType) {
+  EXPECT_FALSE(decodeEntry(key("date", string("2019-03-26T10:11:12Z")) + aName + aVersion));
+  EXPECT_FALSE(decodeEntry(key("date", "<real>575287872</real>") + aName + aVersion));
+  EXPECT_FALSE(decodeEntry(aDate + key("displayName", "<true/>") + aVersion));
+  EXPECT_FALSE(decodeEntry(aDate + aName + key("displayVersion", "<real>10.14</real>")));
+  EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("contentType", "<integer>4</integer>")));
+}
+
+TEST(ReceiptsRecord, RefusesARootThatIsNoArrayOfDictionaries) {
+  EXPECT_FALSE(decodeReceipts(propertyList("<dict>" + aDate + aName + aVersion + "</dict>")));
+  EXPECT_FALSE(decodeReceipts(propertyList("<string>a</string>")));
+  EXPECT_FALSE(decodeReceipts(propertyList("<array><string>a</string></array>")));
+  EXPECT_FALSE(decodeReceipts(propertyList("<array><array/></array>")));
+}
+
+TEST(ReceiptsRecord, RefusesWhatIsNoPropertyList) {
+  EXPECT_FALSE(decodeReceipts(""));
+  EXPECT_FALSE(decodeReceipts("no property list"));
+  EXPECT_FALSE(decodeReceipts(propertyList("<array><dict>")));
+}
+
+TEST(ReceiptsRecord, OfAnEmptyArrayAreNone) {
+  const auto records = decodeReceipts(propertyList("<array/>"));
+  ASSERT_TRUE(records);
+  EXPECT_TRUE(records->empty());
+}
+
+/// A binary property list: an array that names one entry `count` times, whose date is 0x3FF0... (one second)
+/// or the given big-endian bytes.
+std::string binaryHistory(std::size_t count, const std::string& name, const std::string& dateBytes) {
+  std::string bytes = "bplist00";
+  std::vector<std::size_t> offsets;
+  const auto begin = [&] { offsets.push_back(bytes.size()); };
+  const auto appendBigEndian = [&](std::size_t value, int width) {
+    for (int shift = 8 * (width - 1); shift >= 0; shift -= 8)
+      bytes += static_cast<char>(value >> shift & 0xFF);
+  };
+  const auto appendText = [&](const std::string& text) {
+    begin();
+    bytes += '\x5F';
+    bytes += '\x12';
+    appendBigEndian(text.size(), 4);
+    bytes += text;
+  };
+  begin();  // object 0: the array
+  bytes += '\xAF';
+  bytes += '\x12';
+  appendBigEndian(count, 4);
+  for (std::size_t i = 0; i < count; ++i) bytes += '\x01';
+  begin();  // object 1: the entry
+  bytes += "\xD3\x02\x03\x04\x05\x06\x07";
+  appendText("date");
+  appendText("displayName");
+  appendText("displayVersion");
+  begin();  // object 5: the date
+  bytes += '\x33' + dateBytes;
+  appendText(name);
+  appendText("1");
+  const std::size_t table = bytes.size();
+  for (const std::size_t offset : offsets) appendBigEndian(offset, 4);
+  bytes += std::string("\0\0\0\0\0\0\x04\x01", 8);
+  appendBigEndian(offsets.size(), 8);
+  appendBigEndian(0, 8);
+  appendBigEndian(table, 8);
+  return bytes;
+}
+
+const std::string oneSecond("\x3F\xF0\0\0\0\0\0\0", 8);
+
+TEST(ReceiptsRecord, IsReadFromABinaryPropertyListToo) {
+  const auto records = decodeReceipts(binaryHistory(2, "macOS Mojave", oneSecond));
+  ASSERT_TRUE(records);
+  ASSERT_EQ(records->size(), 2u);
+  EXPECT_EQ((*records)[1].displayName, "macOS Mojave");
+  EXPECT_EQ((*records)[1].date, Date{1});
+}
+
+TEST(ReceiptsRecord, RefusesADateThatIsNotFinite) {
+  EXPECT_FALSE(decodeReceipts(binaryHistory(1, "a", std::string("\x7F\xF0\0\0\0\0\0\0", 8))));
+  EXPECT_FALSE(decodeReceipts(binaryHistory(1, "a", std::string("\xFF\xF0\0\0\0\0\0\0", 8))));
+  EXPECT_FALSE(decodeReceipts(binaryHistory(1, "a", std::string("\x7F\xF8\0\0\0\0\0\0", 8))));
+}
+
+TEST(ReceiptsRecord, NamingOneLongTextInManyPlacesIsRefusedBeforeItFillsTheMemory) {
+  const std::string bytes = binaryHistory(200'000, std::string(200'000, 'a'), oneSecond);
+  ASSERT_LT(bytes.size(), 500'000u);  // the copies would take 40 gigabytes
+  EXPECT_FALSE(decodeReceipts(bytes));
+}
+
+}  // namespace
+}  // namespace pelmarix

@@ -1,0 +1,66 @@
+// A file system in memory, for tests of what is made of files whatever their order and state. The real one is
+// tested beside its implementation.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_manager.h"
+
+namespace pelmarix::test {
+
+class MemoryFileManager final : public FileManager {
+ public:
+  /// Files by absolute path. What a folder's enumerator yields is listed apart, since order matters to its
+  /// caller.
+  std::map<std::string, std::string> files;
+  /// A folder that isn't here can't be opened.
+  std::map<std::string, std::vector<std::string>> folders;
+  /// What writeFile answers; nothing means success.
+  std::optional<std::string> writeFailure;
+  /// Every path that was asked for, in order.
+  std::vector<std::string> pathsRead;
+
+  std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) override {
+    const auto found = folders.find(path);
+    if (found == folders.end()) return nullptr;
+    return std::make_unique<ListEnumerator>(found->second);
+  }
+
+  bool readFile(const std::string& path, std::string& contents) override {
+    pathsRead.push_back(path);
+    const auto found = files.find(path);
+    if (found == files.end()) return false;
+    contents = found->second;
+    return true;
+  }
+
+  std::optional<std::string> writeFile(const std::string& path,
+                                       const std::vector<std::string_view>& parts) override {
+    if (writeFailure) return writeFailure;
+    std::string& contents = files[path];
+    contents.clear();
+    for (const std::string_view part : parts) contents += part;
+    return std::nullopt;
+  }
+
+ private:
+  class ListEnumerator final : public DirectoryEnumerator {
+   public:
+    explicit ListEnumerator(std::vector<std::string> names) : names_(std::move(names)) {}
+    std::optional<std::string> nextObject() override {
+      if (next_ == names_.size()) return std::nullopt;
+      return names_[next_++];
+    }
+
+   private:
+    std::vector<std::string> names_;
+    std::size_t next_ = 0;
+  };
+};
+
+}  // namespace pelmarix::test
