@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <type_traits>
+
+#include "receipts/bom.h"
+#include "tests/support/memory_file_manager.h"
+#include "tests/support/property_list_text.h"
+#include "tests/support/test_services.h"
+
+namespace pelmarix {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string folder = "/System/Library/Receipts/";
+const test::ShownAlert unreadableReceipt =
+    test::errorAlert("An error occurred in your last action:", "Couldn't read BoM PLists.");
+
+class Scan : public testing::Test {
+ protected:
+  Scan() { services.services.fileManager = &fileManager; }
+
+  void addFile(const std::string& name, const std::string& contents) {
+    fileManager.folders[folder].push_back(name);
+    fileManager.files[folder + name] = contents;
+  }
+  void addReceipt(const std::string& name, const std::string& identifier, const std::string& date) {
+    addFile(name, test::receipt(identifier, date));
+  }
+
+  std::vector<std::string> scannedNames() {
+    bom.readBoMPLists();
+    std::vector<std::string> names;
+    for (const auto& item : bom.children) names.push_back(item->name);
+    return names;
+  }
+
+  test::TestServices services;
+  test::MemoryFileManager fileManager;
+  BoM bom;
+};
+
+TEST_F(Scan, OfNoFolderFindsNothingSilently) {
+  EXPECT_THAT(scannedNames(), IsEmpty());
+  EXPECT_THAT(services.alerts, IsEmpty());
+}
+
+TEST_F(Scan, OfAnEmptyFolderFindsNothingSilently) {
+  fileManager.folders[folder];
+  EXPECT_THAT(scannedNames(), IsEmpty());
+  EXPECT_THAT(services.alerts, IsEmpty());
+}
+
+TEST_F(Scan, PutsTheNewestFirst) {
+  addReceipt("a.plist", "a", "2019-03-01T00:00:00Z");
+  addReceipt("b.plist", "b", "2020-05-02T00:00:00Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("b", "a"));
+}
+
+TEST_F(Scan, KeepsTheFileSystemsOrderBetweenEqualDates) {
+  addReceipt("z.plist", "z", "2019-03-01T00:00:00Z");
+  addReceipt("new.plist", "new", "2020-03-01T00:00:00Z");
+  addReceipt("a.plist", "a", "2019-03-01T00:00:00Z");
+  addReceipt("m.plist", "m", "2019-03-01T00:00:00Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("new", "z", "a", "m"));
+}
+
+TEST_F(Scan, TakesNameDateAndPathFromTheReceiptAndItsPlace) {
+  addReceipt("g.plist", "com.example.pkg.g", "2019-03-26T10:11:12Z");
+  bom.readBoMPLists();
+  ASSERT_EQ(bom.children.size(), 1u);
+  const BoMItem& item = *bom.children[0];
+  EXPECT_EQ(item.name, "com.example.pkg.g");
+  EXPECT_EQ(item.installDate, Date{575287872});
+  EXPECT_EQ(item.path, "/System/Library/Receipts/g");
+  EXPECT_EQ(item.theBomCmd, "/usr/bin/lsbom");
+  EXPECT_THAT(item.theBomParams, ElementsAre("-f", "-p", "fsT"));
+  EXPECT_EQ(item.theBomExtension, ".bom");
+}
+
+TEST_F(Scan, FindsReceiptsInSubFolders) {
+  fileManager.folders[folder].push_back("sub");
+  addReceipt("sub/c.plist", "c", "2019-03-26T10:11:12Z");
+  bom.readBoMPLists();
+  ASSERT_EQ(bom.children.size(), 1u);
+  EXPECT_EQ(bom.children[0]->path, "/System/Library/Receipts/sub/c");
+}
+
+TEST_F(Scan, LooksAtTheExtensionExactly) {
+  for (const char* name :
+       {"d.PLIST", "d.Plist", "e.plist.bak", "plist", "fplist", "folder.plist/readme", ".plist.d/x"})
+    addReceipt(name, name, "2019-03-26T10:11:12Z");
+  EXPECT_THAT(scannedNames(), IsEmpty());
+  EXPECT_THAT(fileManager.pathsRead, IsEmpty());
+  EXPECT_THAT(services.alerts, IsEmpty());
+}
+
+TEST_F(Scan, TakesAFileOfWhichOnlyTheExtensionIsThere) {
+  addReceipt(".plist", "hidden", "2019-03-26T10:11:12Z");
+  addReceipt("sub/.plist", "hidden too", "2019-03-25T10:11:12Z");
+  bom.readBoMPLists();
+  ASSERT_EQ(bom.children.size(), 2u);
+  EXPECT_EQ(bom.children[0]->path, "/System/Library/Receipts/");
+  EXPECT_EQ(bom.children[1]->path, "/System/Library/Receipts/sub/");
+}
+
+TEST_F(Scan, KeepsTheBytesOfANameThatIsNotUtf8) {
+  addReceipt("\xFF\xFE.plist", "odd", "2019-03-26T10:11:12Z");
+  bom.readBoMPLists();
+  ASSERT_EQ(bom.children.size(), 1u);
+  EXPECT_EQ(bom.children[0]->path, "/System/Library/Receipts/\xFF\xFE");
+}
+
+TEST_F(Scan, ShowsAnAlertForEachFileThatCannotBeReadAndGoesOn) {
+  fileManager.folders[folder] = {"f.plist", "gone.plist"};
+  addReceipt("a.plist", "a", "2019-03-26T10:11:12Z");
+  addReceipt("f.plist/inner.plist", "inner", "2019-03-25T10:11:12Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("a", "inner"));
+  EXPECT_THAT(services.alerts, ElementsAre(unreadableReceipt, unreadableReceipt));
+}
+
+TEST_F(Scan, ShowsTheAlertBeforeItReadsOn) {
+  fileManager.folders[folder] = {"f.plist"};
+  addReceipt("a.plist", "a", "2019-03-26T10:11:12Z");
+  services.answer = [&](const test::ShownAlert&) {
+    EXPECT_THAT(fileManager.pathsRead, ElementsAre(folder + "f.plist"));
+    return alertFirstButtonReturn;
+  };
+  EXPECT_THAT(scannedNames(), ElementsAre("a"));
+  EXPECT_EQ(services.alerts.size(), 1u);
+}
+
+TEST_F(Scan, PassesOverWhatIsNoReceiptSilently) {
+  addFile("text.plist", "no property list");
+  addFile("empty.plist", "");
+  addFile("array.plist", test::propertyList("<array/>"));
+  addFile("nodate.plist",
+          test::propertyList("<dict>" + test::key("PackageIdentifier", test::string("a")) + "</dict>"));
+  addFile("textdate.plist",
+          test::propertyList("<dict>" + test::key("PackageIdentifier", test::string("a")) +
+                             test::key("InstallDate", test::string("2019-03-26T10:11:12Z")) + "</dict>"));
+  addReceipt("a.plist", "a", "2019-03-26T10:11:12Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("a"));
+  EXPECT_THAT(services.alerts, IsEmpty());
+}
+
+TEST_F(Scan, KeepsTwoReceiptsOfTheSamePackage) {
+  addReceipt("a.plist", "same", "2019-03-26T10:11:12Z");
+  addReceipt("b.plist", "same", "2019-03-26T10:11:12Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("same", "same"));
+}
+
+TEST_F(Scan, ReplacesTheListItFoundBefore) {
+  addReceipt("a.plist", "a", "2019-03-26T10:11:12Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("a"));
+  fileManager.folders[folder].clear();
+  addReceipt("b.plist", "b", "2019-03-26T10:11:12Z");
+  EXPECT_THAT(scannedNames(), ElementsAre("b"));
+}
+
+TEST_F(Scan, DoesNotAskForTheBillOfMaterials) {
+  addReceipt("a.plist", "a", "2019-03-26T10:11:12Z");
+  bom.readBoMPLists();
+  EXPECT_THAT(fileManager.pathsRead, ElementsAre(folder + "a.plist"));
+}
+
+TEST(BoM, StartsWithoutChildren) { EXPECT_THAT(BoM().children, IsEmpty()); }
+
+TEST(BoMItem, IsMadeFromNameDateAndPathOnly) {
+  EXPECT_FALSE(std::is_default_constructible_v<BoMItem>);
+  EXPECT_TRUE((std::is_constructible_v<BoMItem, std::string, Date, std::string>));
+}
+
+}  // namespace
+}  // namespace pelmarix
