@@ -1,0 +1,202 @@
+// A main window of plain objects: what a controller's tests connect to its outlets and install as services.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/application.h"
+#include "platform/process_info.h"
+#include "platform/save_panel.h"
+#include "tests/support/memory_file_manager.h"
+#include "tests/support/property_list_text.h"
+#include "tests/support/test_services.h"
+#include "ui/view_controller.h"
+
+namespace pelmarix::test {
+
+class PlainButton final : public Button {
+ public:
+  int state() const override { return value; }
+  void setState(int state) override { value = state; }
+  int value = stateMixed;
+};
+
+class PlainTextView final : public TextView, private TextStorage {
+ public:
+  SharedText string() const override { return shown.string; }
+  TextStorage* textStorage() override { return hasStorage ? this : nullptr; }
+  AttributedString shown{shareText({}), std::nullopt, std::nullopt};
+  bool hasStorage = true;
+
+ private:
+  void setAttributedString(const AttributedString& text) override { shown = text; }
+};
+
+/// Cells with the identifiers that the interface file has; `textFieldless` ones lack their text field, and
+/// under "NoCell" there is a view that is no cell.
+class PlainCells {
+ public:
+  View* make(const std::string& identifier) {
+    if (identifier == "NoCell" || notCells.contains(identifier)) return &notCell_;
+    if (missing.contains(identifier)) return nullptr;
+    lastIdentifier = identifier;
+    lastText.reset();
+    isSizedToFit = false;
+    return textFieldless.contains(identifier) ? &cellWithoutTextField_ : &cell_;
+  }
+
+  std::set<std::string> missing, notCells, textFieldless;
+  std::string lastIdentifier;
+  std::optional<std::string> lastText;
+  bool isSizedToFit = false;
+
+ private:
+  class Field final : public TextField {
+   public:
+    explicit Field(PlainCells& cells) : cells_(cells) {}
+    void setStringValue(const std::string& text) override { cells_.lastText = text; }
+    void sizeToFit() override { cells_.isSizedToFit = cells_.lastText.has_value(); }
+
+   private:
+    PlainCells& cells_;
+  };
+
+  Field field_{*this};
+  TableCellView cell_{&field_};
+  TableCellView cellWithoutTextField_{nullptr};
+  View notCell_;
+};
+
+class PlainOutlineView final : public OutlineView {
+ public:
+  View* makeViewWithIdentifier(const std::string& identifier) override { return cells.make(identifier); }
+  void reloadItemReloadChildren(Object* item, bool reloadChildren) override {
+    EXPECT_EQ(item, nullptr);
+    EXPECT_TRUE(reloadChildren);
+    ++reloads;
+  }
+  std::ptrdiff_t clickedRow() const override { return clicked; }
+  Object* itemAtRow(std::ptrdiff_t row) override {
+    return row < 0 || row >= std::ssize(rows) ? nullptr : rows[static_cast<std::size_t>(row)];
+  }
+  bool isItemExpanded(Object* item) override { return expanded.contains(item); }
+  void expandItem(Object* item) override { expanded.insert(item); }
+  void collapseItem(Object* item) override { expanded.erase(item); }
+
+  PlainCells cells;
+  int reloads = 0;
+  std::ptrdiff_t clicked = -1;
+  std::vector<Object*> rows;
+  std::set<Object*> expanded;
+};
+
+class PlainTableView final : public TableView {
+ public:
+  View* makeViewWithIdentifier(const std::string& identifier) override { return cells.make(identifier); }
+  void reloadData() override { ++reloads; }
+  std::ptrdiff_t selectedRow() const override { return selected; }
+  const std::vector<TableColumn*>& tableColumns() const override { return columns; }
+
+  PlainCells cells;
+  TableColumn first{"a"}, second{"b"}, third{"c"};
+  std::vector<TableColumn*> columns{&first, &second, &third};
+  int reloads = 0;
+  std::ptrdiff_t selected = -1;
+};
+
+class PlainWindow final : public Window {
+ public:
+  PlainWindow() : Window({}, windowStyleTitled, BackingStore::buffered, false) {}
+  void setDelegate(WindowDelegate* windowDelegate) override { delegate = windowDelegate; }
+  void setTitle(const std::string& text) override { title = text; }
+  WindowDelegate* delegate = nullptr;
+  std::string title;
+};
+
+class PlainApplication final : public Application {
+ public:
+  void terminate(Object* sender) override { terminatedBy.push_back(sender); }
+  Menu* helpMenu() override { return nullptr; }
+  std::vector<Object*> terminatedBy;
+};
+
+class PlainProcessInfo final : public ProcessInfo {
+ public:
+  std::string operatingSystemVersionString() const override { return "Version 10.14.6 (Build 18G103)"; }
+  OperatingSystemVersion operatingSystemVersion() const override { return {10, 14, 6}; }
+};
+
+class PlainSavePanel final : public SavePanel {
+ public:
+  void setCanCreateDirectories(bool canCreate) override { canCreateDirectories = canCreate; }
+  void setAllowedFileTypes(const std::vector<std::string>& types) override { allowedFileTypes = types; }
+  void beginWithCompletionHandler(std::function<void(int)> handler) override {
+    completionHandler = std::move(handler);
+  }
+  std::optional<std::string> path() const override { return chosenPath; }
+
+  bool canCreateDirectories = false;
+  std::vector<std::string> allowedFileTypes;
+  std::function<void(int)> completionHandler;
+  std::optional<std::string> chosenPath;
+};
+
+/// A controller with everything connected and nothing loaded yet.
+class MainWindow : public testing::Test {
+ protected:
+  MainWindow() {
+    services.services.application = &application;
+    services.services.fileManager = &fileManager;
+    services.services.processInfo = &processInfo;
+    services.services.currentDate = [this] { return now; };
+    services.services.makeSavePanel = [this] {
+      return savePanels.emplace_back(std::make_shared<PlainSavePanel>());
+    };
+    fileManager.files[installHistory] = test::installHistory({});
+    controller.outputText = &reportView;
+    controller.bsvOutlineView = &outline;
+    controller.BoMTable = &table;
+    controller.skipCheckbox = &skip;
+    controller.newestLastCheckbox = &newestLast;
+    controller.setWindow(&window);
+  }
+
+  void setHistory(const std::vector<EntryText>& entries) {
+    fileManager.files[installHistory] = test::installHistory(entries);
+  }
+  void addReceipt(const std::string& name, const std::string& date) {
+    fileManager.folders[receipts].push_back(name + ".plist");
+    fileManager.files[receipts + name + ".plist"] = test::receipt(name, date);
+  }
+  void click(PlainButton& checkBox) { checkBox.value = checkBox.value == stateOff ? stateOn : stateOff; }
+  std::string shownReport() const { return *reportView.shown.string; }
+  std::vector<std::string> receiptNames() const {
+    std::vector<std::string> names;
+    for (const auto& item : controller.boms.children) names.push_back(item->name);
+    return names;
+  }
+
+  static inline const std::string installHistory = "/Library/Receipts/InstallHistory.plist";
+  static inline const std::string receipts = "/System/Library/Receipts/";
+
+  TestServices services;
+  MemoryFileManager fileManager;
+  PlainApplication application;
+  PlainProcessInfo processInfo;
+  Date now{575287872};
+  std::vector<std::shared_ptr<PlainSavePanel>> savePanels;
+  PlainTextView reportView;
+  PlainOutlineView outline;
+  PlainTableView table;
+  PlainButton skip, newestLast;
+  PlainWindow window;
+  ui::ViewController controller;
+};
+
+}  // namespace pelmarix::test

@@ -1,0 +1,165 @@
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+#include "platform/task.h"
+#include "tests/ui/main_window_fixture.h"
+#include "ui/bom_over_view_controller.h"
+
+namespace pelmarix::test {
+namespace {
+
+using testing::IsEmpty;
+using testing::IsNull;
+using testing::NotNull;
+
+class SilentPipe final : public Pipe {
+ public:
+  std::string readDataToEndOfFile() override { return {}; }
+};
+
+/// A lister that prints the file it was given, so that a test sees which receipt was listed.
+class EchoingTask final : public Task {
+ public:
+  EchoingTask(std::vector<std::string>& listed, bool canStart) : listed_(listed), canStart_(canStart) {}
+  void setLaunchPath(const std::string& /*path*/) override {}
+  void setArguments(const std::vector<std::string>& arguments) override {
+    listed_.push_back(arguments.back());
+  }
+  void setStandardOutput(Pipe& /*pipe*/) override {}
+  void launch() override {
+    if (!canStart_) throw TaskLaunchError("no such program");
+  }
+  void waitUntilExit() override {}
+  int terminationStatus() const override { return 0; }
+
+ private:
+  std::vector<std::string>& listed_;
+  bool canStart_;
+};
+
+class ReceiptsTable : public MainWindow {
+ protected:
+  ReceiptsTable() {
+    services.services.makePipe = [] { return std::make_unique<SilentPipe>(); };
+    services.services.makeTask = [this] { return std::make_unique<EchoingTask>(listed, canStart); };
+    addReceipt("old", "2018-01-01T00:00:00Z");
+    addReceipt("new", "2019-03-26T10:11:12Z");
+    controller.viewDidLoad();
+  }
+
+  std::string cell(const TableColumn* column, std::ptrdiff_t row) {
+    if (controller.tableViewViewForTableColumnRow(table, column, row) == nullptr) return "no view";
+    EXPECT_FALSE(table.cells.isSizedToFit);
+    return table.cells.lastIdentifier + "=" + table.cells.lastText.value_or("no text");
+  }
+
+  std::vector<std::string> listed;
+  bool canStart = true;
+  ui::BoMoverViewController sheet;
+  Segue segue{sheet};
+};
+
+TEST_F(ReceiptsTable, HasARowForEachReceipt) {
+  EXPECT_EQ(controller.numberOfRowsInTableView(table), 2);
+  EXPECT_EQ(controller.tableViewObjectValueForTableColumnRow(table, &table.first, 0),
+            controller.boms.children[0].get());
+  EXPECT_EQ(controller.tableViewObjectValueForTableColumnRow(table, nullptr, 1),
+            controller.boms.children[1].get());
+  EXPECT_THAT(controller.tableViewObjectValueForTableColumnRow(table, &table.first, 2), IsNull());
+  EXPECT_THAT(controller.tableViewObjectValueForTableColumnRow(table, &table.first, -1), IsNull());
+}
+
+TEST_F(ReceiptsTable, KnowsItsColumnsByTheirPlaces) {
+  EXPECT_EQ(cell(&table.first, 0), "DateCell=2019-03-26 10:11:12 +0000");
+  EXPECT_EQ(cell(&table.second, 0), "NameCell=new");
+  EXPECT_EQ(cell(&table.second, 1), "NameCell=old");
+  EXPECT_EQ(cell(&table.third, 0), "no view");
+  EXPECT_EQ(cell(nullptr, 0), "no view");
+  const TableColumn sameIdentifier("a");
+  EXPECT_EQ(cell(&sameIdentifier, 0), "no view");
+  EXPECT_EQ(cell(&table.first, 2), "no view");
+  EXPECT_EQ(cell(&table.first, -1), "no view");
+}
+
+TEST_F(ReceiptsTable, WithOneOrNoColumnHasNoViewForTheOthers) {
+  table.columns = {&table.first};
+  EXPECT_EQ(cell(&table.first, 0), "DateCell=2019-03-26 10:11:12 +0000");
+  EXPECT_EQ(cell(&table.second, 0), "no view");
+  table.columns = {};
+  EXPECT_EQ(cell(&table.first, 0), "no view");
+}
+
+TEST_F(ReceiptsTable, HasNoViewWhereNoCellCanBeMade) {
+  table.cells.missing = {"DateCell"};
+  table.cells.notCells = {"NameCell"};
+  EXPECT_EQ(cell(&table.first, 0), "no view");
+  EXPECT_EQ(cell(&table.second, 0), "no view");
+}
+
+TEST_F(ReceiptsTable, LeavesACellWithoutATextFieldAsItIs) {
+  table.cells.textFieldless = {"DateCell"};
+  EXPECT_THAT(controller.tableViewViewForTableColumnRow(table, &table.first, 0), NotNull());
+  EXPECT_EQ(table.cells.lastText, std::nullopt);
+}
+
+TEST_F(ReceiptsTable, WithoutReceiptsHasNoRowsAndRunsNoLister) {
+  controller.boms.children.clear();
+  EXPECT_EQ(controller.numberOfRowsInTableView(table), 0);
+  EXPECT_THAT(controller.tableViewObjectValueForTableColumnRow(table, &table.first, 0), IsNull());
+  EXPECT_EQ(cell(&table.first, 0), "no view");
+  table.selected = 0;
+  controller.prepareForSegue(segue, nullptr);
+  EXPECT_THAT(listed, IsEmpty());
+  EXPECT_EQ(*sheet.theOutText, "");
+}
+
+TEST_F(ReceiptsTable, GivesTheSheetTheListingOfTheSelectedReceipt) {
+  table.selected = 1;
+  controller.prepareForSegue(segue, nullptr);
+  EXPECT_THAT(listed, testing::ElementsAre("/System/Library/Receipts/old.bom"));
+  EXPECT_EQ(*sheet.theOutText, "No information available from a Bom file");
+}
+
+TEST_F(ReceiptsTable, ListsTheReceiptThatTheTurnedTableShowsInTheRow) {
+  newestLast.value = stateOn;
+  controller.newestNonCheckbox(nullptr);
+  EXPECT_EQ(cell(&table.second, 0), "NameCell=old");
+  table.selected = 0;
+  controller.prepareForSegue(segue, nullptr);
+  EXPECT_THAT(listed, testing::ElementsAre("/System/Library/Receipts/old.bom"));
+}
+
+TEST_F(ReceiptsTable, WithoutASelectedRowRunsNoListerAndLeavesTheSheetEmpty) {
+  controller.prepareForSegue(segue, nullptr);
+  EXPECT_THAT(listed, IsEmpty());
+  EXPECT_EQ(*sheet.theOutText, "");
+  EXPECT_FALSE(sheet.representedObject().has_value());
+}
+
+TEST_F(ReceiptsTable, PassesOnThatTheListerCannotBeStarted) {
+  canStart = false;
+  table.selected = 0;
+  EXPECT_THROW(controller.prepareForSegue(segue, nullptr), TaskLaunchError);
+  EXPECT_EQ(*sheet.theOutText, "");
+  EXPECT_THAT(services.alerts, IsEmpty());
+}
+
+TEST_F(ReceiptsTable, StopsTheProgramAtARowBeyondTheListAndAtAnotherDestination) {
+  table.selected = 2;
+  EXPECT_EXIT(controller.prepareForSegue(segue, nullptr), testing::KilledBySignal(SIGABRT), "");
+  table.selected = 0;
+  pelmarix::ViewController other;
+  Segue elsewhere(other);
+  EXPECT_EXIT(controller.prepareForSegue(elsewhere, nullptr), testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST_F(ReceiptsTable, LetsASegueElsewherePassWithoutASelectedRow) {
+  pelmarix::ViewController other;
+  Segue elsewhere(other);
+  controller.prepareForSegue(elsewhere, nullptr);
+  EXPECT_THAT(listed, IsEmpty());
+}
+
+}  // namespace
+}  // namespace pelmarix::test
