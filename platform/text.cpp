@@ -55,17 +55,16 @@ bool isValidUtf8(std::string_view bytes) {
   return true;
 }
 
-std::string composed(std::string_view text) { return isAscii(text) ? std::string(text) : composedForm(text); }
-
+// Plain ASCII is its own composed form, so texts that need the platform's help are the rare ones.
 bool textEquals(std::string_view text, std::string_view other) {
   if (text == other) return true;
   if (isAscii(text) && isAscii(other)) return false;
-  return composed(text) == composed(other);
+  return composedForm(text) == composedForm(other);
 }
 
 bool textContains(std::string_view text, std::string_view literal) {
   if (isAscii(text) && isAscii(literal)) return text.find(literal) != std::string_view::npos;
-  return composed(text).find(composed(literal)) != std::string::npos;
+  return composedForm(text).find(composedForm(literal)) != std::string::npos;
 }
 
 }  // namespace pelmarix

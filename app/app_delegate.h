@@ -1,0 +1,53 @@
+// The application's delegate: what happens at launch, the update check, and the links of the Help menu.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/object.h"
+#include "platform/url_session.h"
+
+namespace pelmarix {
+
+/// Keeps nothing itself: its state is in the user defaults, under three keys.
+///
+///   noUpdateCheck        bool, set from outside only: true switches the update check off
+///   updateCheckInt       seconds, set from outside only: the least time between two checks; below 1.0, and
+///                        where it is missing, 43200.0 (12 hours) is used and stored
+///   dateLastUpdateCheck  seconds since 2001-01-01 00:00:00 UTC: when the last check was started
+///
+/// It must outlive the URL session's last call and the main queue's last block. All operations but
+/// handleUpdateResponse belong on the main thread.
+class AppDelegate : public Object {
+ public:
+  void applicationDidFinishLaunching();
+  void applicationWillTerminate();
+
+  /// Checks for an update when the last check is longer ago than the interval, and writes the preferences
+  /// back. Takes no time: the check's answer is handled later.
+  void performLaunchTasks();
+
+  /// Asks the maker's server for the update list. Returns at once. A bundle without a version is reported in
+  /// an alert; a version that is not text stops the program.
+  void checkForUpdate();
+
+  /// What the server answered, on the session's background thread. A list is handed to the main queue; any
+  /// other answer ends the check silently.
+  void handleUpdateResponse(const std::string& runningVersion, std::optional<std::string> body,
+                            const std::shared_ptr<const URLResponse>& response,
+                            const std::optional<std::string>& error);
+
+  /// Looks for this program in the list, marks the Help menu when it is there, and offers each of its
+  /// versions that is not the running one. The list is the maker's own and trusted: one that breaks the form
+  /// stops the program, and so does a missing body.
+  void processUpdateList(const std::optional<std::string>& body, const std::string& runningVersion);
+
+  /// Opens the support page in the user's browser. A browser that can't be opened is not reported.
+  void openSupport(Object* sender);
+
+  /// Opens the page about system updates that suits the running system.
+  void openUpdates(Object* sender);
+};
+
+}  // namespace pelmarix

@@ -1,0 +1,389 @@
+#include <csignal>
+#include <string>
+#include <vector>
+
+#include "app/addresses.h"
+#include "tests/app/app_fixture.h"
+
+namespace pelmarix {
+namespace {
+
+using test::ShownAlert;
+
+/// A response of some protocol other than HTTP.
+class OtherResponse final : public URLResponse {};
+
+std::shared_ptr<const URLResponse> http(int statusCode, std::optional<std::string> mimeType) {
+  return std::make_shared<HTTPURLResponse>(statusCode, std::move(mimeType));
+}
+
+std::string plist(const std::string& root) {
+  return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + root + "</plist>";
+}
+
+std::string list(const std::string& entries) { return plist("<array>" + entries + "</array>"); }
+
+std::string pair(const std::string& key, const std::string& value) {
+  return "<key>" + key + "</key><string>" + value + "</string>";
+}
+
+std::string entry(const std::string& name, const std::string& version, const std::string& address) {
+  return "<dict>" + pair("AppName", name) + pair("Version", version) + pair("URL", address) + "</dict>";
+}
+
+const std::string download = std::string(downloadHostPrefix) + "pelmarix13.zip";
+
+ShownAlert offer(const std::string& version, const std::string& runningVersion = "1.2") {
+  return {"An update to this app to version " + version + " is available.",
+          "You are currently running Pelmarix version " + runningVersion +
+              ".\nPlease choose whether to download this update now in your default browser.",
+          AlertStyle::informational,
+          {"Ignore", "Download"}};
+}
+
+class UpdateCheck : public test::AppTest {
+ protected:
+  /// What the server answers to a check, from the request to the end of the main queue's work.
+  void answer(std::optional<std::string> body, std::shared_ptr<const URLResponse> response,
+              std::optional<std::string> error = std::nullopt) {
+    delegate.checkForUpdate();
+    session.requests.at(0).completionHandler(std::move(body), std::move(response), std::move(error));
+    runMainQueue();
+  }
+  void answerWithList(const std::string& body) { answer(body, http(200, "text/xml")); }
+
+  bool nothingShown() const {
+    return services.alerts.empty() && workspace.opened.empty() && !isHelpMenuMarked() && mainQueue.empty();
+  }
+  bool isHelpMenuMarked() const {
+    return application.help.item.title == "Checked for update" && application.help.item.state == stateOn;
+  }
+  bool isHelpMenuAsBefore() const {
+    return application.help.item.title == "Update not checked" && application.help.item.state == stateOff;
+  }
+
+  const std::string goodList = list(entry("Pelmarix", "1.3", download));
+};
+
+using UpdateCheckDeathTest = UpdateCheck;
+
+TEST_F(UpdateCheck, AsksTheServerOnceAndReturnsBeforeItAnswers) {
+  delegate.checkForUpdate();
+  ASSERT_EQ(session.requests.size(), 1u);
+  EXPECT_EQ(session.requests[0].address, updateListAddress);
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, IsLeftOutWithoutAnInformationDictionary) {
+  bundle.info.reset();
+  delegate.checkForUpdate();
+  EXPECT_TRUE(session.requests.empty());
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, IsLeftOutWithAnEmptyInformationDictionary) {
+  bundle.info = InfoDictionary{};
+  delegate.checkForUpdate();
+  EXPECT_TRUE(session.requests.empty());
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, ReportsABundleWithoutAVersion) {
+  bundle.info = InfoDictionary{{"CFBundleName", std::string("Pelmarix")}};
+  delegate.checkForUpdate();
+  EXPECT_TRUE(session.requests.empty());
+  EXPECT_EQ(services.alerts,
+            std::vector{test::errorAlert("An error occurred:",
+                                         "Can't check for updates:\nNo app version string found.")});
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenTheBundlesVersionIsNotAString) {
+  bundle.info = InfoDictionary{{"CFBundleShortVersionString", 1.2}};
+  EXPECT_EXIT(delegate.checkForUpdate(), testing::KilledBySignal(SIGABRT), "");
+}
+
+// The answer, before it reaches the main queue.
+
+TEST_F(UpdateCheck, DropsAnAnswerWithAnError) {
+  answer(goodList, http(200, "text/xml"), "The connection was closed.");
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, DropsAMissingResponse) {
+  answer(std::nullopt, nullptr, "The host was not found.");
+  EXPECT_TRUE(nothingShown());
+  session.requests.clear();
+  answer(goodList, nullptr);
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, DropsAResponseOfAnotherProtocol) {
+  answer(goodList, std::make_shared<OtherResponse>());
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, DropsEveryStatusOutside200To299) {
+  for (const int status : {100, 199, 300, 301, 304, 404, 500}) {
+    session.requests.clear();
+    answer(goodList, http(status, "text/xml"));
+    EXPECT_TRUE(nothingShown()) << status;
+  }
+}
+
+TEST_F(UpdateCheck, AcceptsEveryStatusFrom200To299) {
+  for (const int status : {200, 203, 299}) {
+    services.alerts.clear();
+    session.requests.clear();
+    answer(goodList, http(status, "text/xml"));
+    EXPECT_EQ(services.alerts, std::vector{offer("1.3")}) << status;
+  }
+}
+
+TEST_F(UpdateCheck, DropsEveryMediaTypeButTheTwo) {
+  for (const char* type : {"application/octet-stream", "application/xml", "application/x-plist", "text/html",
+                           "TEXT/XML", "Text/Plain", "text/xml ", "text/xml; charset=utf-8", "text", ""}) {
+    session.requests.clear();
+    answer(goodList, http(200, type));
+    EXPECT_TRUE(nothingShown()) << type;
+  }
+}
+
+TEST_F(UpdateCheck, DropsAnAnswerWithoutAMediaType) {
+  answer(goodList, http(200, std::nullopt));
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, AcceptsTextXmlAndTextPlain) {
+  for (const char* type : {"text/xml", "text/plain"}) {
+    services.alerts.clear();
+    session.requests.clear();
+    answer(goodList, http(200, type));
+    EXPECT_EQ(services.alerts, std::vector{offer("1.3")}) << type;
+  }
+}
+
+TEST_F(UpdateCheck, PostsOneBlockAndDoesNothingBeforeTheMainQueueRuns) {
+  delegate.checkForUpdate();
+  session.requests.at(0).completionHandler(goodList, http(200, "text/xml"), std::nullopt);
+  EXPECT_EQ(mainQueue.size(), 1u);
+  EXPECT_TRUE(services.alerts.empty());
+  EXPECT_TRUE(isHelpMenuAsBefore());
+  runMainQueue();
+  EXPECT_EQ(services.alerts.size(), 1u);
+}
+
+// The list.
+
+TEST_F(UpdateCheck, ReportsABodyThatIsNoPropertyList) {
+  const auto report = test::errorAlert("An error occurred:", "Error in update Property List.");
+  for (const std::string& body : {std::string(), std::string("<html><body>Sign in</body></html>"),
+                                  goodList.substr(0, goodList.size() - 20), std::string("bplist00")}) {
+    services.alerts.clear();
+    session.requests.clear();
+    answer(body, http(200, "text/plain"));
+    EXPECT_EQ(services.alerts, std::vector{report}) << body;
+  }
+  EXPECT_TRUE(isHelpMenuAsBefore());
+}
+
+TEST_F(UpdateCheck, ReportsAListWithoutEntries) {
+  const std::vector report{test::errorAlert("An error occurred:", "Update Property List has no entries.")};
+  for (const std::string& body : {plist("<array/>"), list("")}) {
+    services.alerts.clear();
+    session.requests.clear();
+    answerWithList(body);
+    EXPECT_EQ(services.alerts, report) << body;
+  }
+}
+
+TEST_F(UpdateCheck, ShowsNothingWhenTheListHasOnlyOtherPrograms) {
+  answerWithList(list(entry("Other", "9.9", download)));
+  EXPECT_TRUE(nothingShown());
+  EXPECT_TRUE(isHelpMenuAsBefore());
+}
+
+TEST_F(UpdateCheck, TellsUpperAndLowerCaseNamesApart) {
+  answerWithList(list(entry("pelmarix", "9.9", download) + entry("Pelmarix ", "9.9", download)));
+  EXPECT_TRUE(nothingShown());
+}
+
+TEST_F(UpdateCheck, ReadsNothingButTheNameOfOtherPrograms) {
+  answerWithList(list("<dict>" + pair("AppName", "Other") + "<key>URL</key><true/></dict>" +
+                      entry("Pelmarix", "1.3", download)));
+  EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
+}
+
+TEST_F(UpdateCheck, IgnoresOtherKeysOfAnEntry) {
+  answerWithList(list("<dict>" + pair("AppName", "Pelmarix") + pair("URL", download) +
+                      "<key>Size</key><integer>3</integer>" + pair("Version", "1.3") + "</dict>"));
+  EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
+}
+
+TEST_F(UpdateCheck, OnlyMarksTheHelpMenuWhenTheRunningVersionIsPublished) {
+  answerWithList(list(entry("Pelmarix", "1.2", download)));
+  EXPECT_TRUE(services.alerts.empty());
+  EXPECT_TRUE(isHelpMenuMarked());
+}
+
+TEST_F(UpdateCheck, TakesCanonicallyEquivalentVersionsAsTheSame) {
+  services.services.composedForm = [](std::string_view text) {
+    return text == "1.2e\xCC\x81" ? std::string("1.2\xC3\xA9") : std::string(text);
+  };
+  bundle.info = InfoDictionary{{"CFBundleShortVersionString", std::string("1.2e\xCC\x81")}};
+  answerWithList(list(entry("Pelmarix", "1.2\xC3\xA9", download)));
+  EXPECT_TRUE(services.alerts.empty());
+  EXPECT_TRUE(isHelpMenuMarked());
+}
+
+TEST_F(UpdateCheck, OffersEveryVersionThatDiffersFromTheRunningOne) {
+  for (const char* version : {"1.0", "1.3", "1.2.0", "01.2", " 1.2", "1.2 BETA"}) {
+    services.alerts.clear();
+    session.requests.clear();
+    answerWithList(list(entry("Pelmarix", version, download)));
+    EXPECT_EQ(services.alerts, std::vector{offer(version)});
+    EXPECT_TRUE(isHelpMenuMarked());
+  }
+}
+
+TEST_F(UpdateCheck, MarksTheHelpMenuBeforeItOffersTheUpdate) {
+  bool wasMarked = false;
+  services.answer = [&](const ShownAlert&) {
+    wasMarked = isHelpMenuMarked();
+    return alertFirstButtonReturn;
+  };
+  answerWithList(goodList);
+  EXPECT_TRUE(wasMarked);
+}
+
+TEST_F(UpdateCheck, OffersNoDownloadFromAnotherHost) {
+  const std::string prefix = downloadHostPrefix;
+  for (const std::string& address :
+       {std::string("https://downloads.example/pelmarix13.zip"), prefix.substr(0, prefix.size() - 1),
+        "http" + prefix.substr(5) + "pelmarix13.zip", std::string("not an address"), std::string()}) {
+    answerWithList(list(entry("Pelmarix", "1.3", address)));
+    EXPECT_TRUE(services.alerts.empty()) << address;
+    EXPECT_TRUE(isHelpMenuMarked());
+  }
+}
+
+TEST_F(UpdateCheck, FindsTheDownloadHostAnywhereInTheAddress) {
+  answerWithList(list(entry("Pelmarix", "1.3", "https://mirror.example/?from=" + download)));
+  EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
+}
+
+TEST_F(UpdateCheck, OffersEachMatchingEntryInTheListsOrder) {
+  answerWithList(list(entry("Pelmarix", "1.4", download) + entry("Other", "2.0", download) +
+                      entry("Pelmarix", "1.2", download) + entry("Pelmarix", "1.3", download)));
+  EXPECT_EQ(services.alerts, (std::vector{offer("1.4"), offer("1.3")}));
+  EXPECT_TRUE(isHelpMenuMarked());
+}
+
+TEST_F(UpdateCheck, OpensTheAddressWhenDownloadIsChosen) {
+  services.answer = [](const ShownAlert&) { return alertSecondButtonReturn; };
+  answerWithList(list(entry("Pelmarix", "1.3", download + "?a=1&amp;b=2")));
+  EXPECT_EQ(workspace.opened, std::vector{download + "?a=1&b=2"});
+}
+
+TEST_F(UpdateCheck, OpensNothingWhenTheOfferIsIgnored) {
+  for (const int answered : {alertFirstButtonReturn, 1002, 0}) {
+    services.answer = [answered](const ShownAlert&) { return answered; };
+    answerWithList(goodList);
+    EXPECT_TRUE(workspace.opened.empty()) << answered;
+  }
+}
+
+TEST_F(UpdateCheck, MakesTheSameOfferAgainAtTheNextCheck) {
+  answerWithList(goodList);
+  session.requests.clear();
+  answerWithList(goodList);
+  EXPECT_EQ(services.alerts, (std::vector{offer("1.3"), offer("1.3")}));
+}
+
+TEST_F(UpdateCheck, GoesOnWithoutAHelpMenuOrItsItem) {
+  application.help.item.title = "Help";
+  answerWithList(goodList);
+  EXPECT_EQ(application.help.item.title, "Help");
+  application.menu = nullptr;
+  answerWithList(goodList);
+  EXPECT_EQ(services.alerts.size(), 2u);
+}
+
+TEST_F(UpdateCheck, ReadsBinaryListsToo) {
+  // [ { "AppName": "Pelmarix", "Version": "1.2", "URL": "" } ]
+  const std::string body(
+      "bplist00\xA1\x01\xD3\x02\x03\x04\x05\x06\x07"
+      "WAppNameWVersionSURLXPelmarixS1.2P"
+      "\x08\x0A\x11\x19\x21\x25\x2E\x32"
+      "\0\0\0\0\0\0\x01\x01\0\0\0\0\0\0\0\x08\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x33",
+      8 + 2 + 7 + 34 + 8 + 32);
+  answerWithList(body);
+  EXPECT_TRUE(services.alerts.empty());
+  EXPECT_TRUE(isHelpMenuMarked());
+}
+
+// The list is trusted: what breaks its form ends the program.
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramOnAnAcceptedAnswerWithoutABody) {
+  EXPECT_EXIT(answer(std::nullopt, http(200, "text/xml")), testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenTheRootIsNotAnArray) {
+  for (const std::string& root : {entry("Pelmarix", "1.3", download), std::string("<string>1.3</string>"),
+                                  std::string("<dict/>"), std::string("<true/>")})
+    EXPECT_EXIT(answerWithList(plist(root)), testing::KilledBySignal(SIGABRT), "") << root;
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramAtAnEntryThatIsNotADictionary) {
+  for (const char* element : {"<string>Pelmarix</string>", "<array/>", "<integer>1</integer>"})
+    EXPECT_EXIT(answerWithList(list(element)), testing::KilledBySignal(SIGABRT), "") << element;
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramAtAnEntryWithoutANameThatIsAString) {
+  for (const std::string& contents :
+       {std::string(), pair("appname", "Pelmarix"), std::string("<key>AppName</key><integer>1</integer>")})
+    EXPECT_EXIT(answerWithList(list("<dict>" + contents + "</dict>")), testing::KilledBySignal(SIGABRT), "")
+        << contents;
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenItsOwnEntryHasNoVersionThatIsAString) {
+  for (const std::string& version : {std::string(), std::string("<key>Version</key><real>1.3</real>")})
+    EXPECT_EXIT(answerWithList(list("<dict>" + pair("AppName", "Pelmarix") + version + pair("URL", download) +
+                                    "</dict>")),
+                testing::KilledBySignal(SIGABRT), "")
+        << version;
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenItsOwnEntryHasNoAddressThatIsAString) {
+  // The version is the running one: all three values are read before they are compared.
+  for (const std::string& address : {std::string(), std::string("<key>URL</key><false/>")})
+    EXPECT_EXIT(answerWithList(list("<dict>" + pair("AppName", "Pelmarix") + pair("Version", "1.2") +
+                                    address + "</dict>")),
+                testing::KilledBySignal(SIGABRT), "")
+        << address;
+}
+
+TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenAnInvalidAddressIsToBeDownloaded) {
+  services.answer = [](const ShownAlert&) { return alertSecondButtonReturn; };
+  const std::string body =
+      list(entry("Pelmarix", "1.3", std::string(downloadHostPrefix) + "pelmarix 1.3.zip"));
+  EXPECT_EXIT(answerWithList(body), testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST_F(UpdateCheck, DoesNotMindAnInvalidAddressThatIsIgnored) {
+  answerWithList(list(entry("Pelmarix", "1.3", std::string(downloadHostPrefix) + "pelmarix 1.3.zip")));
+  EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
+  EXPECT_TRUE(workspace.opened.empty());
+}
+
+TEST_F(UpdateCheckDeathTest, HasShownTheEarlierOffersWhenALaterEntryStopsTheProgram) {
+  const std::string body = list(entry("Pelmarix", "1.3", download) + "<string>Pelmarix</string>");
+  const auto exitWhenOffered = [&] {
+    services.answer = [](const ShownAlert&) -> int { std::_Exit(7); };
+    answerWithList(body);
+  };
+  EXPECT_EXIT(exitWhenOffered(), testing::ExitedWithCode(7), "");
+  EXPECT_EXIT(answerWithList(body), testing::KilledBySignal(SIGABRT), "");
+}
+
+}  // namespace
+}  // namespace pelmarix
