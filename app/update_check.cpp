@@ -73,7 +73,7 @@ void AppDelegate::checkForUpdate() {
   URLSession::sharedSession()
       .dataTaskWithURLCompletionHandler(
           address,
-          [this, runningVersion](std::optional<std::string> body, const auto& response, const auto& error) {
+          [this, runningVersion](auto body, const auto& response, const auto& error) {
             handleUpdateResponse(runningVersion, std::move(body), response, error);
           })
       ->resume();

@@ -55,16 +55,17 @@ bool isValidUtf8(std::string_view bytes) {
   return true;
 }
 
-// Plain ASCII is its own composed form, so texts that need the platform's help are the rare ones.
+std::string composed(std::string_view text) { return isAscii(text) ? std::string(text) : composedForm(text); }
+
 bool textEquals(std::string_view text, std::string_view other) {
   if (text == other) return true;
   if (isAscii(text) && isAscii(other)) return false;
-  return composedForm(text) == composedForm(other);
+  return composed(text) == composed(other);
 }
 
 bool textContains(std::string_view text, std::string_view literal) {
   if (isAscii(text) && isAscii(literal)) return text.find(literal) != std::string_view::npos;
-  return composedForm(text).find(composedForm(literal)) != std::string::npos;
+  return composed(text).find(composed(literal)) != std::string::npos;
 }
 
 }  // namespace pelmarix

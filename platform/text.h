@@ -14,6 +14,10 @@ using SharedText = std::shared_ptr<const std::string>;
 
 inline SharedText shareText(std::string text) { return std::make_shared<const std::string>(std::move(text)); }
 
+/// The composed form (NFC) of a text, in which canonically equivalent spellings are the same bytes. Plain
+/// ASCII is its own composed form and doesn't bother the platform.
+std::string composed(std::string_view text);
+
 /// True when both texts are the same, canonically equivalent spellings included; upper and lower case differ.
 bool textEquals(std::string_view text, std::string_view other);
 
