@@ -1,0 +1,208 @@
+// The layout of what the leaves' pairs name, from public format notes and real files:
+//
+//   numbers  u32 id, u32 block of the record. Ids start at 1 and may have gaps
+//   name     u32 id of the parent (0 at the top), the name, NUL
+#include "lsbom/bill_of_materials.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "lsbom/cursor.h"
+#include "lsbom/store.h"
+#include "lsbom/tree.h"
+
+namespace pelmarix::lsbom {
+
+// Finds paths by their ids.
+class BillOfMaterials::Ids {
+ public:
+  static constexpr std::uint32_t none = UINT32_MAX;  // in place of an index
+
+  // Gives the index of a path whose id another path has as well, or none.
+  std::uint32_t fill(const std::vector<Path>& paths) {
+    std::uint32_t largest = 0;
+    for (const Path& path : paths) largest = std::max(largest, path.id);
+    return largest / 8 <= paths.size() ? fillTable(paths, largest) : fillKeys(paths);
+  }
+
+  std::uint32_t find(std::uint32_t id) const {
+    if (!table_.empty()) return id < table_.size() ? table_[id] : none;
+    const auto key = std::lower_bound(keys_.begin(), keys_.end(), std::uint64_t{id} << 32);
+    return key == keys_.end() || *key >> 32 != id ? none : static_cast<std::uint32_t>(*key);
+  }
+
+ private:
+  std::uint32_t fillTable(const std::vector<Path>& paths, std::uint32_t largest) {
+    table_.assign(std::size_t{largest} + 1, none);
+    for (std::uint32_t i = 0; i < paths.size(); ++i) {
+      if (std::exchange(table_[paths[i].id], i) != none) return i;
+    }
+    return none;
+  }
+
+  std::uint32_t fillKeys(const std::vector<Path>& paths) {
+    keys_.reserve(paths.size());
+    for (std::uint32_t i = 0; i < paths.size(); ++i) keys_.push_back((std::uint64_t{paths[i].id} << 32) | i);
+    std::sort(keys_.begin(), keys_.end());
+    const auto sameId = [](std::uint64_t left, std::uint64_t right) { return left >> 32 == right >> 32; };
+    const auto twice = std::adjacent_find(keys_.begin(), keys_.end(), sameId);
+    return twice == keys_.end() ? none : static_cast<std::uint32_t>(*twice);
+  }
+
+  std::vector<std::uint32_t> table_;  // indices by id, where ids are dense enough
+  std::vector<std::uint64_t> keys_;   // else sorted: an id above its index
+};
+
+class BillOfMaterials::Reader {
+ public:
+  explicit Reader(BillOfMaterials& bill) : bytes_(bill.bytes_), paths_(bill.paths_), places_(bill.places_) {}
+
+  Failure run() {
+    if (const Failure failure = store_.open(bytes_)) return failure;
+    Leaves leaves;
+    if (const Failure failure = readTree(store_, leaves)) return failure;
+    if (const Failure failure = readPaths(leaves)) return failure;
+    const auto precedes = [this](const Path& left, const Path& right) {
+      if (left.parent != right.parent) return left.parent < right.parent;
+      const int order = nameOf(left).compare(nameOf(right));
+      return order < 0 || (order == 0 && left.id < right.id);
+    };
+    // The usual writer sorts so; others need not.
+    if (!std::is_sorted(paths_.begin(), paths_.end(), precedes))
+      std::sort(paths_.begin(), paths_.end(), precedes);
+    if (const Failure failure = findChildren()) return failure;
+    return arrange();
+  }
+
+ private:
+  std::string_view nameOf(const Path& path) const { return bytes_.substr(path.name, path.nameLength); }
+  std::uint32_t offsetOf(std::string_view bytes) const {
+    return static_cast<std::uint32_t>(store_.offsetOf(bytes));
+  }
+
+  Failure readPaths(const Leaves& leaves) {
+    paths_.reserve(leaves.pathCount);
+    // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and
+    // over.
+    std::size_t room = bytes_.size();
+    for (const std::string_view pairs : leaves.pairs) {
+      for (Cursor cursor(pairs); !cursor.rest().empty();) {
+        const std::uint32_t numbers = cursor.u32();
+        const std::uint32_t name = cursor.u32();
+        Path path;
+        if (const Failure failure = readNumbers(numbers, path)) return failure;
+        if (const Failure failure = readName(name, path)) return failure;
+        if (path.nameLength > room) return {Fault::namesTooLong, path.name};
+        room -= path.nameLength;
+        paths_.push_back(path);
+      }
+    }
+    return {};
+  }
+
+  Failure readNumbers(std::uint32_t number, Path& path) const {
+    std::string_view block;
+    if (const Failure failure = store_.block(number, block)) return failure;
+    Cursor cursor(block);
+    path.id = cursor.u32();
+    const std::uint32_t recordNumber = cursor.u32();
+    if (!cursor.ok()) return {Fault::shortNumbers, offsetOf(block)};
+    if (path.id == 0) return {Fault::idZero, offsetOf(block)};
+
+    std::string_view record;
+    if (const Failure failure = store_.block(recordNumber, record)) return failure;
+    path.record = offsetOf(record);
+    path.recordLength = static_cast<std::uint32_t>(record.size());
+    Record decoded;
+    return {decodeRecord(record, decoded), path.record};
+  }
+
+  Failure readName(std::uint32_t number, Path& path) const {
+    std::string_view block;
+    if (const Failure failure = store_.block(number, block)) return failure;
+    Cursor cursor(block);
+    path.parent = cursor.u32();
+    if (!cursor.ok()) return {Fault::shortName, offsetOf(block)};
+    if (path.parent == path.id) return {Fault::ownParent, offsetOf(block)};
+    const std::string_view name = cursor.rest();
+    const std::size_t length = name.find('\0');
+    if (length == std::string_view::npos) return {Fault::unendedName, offsetOf(block)};
+    path.name = offsetOf(name);
+    path.nameLength = static_cast<std::uint32_t>(length);
+    return {};
+  }
+
+  // The paths are sorted by now, so children of one parent stand next to each other.
+  bool isFirstChild(std::size_t index) const {
+    return index == 0 || paths_[index].parent != paths_[index - 1].parent;
+  }
+
+  Failure findChildren() {
+    Ids ids;
+    if (const std::uint32_t twice = ids.fill(paths_); twice != Ids::none)
+      return {Fault::idTwice, paths_[twice].name};
+    firstChild_.assign(paths_.size(), Ids::none);
+    for (std::uint32_t i = 0; i < paths_.size(); ++i) {
+      if (!isFirstChild(i) || paths_[i].parent == 0) continue;
+      const std::uint32_t parent = ids.find(paths_[i].parent);
+      if (parent == Ids::none) return {Fault::unknownParent, paths_[i].name};
+      firstChild_[parent] = i;
+    }
+    return {};
+  }
+
+  Failure arrange() {
+    struct Next {
+      std::uint32_t path;
+      std::uint32_t depth;
+      std::size_t lengthAbove;  // of the path of what stands above it, with the "/" behind that
+    };
+    places_.reserve(paths_.size());
+    std::vector<Next> stack;
+    if (!paths_.empty() && paths_.front().parent == 0) stack.push_back({0, 0, 0});
+    while (!stack.empty()) {
+      const auto [index, depth, lengthAbove] = stack.back();
+      stack.pop_back();
+      const std::size_t length = lengthAbove + paths_[index].nameLength;
+      if (length > longestPath) return {Fault::pathTooLong, paths_[index].name};
+      places_.push_back({index, depth});
+      if (index + 1 < paths_.size() && !isFirstChild(index + 1))
+        stack.push_back({index + 1, depth, lengthAbove});
+      if (firstChild_[index] != Ids::none) stack.push_back({firstChild_[index], depth + 1, length + 1});
+    }
+    return places_.size() < paths_.size() ? parentCycle() : Failure{};
+  }
+
+  // Every parent is known, so what cannot be reached from the top is in a circle or below one.
+  Failure parentCycle() const {
+    std::vector<bool> reached(paths_.size());
+    for (const Place& place : places_) reached[place.path] = true;
+    const auto missed = std::find(reached.begin(), reached.end(), false) - reached.begin();
+    return {Fault::parentCycle, paths_[static_cast<std::size_t>(missed)].name};
+  }
+
+  std::string_view bytes_;
+  std::vector<Path>& paths_;
+  std::vector<Place>& places_;
+  Store store_;
+  std::vector<std::uint32_t> firstChild_;  // by path
+};
+
+Failure BillOfMaterials::read(std::string_view bytes) {
+  bytes_ = bytes.substr(0, largestFile);
+  paths_.clear();
+  places_.clear();
+  const Failure failure = Reader(*this).run();
+  if (failure) places_.clear();
+  return failure;
+}
+
+Entry BillOfMaterials::entry(std::size_t index) const {
+  const auto [pathIndex, depth] = places_[index];
+  const Path& path = paths_[pathIndex];
+  Entry entry{bytes_.substr(path.name, path.nameLength), depth, {}};
+  decodeRecord(bytes_.substr(path.record, path.recordLength), entry.record);
+  return entry;
+}
+
+}  // namespace pelmarix::lsbom

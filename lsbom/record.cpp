@@ -1,0 +1,76 @@
+// The layout, from public format notes and real files. The fixed part has 23 bytes:
+//
+//   u8 type, u8, u16 flags, u16 mode, u32 user, u32 group, u32 modification time, u32 size, u8
+//
+// What follows depends on the type and on the writer's age; today everything ends with 8 zero bytes more:
+//
+//   folder   nothing
+//   file     u32 checksum; missing in old placeholder files
+//   link     u32 checksum, u32 length of the target with its NUL, the target
+//   device   u32 device number
+//   program  (a file with a flag of 0xF000) u32 checksum, u8 1, u32 count, and for each processor:
+//            u32 processor, u32 subtype, u32 size, u32 checksum
+//
+// A digest may stand ahead of the last 8 bytes; nothing here needs it.
+#include "lsbom/record.h"
+
+#include "lsbom/cursor.h"
+
+namespace pelmarix::lsbom {
+namespace {
+
+constexpr std::size_t programPartLength = 16;
+constexpr std::uint16_t programFlags = 0xF000;
+
+Kind kindOf(std::uint8_t type) { return type <= 4 ? static_cast<Kind>(type) : Kind::other; }
+
+Fault decodeLink(Cursor cursor, Record& record) {
+  record.checksum = cursor.u32();
+  const std::uint32_t length = cursor.u32();
+  if (!cursor.ok()) return Fault::shortRecord;
+  const std::string_view target = cursor.take(length);
+  if (!cursor.ok()) return Fault::targetPastEnd;
+  if (target.empty() || target.back() != '\0') return Fault::unendedTarget;
+  record.linkTarget = target.substr(0, target.find('\0'));
+  return Fault::none;
+}
+
+Fault decodeFile(Cursor cursor, std::uint16_t flags, Record& record) {
+  record.checksum = cursor.u32();
+  if ((flags & programFlags) == 0 || cursor.u8() != 1) return Fault::none;
+  const std::uint64_t count = cursor.u32();
+  record.programParts = cursor.take(count * programPartLength);
+  if (!cursor.ok()) return Fault::processorsPastEnd;
+  return Fault::none;
+}
+
+}  // namespace
+
+Fault decodeRecord(std::string_view bytes, Record& record) {
+  Cursor cursor(bytes);
+  record.kind = kindOf(cursor.u8());
+  cursor.u8();
+  const std::uint16_t flags = cursor.u16();
+  record.mode = cursor.u16();
+  record.user = cursor.u32();
+  record.group = cursor.u32();
+  record.modificationTime = cursor.u32();
+  record.size = cursor.u32();
+  cursor.u8();
+  if (!cursor.ok()) return Fault::shortRecord;
+  if (record.kind == Kind::link) return decodeLink(cursor, record);
+  if (record.kind == Kind::file) return decodeFile(cursor, flags, record);
+  return Fault::none;
+}
+
+std::optional<ProgramPart> Record::programPart(std::uint32_t processor) const {
+  for (Cursor cursor(programParts); !cursor.rest().empty();) {
+    const std::uint32_t type = cursor.u32();
+    cursor.u32();  // the subtype
+    const ProgramPart part{cursor.u32(), cursor.u32()};
+    if (type == processor) return part;
+  }
+  return {};
+}
+
+}  // namespace pelmarix::lsbom

@@ -1,0 +1,79 @@
+// The layout, from public format notes and real files:
+//
+//   header     "BOMStore", u32 version, u32 number of blocks (often wrong: not used), u32 offset and u32
+//   length of the
+//              index, u32 offset and u32 length of the variables
+//   index      u32 count, and for each block u32 offset and u32 length; block 0 is the null block. A list of
+//   free
+//              ranges follows, which a reader does not need
+//   variables  u32 count, and for each u32 block, u8 length of the name, the name
+#include "lsbom/store.h"
+
+#include "lsbom/cursor.h"
+
+namespace pelmarix::lsbom {
+namespace {
+
+constexpr std::size_t pairLength = 8;
+
+// 32-bit numbers added in 64 bits cannot wrap.
+bool isInside(std::string_view file, std::uint64_t offset, std::uint64_t length) {
+  return offset + length <= file.size();
+}
+
+}  // namespace
+
+Failure Store::open(std::string_view file) {
+  file_ = file;
+  Cursor header(file);
+  const std::string_view magic = header.take(8);
+  if (header.ok() && magic != "BOMStore") return {Fault::wrongMagic, 0};
+  const std::uint32_t version = header.u32();
+  header.u32();  // the number of blocks
+  const std::uint32_t indexOffset = header.u32();
+  const std::uint32_t indexLength = header.u32();
+  const std::uint32_t variablesOffset = header.u32();
+  const std::uint32_t variablesLength = header.u32();
+  if (!header.ok()) return {Fault::shortHeader, 0};
+  if (version != 1) return {Fault::wrongVersion, 8};
+  if (const Failure failure = openIndex(indexOffset, indexLength)) return failure;
+  return openVariables(variablesOffset, variablesLength);
+}
+
+Failure Store::openIndex(std::uint32_t offset, std::uint32_t length) {
+  if (!isInside(file_, offset, length)) return {Fault::indexPastEnd, offset};
+  Cursor cursor(file_.substr(offset, length));
+  blockCount_ = cursor.u32();
+  index_ = cursor.take(blockCount_ * pairLength);
+  if (!cursor.ok()) return {Fault::indexTooShort, offset};
+  return {};
+}
+
+Failure Store::openVariables(std::uint32_t offset, std::uint32_t length) {
+  if (!isInside(file_, offset, length)) return {Fault::variablesPastEnd, offset};
+  Cursor cursor(file_.substr(offset, length));
+  bool found = false;
+  for (std::uint32_t left = cursor.u32(); left > 0 && cursor.ok(); --left) {
+    const std::uint32_t number = cursor.u32();
+    const std::string_view name = cursor.take(cursor.u8());
+    if (name == "Paths" && !found) {
+      pathsBlock_ = number;
+      found = true;
+    }
+  }
+  if (!cursor.ok()) return {Fault::variablesTooShort, offset};
+  if (!found) return {Fault::noPaths, offset};
+  return {};
+}
+
+Failure Store::block(std::uint32_t number, std::string_view& bytes) const {
+  if (number == 0 || number >= blockCount_) return {Fault::unknownBlock, offsetOf(index_)};
+  Cursor pair(index_.substr(number * pairLength, pairLength));
+  const std::uint32_t offset = pair.u32();
+  const std::uint32_t length = pair.u32();
+  if (!isInside(file_, offset, length)) return {Fault::blockPastEnd, offset};
+  bytes = file_.substr(offset, length);
+  return {};
+}
+
+}  // namespace pelmarix::lsbom

@@ -1,0 +1,40 @@
+// The container that a bill of materials lies in: numbered blocks, some of them named.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "lsbom/fault.h"
+
+namespace pelmarix::lsbom {
+
+// Gives views into the bytes it was opened on, which must outlive it.
+class Store {
+ public:
+  // Checks the header and the ranges of index and variables, and looks for the variable "Paths".
+  Failure open(std::string_view file);
+
+  // The number of the block that "Paths" names.
+  std::uint32_t pathsBlock() const { return pathsBlock_; }
+
+  // How many numbers the index has: no block's number is as large.
+  std::uint32_t blockCount() const { return blockCount_; }
+
+  Failure block(std::uint32_t number, std::string_view& bytes) const;
+
+  // Where a view into the file begins.
+  std::uint64_t offsetOf(std::string_view bytes) const {
+    return static_cast<std::uint64_t>(bytes.data() - file_.data());
+  }
+
+ private:
+  Failure openIndex(std::uint32_t offset, std::uint32_t length);
+  Failure openVariables(std::uint32_t offset, std::uint32_t length);
+
+  std::string_view file_;
+  std::string_view index_;  // the pairs of offset and length
+  std::uint32_t blockCount_ = 0;
+  std::uint32_t pathsBlock_ = 0;
+};
+
+}  // namespace pelmarix::lsbom
