@@ -1,0 +1,63 @@
+#include "fuzz/plist_check.h"
+
+#include <cstdlib>
+#include <vector>
+
+#include "plist/document.h"
+#include "plist/unicode.h"
+#include "tests/plist/heap_meter.h"
+
+namespace pelmarix::plist {
+namespace {
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+void checkText(std::string_view text) {
+  const char* const last = text.data() + text.size();
+  require(findInvalidUtf8(text.data(), last) == last);
+}
+
+void checkValues(const Document& document) {
+  std::vector<bool> isSeen(document.valueCount());
+  std::vector<Value> waiting{document.root()};
+  while (!waiting.empty()) {
+    const Value value = waiting.back();
+    waiting.pop_back();
+    if (isSeen.at(value.identity())) continue;
+    isSeen[value.identity()] = true;
+
+    if (const auto text = value.string()) checkText(*text);
+    require(value.data().has_value() == (value.type() == Type::data));
+    require(value.type() != Type::integer || value.integer() || value.unsignedInteger());
+    std::size_t count = 0;
+    for (const Value element : value.elements()) {
+      waiting.push_back(element);
+      ++count;
+    }
+    for (const Entry entry : value.entries()) {
+      checkText(entry.key);
+      waiting.push_back(entry.value);
+      ++count;
+    }
+    require(count == value.count());
+  }
+}
+
+}  // namespace
+
+void check(std::string_view bytes) {
+  const HeapMeter heap;
+  const Result<Document> document = Document::decode(bytes);
+  require(heap.peak() <= 64 * bytes.size() + 1024 * 1024);
+  if (document) {
+    checkValues(*document);
+  } else {
+    // UTF-16 takes up to three bytes of UTF-8 for two of its own.
+    require(document.error().offset <= 2 * bytes.size());
+    require(!description(document.error()).empty());
+  }
+}
+
+}  // namespace pelmarix::plist
