@@ -268,6 +268,7 @@ bool Decoder::enter(Tag tag, const char* start) {
 }
 
 bool Decoder::leave() {
+  if (depth_ == 1) return fail(Reason::mismatchedClosingTag, at_);
   const Level& level = levels_[depth_ - 1];
   const bool isDictionary = level.tag == Tag::dict;
   const char* const start = at_;

@@ -14,15 +14,21 @@ constexpr std::size_t prefix = alignof(std::max_align_t);
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   void* const block = std::malloc(prefix + size);
-  if (block == nullptr) throw std::bad_alloc();
+  if (block == nullptr) return nullptr;
   *static_cast<std::size_t*>(block) = size;
   const std::size_t now = held += size;
   std::size_t most = mostHeld;
   while (now > most && !mostHeld.compare_exchange_weak(most, now)) {
   }
   return static_cast<char*>(block) + prefix;
+}
+
+void* operator new(std::size_t size) {
+  void* const block = operator new(size, std::nothrow);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
 }
 
 void operator delete(void* pointer) noexcept {
@@ -33,7 +39,12 @@ void operator delete(void* pointer) noexcept {
 }
 
 void operator delete(void* pointer, std::size_t) noexcept { operator delete(pointer); }
+void operator delete(void* pointer, const std::nothrow_t&) noexcept { operator delete(pointer); }
 void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return operator new(size, std::nothrow);
+}
+void operator delete[](void* pointer, const std::nothrow_t&) noexcept { operator delete(pointer); }
 void operator delete[](void* pointer) noexcept { operator delete(pointer); }
 void operator delete[](void* pointer, std::size_t) noexcept { operator delete(pointer); }
 
