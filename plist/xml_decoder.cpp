@@ -63,9 +63,10 @@ class Decoder {
     reserveNodes(text);
   }
 
-  /// Null when all went well; else where it didn't.
-  const char* decode();
+  /// False where the text is refused; then the reason and the place are known.
+  bool decode();
   Reason reason() const { return reason_; }
+  const char* failedAt() const { return failedAt_; }
 
  private:
   struct Level {
@@ -135,10 +136,10 @@ void Decoder::reserveNodes(std::string_view text) {
   tree_.nodes.reserve(count);
 }
 
-const char* Decoder::decode() {
+bool Decoder::decode() {
   while (decodeNext())
-    if (depth_ == 1 && levels_[0].objects == 1) return nullptr;
-  return failedAt_;
+    if (depth_ == 1 && levels_[0].objects == 1) return true;
+  return false;
 }
 
 bool Decoder::decodeNext() {
@@ -425,14 +426,13 @@ Result<std::unique_ptr<const Tree>> decodeXml(std::string_view bytes) {
   const Result<std::string_view> text = xmlTextAsUtf8(bytes, tree->arena);
   if (!text) return text.error();
   Decoder decoder(*text, *tree);
-  const char* const failedAt = decoder.decode();
-  if (failedAt == nullptr) return std::unique_ptr<const Tree>(std::move(tree));
+  if (decoder.decode()) return std::unique_ptr<const Tree>(std::move(tree));
 
   // A byte-order mark of UTF-8 is the one thing that text read in place leaves out.
   const bool isInPlace = text->data() + text->size() == bytes.data() + bytes.size();
   const char* const start = isInPlace ? bytes.data() : text->data();
-  const auto line = static_cast<std::size_t>(std::count(start, failedAt, '\n')) + 1;
-  return Error{decoder.reason(), static_cast<std::size_t>(failedAt - start), line};
+  const auto line = static_cast<std::size_t>(std::count(start, decoder.failedAt(), '\n')) + 1;
+  return Error{decoder.reason(), static_cast<std::size_t>(decoder.failedAt() - start), line};
 }
 
 }  // namespace pelmarix::plist
