@@ -63,7 +63,7 @@ struct Error {
   Reason reason;
   /// Bytes from the start of the file; in text that is not UTF-8, from the start of its UTF-8 form.
   std::size_t offset = 0;
-  /// In XML the line, counted from 1; in a binary file 0.
+  /// In XML the line, counted from 1. 0 in a binary file, and where the encoding of the text is at fault.
   std::size_t line = 0;
 
   friend bool operator==(const Error&, const Error&) = default;
