@@ -32,8 +32,8 @@ class FileManager {
   virtual std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) = 0;
 
   /// Replaces `contents` by the whole file's bytes, keeping its capacity for the next file. False when the
-  /// file is missing, can't be read or isn't a regular file (a folder, a FIFO, a device: none of them blocks
-  /// or ends).
+  /// file is missing, can't be read, is larger than the memory there is for it or isn't a regular file (a
+  /// folder, a FIFO, a device: none of them blocks or ends).
   virtual bool readFile(const std::string& path, std::string& contents) = 0;
 
   /// Writes the parts one after the other into the file in place, replacing what it held. `path` is one that

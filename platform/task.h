@@ -17,14 +17,15 @@ class TaskLaunchError : public std::runtime_error {
 /// A pipe from a child process: what the child writes until it closes its end.
 class Pipe {
  public:
+  /// Throws TaskLaunchError when there is none to be had.
   static std::unique_ptr<Pipe> make();
 
   virtual ~Pipe() = default;
-  /// Blocks until the child has closed its end; every byte in order.
+  /// Blocks until the child has closed its end; every byte in order. Empty when no child was started.
   virtual std::string readDataToEndOfFile() = 0;
 };
 
-/// One child process. Destroying a task whose child still runs leaves the child alone.
+/// One child process, launched once. Destroying a task whose child still runs leaves the child alone.
 class Task {
  public:
   static std::unique_ptr<Task> make();
@@ -41,7 +42,7 @@ class Task {
   virtual void launch() = 0;
   virtual void waitUntilExit() = 0;
   /// After waitUntilExit: the exit status, 0 for success; for a child that a signal ended, that signal's
-  /// number.
+  /// number. Never 0 when the status couldn't be had.
   virtual int terminationStatus() const = 0;
 };
 

@@ -1,0 +1,35 @@
+#include "qt/machine_services.h"
+
+#include <QCoreApplication>
+#include <chrono>
+#include <memory>
+
+#include "qt/task.h"
+#include "qt/text_conversion.h"
+
+namespace pelmarix::qt {
+namespace {
+
+Date now() {
+  const std::chrono::duration<double> sinceUnixEpoch = std::chrono::system_clock::now().time_since_epoch();
+  return Date{sinceUnixEpoch.count() - secondsFromUnixEpochToReferenceDate};
+}
+
+}  // namespace
+
+MachineServices::MachineServices() : fileManager_(Volume::fromEnvironment()), processInfo_(fileManager_) {
+  services_.bundle = &bundle_;
+  services_.fileManager = &fileManager_;
+  services_.processInfo = &processInfo_;
+  services_.userDefaults = &userDefaults_;
+  services_.workspace = &workspace_;
+  services_.makePipe = [] { return std::make_unique<PosixPipe>(); };
+  services_.makeTask = [folder = toFileName(QCoreApplication::applicationDirPath())] {
+    return std::make_unique<PosixTask>(folder);
+  };
+  services_.currentDate = now;
+  services_.composedForm = composedForm;
+  services_.dispatchAsyncToMainQueue = mainQueue_.dispatcher();
+}
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,64 @@
+#include "qt/main_queue.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <deque>
+#include <mutex>
+#include <utility>
+
+namespace pelmarix::qt {
+
+struct MainQueue::Waiting {
+  std::mutex mutex;
+  std::deque<std::function<void()>> blocks;
+  /// Null when the queue is gone.
+  QObject* queue = nullptr;
+
+  void dispatch(std::function<void()> block) {
+    const std::lock_guard lock(mutex);
+    if (queue == nullptr) return;
+    blocks.push_back(std::move(block));
+    QCoreApplication::postEvent(queue, new QEvent(QEvent::User));
+  }
+
+  /// Null when none waits.
+  std::function<void()> next() {
+    const std::lock_guard lock(mutex);
+    if (blocks.empty()) return nullptr;
+    std::function<void()> block = std::move(blocks.front());
+    blocks.pop_front();
+    return block;
+  }
+};
+
+MainQueue::MainQueue() : waiting_(std::make_shared<Waiting>()) { waiting_->queue = this; }
+
+MainQueue::~MainQueue() {
+  std::deque<std::function<void()>> dropped;
+  const std::lock_guard lock(waiting_->mutex);
+  waiting_->queue = nullptr;
+  // Released after the lock: what a block holds may dispatch when it goes.
+  dropped.swap(waiting_->blocks);
+}
+
+std::function<void(std::function<void()>)> MainQueue::dispatcher() const {
+  return [waiting = waiting_](std::function<void()> block) { waiting->dispatch(std::move(block)); };
+}
+
+bool MainQueue::event(QEvent* event) {
+  if (event->type() != QEvent::User) return QObject::event(event);
+  // Whoever pauses the queue wakes it at the end.
+  if (pauses_ == 0) {
+    if (const auto block = waiting_->next()) {
+      const Pause pause(*this);
+      block();
+    }
+  }
+  return true;
+}
+
+void MainQueue::goOn() {
+  if (--pauses_ == 0) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+}  // namespace pelmarix::qt
