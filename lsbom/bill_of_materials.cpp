@@ -5,21 +5,27 @@
 #include "lsbom/bill_of_materials.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "lsbom/cursor.h"
+#include "lsbom/parallel.h"
 #include "lsbom/store.h"
 #include "lsbom/tree.h"
 
 namespace pelmarix::lsbom {
+namespace {
+
+// About eight thousand paths, where leaves are full: less is not worth a thread.
+constexpr std::size_t leavesAtOnce = 16;
+
+}  // namespace
 
 // Finds paths by their ids.
 class BillOfMaterials::Ids {
  public:
-  static constexpr std::uint32_t none = UINT32_MAX;  // in place of an index
-
   // Gives the index of a path whose id another path has as well, or none.
-  std::uint32_t fill(const std::vector<Path>& paths) {
+  std::uint32_t fill(std::span<const Path> paths) {
     std::uint32_t largest = 0;
     for (const Path& path : paths) largest = std::max(largest, path.id);
     return largest / 8 <= paths.size() ? fillTable(paths, largest) : fillKeys(paths);
@@ -32,7 +38,7 @@ class BillOfMaterials::Ids {
   }
 
  private:
-  std::uint32_t fillTable(const std::vector<Path>& paths, std::uint32_t largest) {
+  std::uint32_t fillTable(std::span<const Path> paths, std::uint32_t largest) {
     table_.assign(std::size_t{largest} + 1, none);
     for (std::uint32_t i = 0; i < paths.size(); ++i) {
       if (std::exchange(table_[paths[i].id], i) != none) return i;
@@ -40,7 +46,7 @@ class BillOfMaterials::Ids {
     return none;
   }
 
-  std::uint32_t fillKeys(const std::vector<Path>& paths) {
+  std::uint32_t fillKeys(std::span<const Path> paths) {
     keys_.reserve(paths.size());
     for (std::uint32_t i = 0; i < paths.size(); ++i) keys_.push_back((std::uint64_t{paths[i].id} << 32) | i);
     std::sort(keys_.begin(), keys_.end());
@@ -55,7 +61,7 @@ class BillOfMaterials::Ids {
 
 class BillOfMaterials::Reader {
  public:
-  explicit Reader(BillOfMaterials& bill) : bytes_(bill.bytes_), paths_(bill.paths_), places_(bill.places_) {}
+  explicit Reader(BillOfMaterials& bill) : bill_(bill), bytes_(bill.bytes_) {}
 
   Failure run() {
     if (const Failure failure = store_.open(bytes_)) return failure;
@@ -80,23 +86,38 @@ class BillOfMaterials::Reader {
     return static_cast<std::uint32_t>(store_.offsetOf(bytes));
   }
 
-  Failure readPaths(const Leaves& leaves) {
-    paths_.reserve(leaves.pathCount);
-    // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and
-    // over.
-    std::size_t room = bytes_.size();
-    for (const std::string_view pairs : leaves.pairs) {
-      for (Cursor cursor(pairs); !cursor.rest().empty();) {
-        const std::uint32_t numbers = cursor.u32();
-        const std::uint32_t name = cursor.u32();
-        Path path;
-        if (const Failure failure = readNumbers(numbers, path)) return failure;
-        if (const Failure failure = readName(name, path)) return failure;
-        if (path.nameLength > room) return {Fault::namesTooLong, path.name};
-        room -= path.nameLength;
-        paths_.push_back(path);
+  Failure readPaths(const Leaves& tree) {
+    // Not cleared ahead: every path is written below, by several threads at once.
+    bill_.pathStore_.reset(new Path[tree.pathCount]);
+    bill_.paths_ = paths_ = {bill_.pathStore_.get(), tree.pathCount};
+    std::atomic<std::size_t> namesLength = 0;
+    std::vector<Failure> failures((tree.leaves.size() + leavesAtOnce - 1) / leavesAtOnce);
+    inParallel(failures.size(), [&](std::size_t i) {
+      const std::size_t end = std::min(tree.leaves.size(), (i + 1) * leavesAtOnce);
+      for (std::size_t leaf = i * leavesAtOnce; leaf < end && !failures[i]; ++leaf) {
+        failures[i] = readLeaf(tree.leaves[leaf], namesLength);
       }
+    });
+    const auto failed =
+        std::find_if(failures.begin(), failures.end(), [](const Failure& failure) { return bool{failure}; });
+    return failed == failures.end() ? Failure{} : *failed;
+  }
+
+  // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and over.
+  Failure readLeaf(const Leaf& leaf, std::atomic<std::size_t>& namesLength) const {
+    std::size_t index = leaf.firstPath;
+    std::size_t length = 0;
+    for (Cursor cursor(leaf.pairs); !cursor.rest().empty(); ++index) {
+      const std::uint32_t numbers = cursor.u32();
+      const std::uint32_t name = cursor.u32();
+      Path& path = paths_[index];
+      if (const Failure failure = readNumbers(numbers, path)) return failure;
+      if (const Failure failure = readName(name, path)) return failure;
+      length += path.nameLength;
+      if (length > bytes_.size()) return {Fault::namesTooLong, path.name};
     }
+    namesLength += length;
+    if (namesLength > bytes_.size()) return {Fault::namesTooLong, store_.offsetOf(leaf.pairs)};
     return {};
   }
 
@@ -139,13 +160,13 @@ class BillOfMaterials::Reader {
 
   Failure findChildren() {
     Ids ids;
-    if (const std::uint32_t twice = ids.fill(paths_); twice != Ids::none)
+    if (const std::uint32_t twice = ids.fill(paths_); twice != none)
       return {Fault::idTwice, paths_[twice].name};
-    firstChild_.assign(paths_.size(), Ids::none);
+    firstChild_.assign(paths_.size(), none);
     for (std::uint32_t i = 0; i < paths_.size(); ++i) {
       if (!isFirstChild(i) || paths_[i].parent == 0) continue;
       const std::uint32_t parent = ids.find(paths_[i].parent);
-      if (parent == Ids::none) return {Fault::unknownParent, paths_[i].name};
+      if (parent == none) return {Fault::unknownParent, paths_[i].name};
       firstChild_[parent] = i;
     }
     return {};
@@ -155,42 +176,44 @@ class BillOfMaterials::Reader {
     struct Next {
       std::uint32_t path;
       std::uint32_t depth;
+      std::uint32_t parent;     // its place
       std::size_t lengthAbove;  // of the path of what stands above it, with the "/" behind that
     };
-    places_.reserve(paths_.size());
+    std::vector<Place>& places = bill_.places_;
+    places.reserve(paths_.size());
     std::vector<Next> stack;
-    if (!paths_.empty() && paths_.front().parent == 0) stack.push_back({0, 0, 0});
+    if (!paths_.empty() && paths_.front().parent == 0) stack.push_back({0, 0, none, 0});
     while (!stack.empty()) {
-      const auto [index, depth, lengthAbove] = stack.back();
+      const auto [index, depth, parent, lengthAbove] = stack.back();
       stack.pop_back();
       const std::size_t length = lengthAbove + paths_[index].nameLength;
       if (length > longestPath) return {Fault::pathTooLong, paths_[index].name};
-      places_.push_back({index, depth});
+      const auto place = static_cast<std::uint32_t>(places.size());
+      places.push_back({index, depth, parent});
       if (index + 1 < paths_.size() && !isFirstChild(index + 1))
-        stack.push_back({index + 1, depth, lengthAbove});
-      if (firstChild_[index] != Ids::none) stack.push_back({firstChild_[index], depth + 1, length + 1});
+        stack.push_back({index + 1, depth, parent, lengthAbove});
+      if (firstChild_[index] != none) stack.push_back({firstChild_[index], depth + 1, place, length + 1});
     }
-    return places_.size() < paths_.size() ? parentCycle() : Failure{};
+    return places.size() < paths_.size() ? parentCycle() : Failure{};
   }
 
   // Every parent is known, so what cannot be reached from the top is in a circle or below one.
   Failure parentCycle() const {
     std::vector<bool> reached(paths_.size());
-    for (const Place& place : places_) reached[place.path] = true;
+    for (const Place& place : bill_.places_) reached[place.path] = true;
     const auto missed = std::find(reached.begin(), reached.end(), false) - reached.begin();
     return {Fault::parentCycle, paths_[static_cast<std::size_t>(missed)].name};
   }
 
+  BillOfMaterials& bill_;
   std::string_view bytes_;
-  std::vector<Path>& paths_;
-  std::vector<Place>& places_;
   Store store_;
+  std::span<Path> paths_;
   std::vector<std::uint32_t> firstChild_;  // by path
 };
 
 Failure BillOfMaterials::read(std::string_view bytes) {
   bytes_ = bytes.substr(0, largestFile);
-  paths_.clear();
   places_.clear();
   const Failure failure = Reader(*this).run();
   if (failure) places_.clear();
@@ -198,9 +221,9 @@ Failure BillOfMaterials::read(std::string_view bytes) {
 }
 
 Entry BillOfMaterials::entry(std::size_t index) const {
-  const auto [pathIndex, depth] = places_[index];
-  const Path& path = paths_[pathIndex];
-  Entry entry{bytes_.substr(path.name, path.nameLength), depth, {}};
+  const Place& place = places_[index];
+  const Path& path = paths_[place.path];
+  Entry entry{bytes_.substr(path.name, path.nameLength), place.depth, {}};
   decodeRecord(bytes_.substr(path.record, path.recordLength), entry.record);
   return entry;
 }

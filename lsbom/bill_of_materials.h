@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -39,6 +41,10 @@ class BillOfMaterials {
   std::size_t size() const { return places_.size(); }
   Entry entry(std::size_t index) const;
 
+  // The index of the entry that stands above another, or none.
+  static constexpr std::uint32_t none = UINT32_MAX;
+  std::uint32_t parent(std::size_t index) const { return places_[index].parent; }
+
  private:
   // A path as the file has it: ranges are offsets into the bytes, its place is told by ids.
   struct Path {
@@ -54,13 +60,15 @@ class BillOfMaterials {
   struct Place {
     std::uint32_t path;
     std::uint32_t depth;
+    std::uint32_t parent;  // its place, or none
   };
 
   class Reader;
   class Ids;
 
   std::string_view bytes_;
-  std::vector<Path> paths_;    // by the parent's id, then by name
+  std::unique_ptr<Path[]> pathStore_;
+  std::span<Path> paths_;      // by the parent's id, then by name
   std::vector<Place> places_;  // in the order of the listing
 };
 

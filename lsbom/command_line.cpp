@@ -149,7 +149,6 @@ std::string listFile(const std::string& path, const ListOptions& options, const 
     return std::string(describe(failure.fault)) + " (at byte " + std::to_string(failure.offset) + ")";
   }
   list(bill, options, names, output);
-  output.flush();
   return {};
 }
 

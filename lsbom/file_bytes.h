@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ class FileBytes {
   std::string_view bytes() const { return {data_.get(), size_}; }
 
  private:
+  int readToEnd(std::FILE* file);
+  int readSlices(const std::string& path, std::size_t size);
   void reserve(std::size_t capacity);
 
   std::unique_ptr<char[]> data_;

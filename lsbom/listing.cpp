@@ -1,8 +1,10 @@
 #include "lsbom/listing.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
+#include "lsbom/parallel.h"
 #include "lsbom/text.h"
 
 namespace pelmarix::lsbom {
@@ -12,9 +14,21 @@ constexpr std::uint16_t typeBits = 0170000;
 constexpr std::uint16_t characterDevice = 0020000;
 constexpr std::uint16_t blockDevice = 0060000;
 
+// So many entries are made into text at once.
+constexpr std::size_t entriesPerText = 2048;
+
 // The path of the entry that was last moved to.
 class PathText {
  public:
+  // The first entry needs what stands above it.
+  PathText(const BillOfMaterials& bill, std::size_t first) {
+    std::vector<std::size_t> above;
+    for (std::size_t index = bill.parent(first); index != BillOfMaterials::none; index = bill.parent(index)) {
+      above.push_back(index);
+    }
+    for (auto index = above.rbegin(); index != above.rend(); ++index) moveTo(bill.entry(*index));
+  }
+
   void moveTo(const Entry& entry) {
     text_.resize(entry.depth == 0 ? 0 : ends_[entry.depth - 1]);
     if (entry.depth > 0) text_ += '/';
@@ -32,8 +46,8 @@ class PathText {
 
 class Lister {
  public:
-  Lister(const ListOptions& options, const AccountNames& names, Output& output)
-      : options_(options), names_(names), output_(output) {}
+  Lister(const ListOptions& options, const AccountNames& names, Text& text)
+      : options_(options), names_(names), text_(text) {}
 
   bool isChosen(const Record& record) const {
     switch (record.kind) {
@@ -54,13 +68,13 @@ class Lister {
 
   void printLine(const Entry& entry, std::string_view path) {
     if (options_.pathsOnly) {
-      output_.append(path);
+      text_.append(path);
     } else if (options_.columns.empty()) {
       printUsualFields(entry.record, path);
     } else {
       printColumns(entry, path);
     }
-    output_.append('\n');
+    text_.append('\n');
   }
 
  private:
@@ -83,30 +97,30 @@ class Lister {
   }
 
   void printUsualFields(const Record& record, std::string_view path) {
-    output_.append(path);
-    output_.append('\t');
-    if (showsMode(record)) output_.appendNumber(record.mode, 8);
-    output_.append('\t');
+    text_.append(path);
+    text_.append('\t');
+    if (showsMode(record)) text_.appendNumber(record.mode, 8);
+    text_.append('\t');
     printIds(record);
     if (!hasSize(record)) return;
     const ProgramPart part = sizeAndChecksum(record);
-    output_.append('\t');
-    output_.appendNumber(part.size);
-    output_.append('\t');
-    output_.appendNumber(part.checksum);
+    text_.append('\t');
+    text_.appendNumber(part.size);
+    text_.append('\t');
+    text_.appendNumber(part.checksum);
     if (record.kind == Kind::link) {
-      output_.append('\t');
-      output_.append(record.linkTarget);
+      text_.append('\t');
+      text_.append(record.linkTarget);
     } else if (options_.modificationTimes) {
-      output_.append('\t');
-      output_.appendNumber(record.modificationTime);
+      text_.append('\t');
+      text_.appendNumber(record.modificationTime);
     }
   }
 
   void printColumns(const Entry& entry, std::string_view path) {
     bool first = true;
     for (const char letter : options_.columns) {
-      if (!first) output_.append('\t');
+      if (!first) text_.append('\t');
       first = false;
       printColumn(letter, entry.record, path);
     }
@@ -115,40 +129,40 @@ class Lister {
   void printColumn(char letter, const Record& record, std::string_view path) {
     switch (letter) {
       case 'f':
-        output_.append(path);
+        text_.append(path);
         break;
       case 'F':
-        output_.append(quoted(path));
+        text_.append(quoted(path));
         break;
       case 'g':
-        output_.appendNumber(record.group);
+        text_.appendNumber(record.group);
         break;
       case 'G':
         printName(names_.groups, record.group);
         break;
       case 'm':
-        if (showsMode(record)) output_.appendNumber(record.mode, 8);
+        if (showsMode(record)) text_.appendNumber(record.mode, 8);
         break;
       case 'M':
         if (showsMode(record)) {
           const auto mode = symbolicMode(record.mode);
-          output_.append({mode.data(), mode.size()});
+          text_.append({mode.data(), mode.size()});
         }
         break;
       case 's':
-        if (hasSize(record)) output_.appendNumber(sizeAndChecksum(record).size);
+        if (hasSize(record)) text_.appendNumber(sizeAndChecksum(record).size);
         break;
       case 'S':
-        if (hasSize(record)) output_.append(groupedNumber(sizeAndChecksum(record).size));
+        if (hasSize(record)) text_.append(groupedNumber(sizeAndChecksum(record).size));
         break;
       case 't':
-        output_.appendNumber(record.modificationTime);
+        text_.appendNumber(record.modificationTime);
         break;
       case 'T':
-        output_.append(time_(record.modificationTime));
+        text_.append(time_(record.modificationTime));
         break;
       case 'u':
-        output_.appendNumber(record.user);
+        text_.appendNumber(record.user);
         break;
       case 'U':
         printName(names_.users, record.user);
@@ -158,28 +172,28 @@ class Lister {
         break;
       default:  // '?', the one letter left
         printName(names_.users, record.user);
-        output_.append('/');
+        text_.append('/');
         printName(names_.groups, record.group);
     }
   }
 
   void printIds(const Record& record) {
-    output_.appendNumber(record.user);
-    output_.append('/');
-    output_.appendNumber(record.group);
+    text_.appendNumber(record.user);
+    text_.append('/');
+    text_.appendNumber(record.group);
   }
 
   void printName(const Accounts& accounts, std::uint32_t id) {
     if (const std::string* name = accounts.name(id)) {
-      output_.append(*name);
+      text_.append(*name);
     } else {
-      output_.appendNumber(id);
+      text_.appendNumber(id);
     }
   }
 
   const ListOptions& options_;
   const AccountNames& names_;
-  Output& output_;
+  Text& text_;
   TimeText time_;
 };
 
@@ -187,13 +201,20 @@ class Lister {
 
 void list(const BillOfMaterials& bill, const ListOptions& options, const AccountNames& names,
           Output& output) {
-  Lister lister(options, names, output);
-  PathText path;
-  for (std::size_t i = 0; i < bill.size() && output.error() == 0; ++i) {
-    const Entry entry = bill.entry(i);
-    path.moveTo(entry);
-    if (lister.isChosen(entry.record)) lister.printLine(entry, path.text());
-  }
+  const std::size_t texts = (bill.size() + entriesPerText - 1) / entriesPerText;
+  inParallel(texts, [&](std::size_t number) {
+    Text text(output, number);
+    Lister lister(options, names, text);
+    const std::size_t first = number * entriesPerText;
+    const std::size_t end = std::min(bill.size(), first + entriesPerText);
+    PathText path(bill, first);
+    for (std::size_t i = first; i < end && output.error() == 0; ++i) {
+      const Entry entry = bill.entry(i);
+      path.moveTo(entry);
+      if (lister.isChosen(entry.record)) lister.printLine(entry, path.text());
+    }
+  });
+  output.finish();
 }
 
 }  // namespace pelmarix::lsbom

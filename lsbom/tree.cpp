@@ -56,7 +56,7 @@ class Walk {
     for (std::size_t i = 0; i < nodes.size(); ++i) {
       const std::uint32_t expected = i + 1 < level.size() ? level[i + 1] : 0;
       if (const Failure failure = checkNext(nodes[i], expected)) return failure;
-      leaves.pairs.push_back(nodes[i].pairs);
+      if (const Failure failure = addLeaf(nodes[i], leaves)) return failure;
     }
     return {};
   }
@@ -88,6 +88,16 @@ class Walk {
       nodes.push_back(node);
       if (node.leaf != nodes.front().leaf) return {Fault::unevenTree, store_.offsetOf(node.pairs)};
     }
+    return {};
+  }
+
+  // Each path has a block of its own for its id, or two would have the same. So overlapping leaves gain
+  // nothing.
+  Failure addLeaf(const Node& node, Leaves& leaves) const {
+    leaves.leaves.push_back({node.pairs, leaves.pathCount});
+    const std::size_t count = node.pairs.size() / pairLength;
+    if (count > store_.blockCount() - leaves.pathCount) return {Fault::idTwice, store_.offsetOf(node.pairs)};
+    leaves.pathCount += static_cast<std::uint32_t>(count);
     return {};
   }
 
@@ -125,13 +135,7 @@ Failure readTree(const Store& store, Leaves& leaves) {
   if (version != 1) return {Fault::wrongTreeVersion, offset};
 
   if (const Failure failure = Walk(store).run(root, leaves)) return failure;
-  std::uint64_t found = 0;
-  for (const std::string_view pairs : leaves.pairs) found += pairs.size() / pairLength;
-  if (found != pathCount) return {Fault::wrongPathCount, offset};
-  // Each path has a block of numbers of its own, or its id would stand twice. This bounds the work where
-  // leaves overlap.
-  if (found >= store.blockCount()) return {Fault::idTwice, offset};
-  leaves.pathCount = pathCount;
+  if (leaves.pathCount != pathCount) return {Fault::wrongPathCount, offset};
   return {};
 }
 

@@ -10,10 +10,14 @@
 
 namespace pelmarix::lsbom {
 
-// What the tree gives: for each leaf, in the order of the tree, its pairs of block numbers, 8 bytes each.
+struct Leaf {
+  std::string_view pairs;   // of block numbers, 8 bytes each: one pair for each path
+  std::uint32_t firstPath;  // how many paths the leaves ahead of this one have
+};
+
 struct Leaves {
-  std::vector<std::string_view> pairs;
-  std::uint32_t pathCount = 0;  // in all leaves together
+  std::vector<Leaf> leaves;  // in the order of the tree
+  std::uint32_t pathCount = 0;
 };
 
 // Walks the tree level by level. No node is visited twice, so the work is bounded by the number of blocks.

@@ -39,7 +39,6 @@ inline std::string listingOf(std::string_view bytes, const ListOptions& options 
   const TemporaryFile file;
   Output output(file.get());
   list(bill, options, names, output);
-  output.flush();
   return file.content();
 }
 
