@@ -23,7 +23,8 @@ void checkFailure(const BillOfMaterials& bill, const Failure& failure) {
 
 void checkEntries(const BillOfMaterials& bill, std::string_view bytes) {
   const auto isInside = [bytes](std::string_view text) {
-    return text.empty() || (text.data() >= bytes.data() && text.data() + text.size() <= bytes.data() + bytes.size());
+    return text.empty() ||
+           (text.data() >= bytes.data() && text.data() + text.size() <= bytes.data() + bytes.size());
   };
   for (std::size_t i = 0; i < bill.size(); ++i) {
     const Entry entry = bill.entry(i);
