@@ -89,9 +89,8 @@ std::string_view sentence(Reason reason) {
 std::string description(const Error& error) {
   std::string text(sentence(error.reason));
   text += " (";
-  if (error.line != 0) text += "line " + std::to_string(error.line) + ", ";
-  text += "byte " + std::to_string(error.offset) + ")";
-  return text;
+  if (error.line != 0) text.append("line ").append(std::to_string(error.line)).append(", ");
+  return text.append("byte ").append(std::to_string(error.offset)).append(")");
 }
 
 }  // namespace pelmarix::plist
