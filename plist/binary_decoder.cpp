@@ -125,7 +125,7 @@ class Decoder {
     return trailer_.tableStart + object * trailer_.offsetWidth;
   }
   std::size_t offset(std::size_t object) const {
-    return bigEndian(bytes_.data() + tableEntry(object), trailer_.offsetWidth);
+    return bigEndianBeforeTrailer(bytes_.data() + tableEntry(object), trailer_.offsetWidth);
   }
 
   bool checkTable();
@@ -194,7 +194,7 @@ bool Decoder::decodeElement(Level& level) {
   const auto referenceOffset = static_cast<std::size_t>(reference - bytes_.data());
   ++level.nextReference;
 
-  const std::size_t object = bigEndian(reference, trailer_.referenceWidth);
+  const std::size_t object = bigEndianBeforeTrailer(reference, trailer_.referenceWidth);
   if (object >= trailer_.objectCount) return fail(Reason::badReference, referenceOffset);
   State& state = states_[object];
   if (state == open) return fail(Reason::cycle, referenceOffset);

@@ -71,11 +71,20 @@ struct Tree {
   bool isBinary() const { return referenceWidth != 0; }
 };
 
-/// An unsigned number of 1 to 8 bytes, the most significant first. Of more bytes the last eight count.
+/// An unsigned number of any number of bytes, the most significant first. Only the last eight count.
 inline std::uint64_t bigEndian(const char* bytes, std::size_t width) {
   std::uint64_t number = 0;
   for (std::size_t i = 0; i < width; ++i) number = number << 8 | static_cast<unsigned char>(bytes[i]);
   return number;
+}
+
+/// The same for 1 to 8 bytes that a trailer follows: offsets and references. There are millions of them in a
+/// large file, and with the trailer behind them eight bytes can be read at once whatever the width is.
+inline std::uint64_t bigEndianBeforeTrailer(const char* bytes, std::size_t width) {
+  const auto byte = [bytes](std::size_t i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])}; };
+  const std::uint64_t number = byte(0) << 56 | byte(1) << 48 | byte(2) << 40 | byte(3) << 32 | byte(4) << 24 |
+                               byte(5) << 16 | byte(6) << 8 | byte(7);
+  return number >> (64 - 8 * width);
 }
 
 }  // namespace pelmarix::plist

@@ -9,9 +9,9 @@ namespace pelmarix::plist {
 namespace {
 
 /// The node that the reference at `index` of a container in a binary file leads to.
-const Node& referenced(const Position& at, std::size_t index) {
-  const std::size_t width = at.tree->referenceWidth;
-  return at.tree->nodes[bigEndian(at.container->bytes + index * width, width)];
+const Node& referenced(const Tree& tree, const Node& container, std::size_t index) {
+  const std::size_t width = tree.referenceWidth;
+  return tree.nodes[bigEndianBeforeTrailer(container.bytes + index * width, width)];
 }
 
 /// The number of nodes from this one to its last descendant, in XML.
@@ -78,17 +78,25 @@ Entries Value::entries() const {
 }
 
 std::optional<Value> Value::find(std::string_view key) const {
-  std::optional<Value> found;
-  for (const Entry entry : entries())
-    if (entry.key == key) found = entry.value;
-  return found;
+  if (node_->type != Type::dictionary) return std::nullopt;
+  if (tree_->isBinary()) {
+    for (std::size_t i = node_->size; i-- > 0;)
+      if (referenced(*tree_, *node_, i).view() == key)
+        return Value(*tree_, referenced(*tree_, *node_, node_->size + i));
+    return std::nullopt;
+  }
+  const Node* found = nullptr;
+  const Node* entry = node_ + 1;
+  for (const Node* const last = node_ + node_->size; entry != last; entry += 1 + extent(entry[1]))
+    if (entry->view() == key) found = entry + 1;
+  return found == nullptr ? std::nullopt : std::optional(Value(*tree_, *found));
 }
 
 std::size_t Value::identity() const { return static_cast<std::size_t>(node_ - tree_->nodes.data()); }
 
 Value Elements::Iterator::operator*() const {
   const Position& at = position_;
-  return {*at.tree, at.tree->isBinary() ? referenced(at, at.index) : *at.current};
+  return {*at.tree, at.tree->isBinary() ? referenced(*at.tree, *at.container, at.index) : *at.current};
 }
 
 Elements::Iterator& Elements::Iterator::operator++() {
@@ -106,7 +114,8 @@ Elements::Iterator Elements::Iterator::operator++(int) {
 Entry Entries::Iterator::operator*() const {
   const Position& at = position_;
   if (!at.tree->isBinary()) return {at.current->view(), {*at.tree, at.current[1]}};
-  return {referenced(at, at.index).view(), {*at.tree, referenced(at, at.container->size + at.index)}};
+  return {referenced(*at.tree, *at.container, at.index).view(),
+          {*at.tree, referenced(*at.tree, *at.container, at.container->size + at.index)}};
 }
 
 Entries::Iterator& Entries::Iterator::operator++() {
