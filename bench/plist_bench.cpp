@@ -57,14 +57,14 @@ void check(const std::vector<Record>& records, benchmark::State& state) {
 }
 
 void ours(benchmark::State& state, const std::string& bytes) {
-  for (auto _ : state) check(decodeRecords(bytes), state);
+  while (state.KeepRunning()) check(decodeRecords(bytes), state);
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
 }
 
 using Parse = void (*)(const char*, std::uint32_t, plist_t*);
 
 void theirs(benchmark::State& state, const std::string& bytes, Parse parse) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     plist_t root = nullptr;
     parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
     check(recordsOf(root), state);

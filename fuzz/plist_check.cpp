@@ -50,7 +50,7 @@ void checkValues(const Document& document) {
 void check(std::string_view bytes) {
   const HeapMeter heap;
   const Result<Document> document = Document::decode(bytes);
-  require(heap.peak() <= 64 * bytes.size() + 1024 * 1024);
+  require(heap.peak() <= 64 * bytes.size() + 1048576);
   if (document) {
     checkValues(*document);
   } else {

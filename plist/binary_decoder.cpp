@@ -100,7 +100,7 @@ class Decoder {
   /// Objects may overlap, which lets a small file describe objects far larger than itself. Nobody writes such
   /// files; all the objects together may be this many times the file, and small files any size.
   static constexpr std::size_t overlapFactor = 16;
-  static constexpr std::size_t overlapAllowance = 256 * 1024;
+  static constexpr std::size_t overlapAllowance = 262144;
 
   /// What is known of an object: nothing yet; that it is being decoded; or how many levels of containers it
   /// is, counted from `leaf`.

@@ -3,9 +3,9 @@
 namespace pelmarix::plist {
 namespace {
 
-constexpr std::size_t sharedBlockSize = 64 * 1024;
+constexpr std::size_t sharedBlockSize = 65536;
 /// Longer texts get a block of exactly their size, so that little of a shared block is ever left unused.
-constexpr std::size_t longestInSharedBlock = 4 * 1024;
+constexpr std::size_t longestInSharedBlock = 4096;
 
 }  // namespace
 

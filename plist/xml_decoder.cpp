@@ -249,7 +249,7 @@ bool Decoder::decodeEmpty(Tag tag, const char* start) {
   switch (tag) {
     case Tag::key:
     case Tag::string:
-      tree_.nodes.emplace_back(Type::string, std::string_view(start, 0));
+      tree_.nodes.emplace_back(Type::string, std::string_view());
       return true;
     case Tag::yes:
     case Tag::no:

@@ -153,8 +153,9 @@ std::optional<Reason> readDate(std::string_view text, Node& node) {
   if (month < 1 || month > 12) return Reason::malformedDate;
 
   const long long days = daysFromCivil(negative ? -year : year, month, field(4));
-  const long long seconds = days * 86400 + field(7) * 3600 + field(10) * 60 + field(13);
-  node = Node(Type::date, static_cast<double>(seconds) - secondsFromUnixEpochToReferenceDate);
+  const int secondOfDay = field(7) * 3600 + field(10) * 60 + field(13);
+  node =
+      Node(Type::date, static_cast<double>(days * 86400 + secondOfDay) - secondsFromUnixEpochToReferenceDate);
   return std::nullopt;
 }
 
