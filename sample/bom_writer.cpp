@@ -208,6 +208,81 @@ std::string indexBytes(const std::vector<std::string>& blocks, const std::vector
   return index.u32(0).text;  // an empty list of free ranges
 }
 
+// Collects entries until there are enough of them; what is added then is dropped.
+class ManyEntries {
+ public:
+  explicit ManyEntries(std::size_t count) : count_(count) { entries_.reserve(count); }
+
+  bool full() const { return entries_.size() == count_; }
+  std::vector<BomEntry> take() { return std::move(entries_); }
+
+  void addFolder(const std::string& path) {
+    add({.path = path, .kind = BomKind::folder, .mode = 040755, .group = 80});
+  }
+
+  void addApplication(int number) {
+    static constexpr std::string_view names[] = {"Night Sky", "Überblick", "Photo Studio", "毎日メモ",
+                                                 "Ledger"};
+    static constexpr std::string_view languages[] = {"Base", "da", "de", "en",    "es",
+                                                     "fr",   "it", "ja", "pt_BR", "zh_CN"};
+    const std::string path =
+        "./Applications/" + std::string(names[number % 5]) + " " + std::to_string(number) + ".app";
+    addFolder(path);
+    addFolder(path + "/Contents");
+    addFolder(path + "/Contents/MacOS");
+    addProgram(path + "/Contents/MacOS/" + std::string(names[number % 5]));
+    addFile(path + "/Contents/Info.plist");
+    addFolder(path + "/Contents/Resources");
+    addFile(path + "/Contents/Resources/Read\tMe.txt");
+    for (const std::string_view language : languages) {
+      const std::string folder = path + "/Contents/Resources/" + std::string(language) + ".lproj";
+      addFolder(folder);
+      for (int i = 1; i <= 10; ++i) addFile(folder + "/Localizable-" + std::to_string(i) + ".strings");
+    }
+    addFolder(path + "/Contents/Frameworks");
+    for (const std::string_view name : {"Drawing", "Exchange", "Storage"})
+      addFramework(path + "/Contents/Frameworks/", name);
+  }
+
+ private:
+  void addFramework(const std::string& above, std::string_view name) {
+    const std::string path = above + std::string(name) + ".framework";
+    addFolder(path);
+    addFolder(path + "/Versions");
+    addFolder(path + "/Versions/A");
+    addProgram(path + "/Versions/A/" + std::string(name));
+    addFolder(path + "/Versions/A/Headers");
+    for (int i = 1; i <= 40; ++i) {
+      addFile(path + "/Versions/A/Headers/" + std::string(name) + "Part" + std::to_string(i) + ".h");
+    }
+    add({.path = path + "/Versions/Current", .kind = BomKind::link, .mode = 0120755, .linkTarget = "A"});
+  }
+
+  void addFile(const std::string& path) {
+    const std::uint32_t size = 13 * size32(entries_.size());
+    add({.path = path, .group = 80, .size = size, .checksum = posixChecksum(path)});
+  }
+
+  void addProgram(const std::string& path) {
+    const std::uint32_t size = 1000 * size32(entries_.size() % 1000);
+    add({.path = path,
+         .mode = 0100755,
+         .group = 80,
+         .size = 2 * size,
+         .checksum = posixChecksum(path),
+         .processors = {{0x1000007, 3, size, posixChecksum("x")}, {7, 3, size, posixChecksum("i")}}});
+  }
+
+  void add(BomEntry entry) {
+    if (full()) return;
+    entry.modificationTime = 1538021007 + size32(entries_.size());  // from 2018-09-27 04:03:27 on
+    entries_.push_back(std::move(entry));
+  }
+
+  std::size_t count_;
+  std::vector<BomEntry> entries_;
+};
+
 }  // namespace
 
 std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const BomLayout& layout) {
@@ -264,48 +339,11 @@ std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const Bom
 }
 
 std::vector<BomEntry> manyBomEntries(std::size_t count) {
-  constexpr std::uint32_t start = 1538021007;  // 2018-09-27 04:03:27
-  std::vector<BomEntry> entries;
-  entries.reserve(count);
-  const auto addFolder = [&entries](std::string path) {
-    entries.push_back(
-        {.path = std::move(path), .kind = BomKind::folder, .mode = 040755, .modificationTime = start});
-  };
-  if (count > 0) addFolder(".");
-  std::string folder = ".";
-  for (std::uint32_t number = 1; entries.size() < count; ++number) {
-    const std::string digits = std::to_string(number);
-    if (number % 1000 == 1) {
-      folder = "./Group " + digits;
-      addFolder(folder);
-    } else if (number % 100 == 1) {
-      addFolder(folder.substr(0, folder.find('/', 2)) + "/Résumé " + digits);
-      folder = entries.back().path;
-    } else if (number % 100 == 50) {
-      entries.push_back({.path = folder + "/Current " + digits,
-                         .kind = BomKind::link,
-                         .mode = 0120755,
-                         .modificationTime = start + number,
-                         .linkTarget = "Versions/" + digits});
-    } else if (number % 100 == 51) {
-      entries.push_back(
-          {.path = folder + "/tool-" + digits,
-           .mode = 0100755,
-           .group = 80,
-           .modificationTime = start + number,
-           .size = 70 * number,
-           .checksum = posixChecksum(digits),
-           .processors = {{0x1000007, 3, 40 * number, 0x12345678}, {7, 3, 30 * number, 0x9ABCDEF0}}});
-    } else {
-      entries.push_back({.path = folder + "/document-" + digits + ".txt",
-                         .mode = 0100644,
-                         .group = 80,
-                         .modificationTime = start + number,
-                         .size = 13 * number,
-                         .checksum = posixChecksum(digits)});
-    }
-  }
-  return entries;
+  ManyEntries many(count);
+  many.addFolder(".");
+  many.addFolder("./Applications");
+  for (int number = 1; !many.full(); ++number) many.addApplication(number);
+  return many.take();
 }
 
 std::uint32_t posixChecksum(std::string_view bytes) {

@@ -1,0 +1,16 @@
+// Writes a bill of materials for tests that run the lister: write_bom FILE COUNT
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "sample/bom_writer.h"
+
+int main(int argc, char* argv[]) {
+  if (argc != 3) return EXIT_FAILURE;
+  const std::string bytes =
+      pelmarix::sample::writeBillOfMaterials(pelmarix::sample::manyBomEntries(std::stoul(argv[2])));
+  std::ofstream file(argv[1], std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  return file ? EXIT_SUCCESS : EXIT_FAILURE;
+}
