@@ -55,12 +55,14 @@ class UnitReader {
   std::size_t at_ = 0;
 };
 
+/// Units of `width` bytes, of which the first is a byte-order mark.
 Result<std::string_view> wideToUtf8(std::string_view bytes, std::size_t width, bool littleEndian,
                                     Arena& arena) {
   if (bytes.size() % width != 0) return Error{Reason::wrongEncoding, bytes.size()};
   // A unit of UTF-16 takes at most three bytes of UTF-8, one of UTF-32 at most four.
   char* out = arena.reserve(bytes.size() / width * (width == 2 ? 3 : 4));
   UnitReader units(bytes, width, littleEndian);
+  units.advance();  // the byte-order mark
   while (!units.atEnd()) {
     const std::size_t start = units.position();
     const auto character = width == 2 ? units.utf16Character() : units.utf32Character();
@@ -161,10 +163,10 @@ std::string_view lenientUtf16ToUtf8(std::string_view bytes, Arena& arena) {
 Result<std::string_view> xmlTextAsUtf8(std::string_view bytes, Arena& arena) {
   using namespace std::string_view_literals;
   // The mark of little-endian UTF-32 begins with that of UTF-16, so it is looked for first.
-  if (bytes.starts_with("\xFF\xFE\0\0"sv)) return wideToUtf8(bytes.substr(4), 4, true, arena);
-  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return wideToUtf8(bytes.substr(4), 4, false, arena);
-  if (bytes.starts_with("\xFF\xFE"sv)) return wideToUtf8(bytes.substr(2), 2, true, arena);
-  if (bytes.starts_with("\xFE\xFF"sv)) return wideToUtf8(bytes.substr(2), 2, false, arena);
+  if (bytes.starts_with("\xFF\xFE\0\0"sv)) return wideToUtf8(bytes, 4, true, arena);
+  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return wideToUtf8(bytes, 4, false, arena);
+  if (bytes.starts_with("\xFF\xFE"sv)) return wideToUtf8(bytes, 2, true, arena);
+  if (bytes.starts_with("\xFE\xFF"sv)) return wideToUtf8(bytes, 2, false, arena);
   if (bytes.starts_with("\xEF\xBB\xBF"sv)) return bytes.substr(3);
 
   const std::optional<std::string_view> name = declaredEncoding(bytes);

@@ -1,7 +1,5 @@
 #include "tests/plist/describe.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdio>
 
@@ -70,13 +68,15 @@ std::string describe(Value value) {
 }
 
 std::string decoded(std::string_view bytes) {
-  const Result<Document> document = Document::decode(bytes);
-  if (!document) return "refused: " + std::string(sentence(document.error().reason));
+  const ExactBlock block(bytes);
+  const Result<Document> document = Document::decode(block);
+  if (!document) return std::string("refused: ").append(sentence(document.error().reason));
   return describe(document->root());
 }
 
 Reason refusal(std::string_view bytes) {
-  const Result<Document> document = Document::decode(bytes);
+  const ExactBlock block(bytes);
+  const Result<Document> document = Document::decode(block);
   if (document) {
     ADD_FAILURE() << "accepted as " << describe(document->root());
     return Reason::last;

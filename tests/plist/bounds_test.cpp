@@ -1,0 +1,172 @@
+// What hostile files may cost: depth, memory, time.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/plist/binary_builder.h"
+#include "tests/plist/describe.h"
+#include "tests/plist/heap_meter.h"
+
+namespace pelmarix::plist {
+namespace {
+
+std::string repeated(std::string_view text, std::size_t times) {
+  std::string all;
+  all.reserve(text.size() * times);
+  for (std::size_t i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+std::string nestedXml(std::string_view opening, std::size_t times, std::string_view closing) {
+  return repeated(opening, times) + "<true/>" + repeated(closing, times);
+}
+
+/// Containers in one another, the innermost empty. `container` is the marker of one element or entry; a
+/// dictionary's key is the last object.
+std::string nestedBinary(const std::string& container, std::size_t times) {
+  const std::string key = container == hex("D1") ? bigEndianBytes(times, 4) : "";
+  std::vector<std::string> objects;
+  for (std::size_t i = 1; i < times; ++i) objects.push_back(container + key + bigEndianBytes(i, 4));
+  objects.push_back(hex("A0"));
+  objects.push_back(hex("51") + "k");
+  return BinaryPlist{.objects = objects, .offsetWidth = 4, .referenceWidth = 4}.bytes();
+}
+
+TEST(Nesting, may512LevelsDeepInXml) {
+  EXPECT_TRUE(Document::decode(nestedXml("<array>", 512, "</array>")));
+  EXPECT_TRUE(Document::decode("<plist>" + nestedXml("<array>", 512, "</array>") + "</plist>"));
+  EXPECT_TRUE(Document::decode(nestedXml("<dict><key/>", 512, "</dict>")));
+}
+
+TEST(Nesting, isRefusedFrom513LevelsInXml) {
+  EXPECT_EQ(refusal(nestedXml("<array>", 513, "</array>")), Reason::nestedTooDeep);
+  EXPECT_EQ(refusal("<plist>" + nestedXml("<array>", 513, "</array>") + "</plist>"), Reason::nestedTooDeep);
+  EXPECT_EQ(refusal(nestedXml("<dict><key/>", 513, "</dict>")), Reason::nestedTooDeep);
+}
+
+TEST(Nesting, countsPlistElementsWithinTheOutermost) {
+  EXPECT_TRUE(Document::decode(nestedXml("<plist>", 513, "</plist>")));
+  EXPECT_EQ(refusal(nestedXml("<plist>", 514, "</plist>")), Reason::nestedTooDeep);
+}
+
+TEST(Nesting, isRefusedWhenBottomless) {
+  EXPECT_EQ(refusal(nestedXml("<plist>", 200000, "</plist>")), Reason::nestedTooDeep);
+  EXPECT_EQ(refusal(nestedXml("<array>", 1000000, "</array>")), Reason::nestedTooDeep);
+  EXPECT_EQ(refusal(nestedBinary(hex("A1"), 200000)), Reason::nestedTooDeep);
+}
+
+TEST(Nesting, may512LevelsDeepInBinary) {
+  EXPECT_TRUE(Document::decode(nestedBinary(hex("A1"), 512)));
+  EXPECT_TRUE(Document::decode(nestedBinary(hex("D1"), 512)));
+}
+
+TEST(Nesting, isRefusedFrom513LevelsInBinary) {
+  EXPECT_EQ(refusal(nestedBinary(hex("A1"), 513)), Reason::nestedTooDeep);
+  EXPECT_EQ(refusal(nestedBinary(hex("C1"), 513)), Reason::nestedTooDeep);
+  EXPECT_EQ(refusal(nestedBinary(hex("D1"), 513)), Reason::nestedTooDeep);
+}
+
+/// [ chain, [ chain ] ] where the chain is 511 deep: its second place makes it too deep, though it was
+/// decoded before.
+TEST(Nesting, countsASharedContainerWhereItStandsDeepest) {
+  const auto sharing = [](std::size_t chain) {
+    std::vector<std::string> objects{hex("A2 00 02 00 01"), hex("A1 00 02")};
+    for (std::size_t i = 1; i < chain; ++i) objects.push_back(hex("A1") + bigEndianBytes(i + 2, 2));
+    objects.push_back(hex("A0"));
+    return BinaryPlist{.objects = objects, .offsetWidth = 2, .referenceWidth = 2}.bytes();
+  };
+  EXPECT_TRUE(Document::decode(sharing(510)));
+  EXPECT_EQ(refusal(sharing(511)), Reason::nestedTooDeep);
+}
+
+TEST(Sharing, aSmallFileMayStandForMoreLeavesThanCouldEverBeVisited) {
+  std::vector<std::string> objects;
+  for (int i = 1; i <= 60; ++i) objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
+  objects.push_back(hex("09"));
+  const std::string file = binary(objects);
+  ASSERT_LT(file.size(), 344U);
+
+  const HeapMeter heap;
+  const Result<Document> document = Document::decode(file);
+  ASSERT_TRUE(document);
+  EXPECT_LT(heap.peak(), 64 * file.size());
+  EXPECT_EQ(document->valueCount(), 61U);
+
+  Value value = document->root();
+  std::set<std::size_t> identities{value.identity()};
+  while (value.type() == Type::array) {
+    EXPECT_TRUE((*value.elements().begin()).isSameAs(*++value.elements().begin()));
+    value = *value.elements().begin();
+    identities.insert(value.identity());
+  }
+  EXPECT_EQ(value.boolean(), true);
+  EXPECT_EQ(identities.size(), 61U);
+}
+
+std::size_t heapBound(std::string_view bytes) { return 64 * bytes.size() + 1048576; }
+
+std::size_t peakOfDecoding(std::string_view bytes) {
+  const HeapMeter heap;
+  (void)Document::decode(bytes);
+  return heap.peak();
+}
+
+/// As many objects as there are bytes in the table, all of them the one in the middle of long text.
+std::string overlapping(const std::string& marker, const std::string& filling, std::size_t objectCount) {
+  std::string object =
+      marker + bigEndianBytes(filling.size() / (marker == hex("6F 12") ? 2 : 1), 4) + filling;
+  std::string references;
+  for (std::size_t i = 1; i <= objectCount; ++i) references += bigEndianBytes(i, 3);
+  BinaryPlist file{.objects = {hex("AF 12") + bigEndianBytes(objectCount, 4) + references, object},
+                   .offsetWidth = 3,
+                   .referenceWidth = 3};
+  file.furtherOffsets.assign(objectCount - 1, 8 + file.objects[0].size());
+  return file.bytes();
+}
+
+TEST(Heap, staysWithinItsBoundWhateverTheFile) {
+  const std::vector<std::string> files = {
+      "",
+      repeated("<", 100000),
+      "<array>" + repeated("<true/>", 100000) + "</array>",
+      "<array>" + repeated("<array/>", 100000) + "</array>",
+      "<array>" + repeated("<key/>", 100000) + "</array>",
+      "<array>" + repeated("<string>&lt;</string>", 100000) + "</array>",
+      "<array>" + repeated("<string>" + std::string(4090, 'x') + "&lt;</string>", 100) + "</array>",
+      "<string>" + repeated("&#1;", 1000000) + "</string>",
+      "<string>" + repeated("<![CDATA[a]]>", 100000) + "</string>",
+      "<real>" + std::string(1000000, '1') + "</real>",
+      "<?xml version='1.0' encoding='ISO-8859-1'?><string>" + std::string(1000000, '\xE9') + "</string>",
+      "\xFE\xFF" + repeated(hex("20 AC"), 500000),
+      binary({hex("AF 12 FF FF FF FF")}),
+      binary({hex("5F 13 00 00 7F FF FF FF FF FF")}),
+      BinaryPlist{.objects = {hex("09")}, .furtherOffsets = std::vector<std::uint64_t>(200000, 8)}.bytes(),
+      overlapping(hex("5F 12"), std::string(100000, '\xE9'), 50000),
+      overlapping(hex("6F 12"), repeated(hex("20 AC"), 50000), 50000),
+  };
+  for (const std::string& file : files)
+    EXPECT_LE(peakOfDecoding(file), heapBound(file)) << file.substr(0, 60);
+}
+
+TEST(Overlap, isAcceptedWhileTheObjectsTogetherAreOfTheFilesOrder) {
+  EXPECT_TRUE(Document::decode(overlapping(hex("5F 12"), std::string(1000, 'x'), 100)));
+  EXPECT_TRUE(Document::decode(overlapping(hex("6F 12"), std::string(1000, 'x'), 100)));
+}
+
+TEST(Overlap, isRefusedWhenTheObjectsTogetherAreFarLargerThanTheFile) {
+  EXPECT_EQ(refusal(overlapping(hex("5F 12"), std::string(100000, 'x'), 50000)), Reason::tooMuchOverlap);
+  EXPECT_EQ(refusal(overlapping(hex("6F 12"), std::string(100000, 'x'), 50000)), Reason::tooMuchOverlap);
+}
+
+TEST(Release, ofAnEndlesslySharedFileIsImmediate) {
+  std::vector<std::string> objects;
+  for (int i = 1; i <= 250; ++i) objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
+  objects.push_back(hex("A0"));
+  auto document = std::make_unique<Result<Document>>(
+      Document::decode(BinaryPlist{.objects = objects, .offsetWidth = 2}.bytes()));
+  ASSERT_TRUE(*document);
+  document.reset();
+}
+
+}  // namespace
+}  // namespace pelmarix::plist

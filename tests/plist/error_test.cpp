@@ -1,0 +1,58 @@
+#include "plist/error.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/plist/binary_builder.h"
+#include "tests/plist/describe.h"
+
+namespace pelmarix::plist {
+namespace {
+
+Error errorOf(std::string_view bytes) {
+  const Result<Document> document = Document::decode(bytes);
+  return document ? Error{Reason::last} : document.error();
+}
+
+TEST(Reason, hasASentenceOfItsOwn) {
+  std::set<std::string_view> sentences;
+  const auto last = static_cast<unsigned>(Reason::last);
+  for (unsigned i = 0; i <= last; ++i) {
+    const std::string_view text = sentence(static_cast<Reason>(i));
+    EXPECT_TRUE(text.ends_with('.')) << i;
+    EXPECT_TRUE(sentences.insert(text).second) << text;
+  }
+}
+
+TEST(Reason, thatDoesNotExistHasNoSentence) { EXPECT_EQ(sentence(static_cast<Reason>(255)), ""); }
+
+TEST(Error, namesLineAndByteOfXml) {
+  EXPECT_EQ(errorOf("<plist>\n<array>\n  text\n</array></plist>"), (Error{Reason::unexpectedText, 18, 3}));
+  EXPECT_EQ(errorOf("\uFEFF<array>\ntext</array>"), (Error{Reason::unexpectedText, 11, 2}));
+  EXPECT_EQ(errorOf("<string>\xFF</string>"), (Error{Reason::invalidUtf8, 8, 1}));
+}
+
+TEST(Error, countsInTheUtf8FormOfOtherEncodings) {
+  EXPECT_EQ(errorOf("<?xml version='1.0' encoding='ISO-8859-1'?>\n<string>\xE9&</string>"),
+            (Error{Reason::malformedReference, 54, 2}));
+}
+
+TEST(Error, namesTheByteWhereAnEncodingIsWrong) {
+  EXPECT_EQ(errorOf(hex("FE FF 00 3C DE 00")), (Error{Reason::wrongEncoding, 4, 0}));
+  EXPECT_EQ(errorOf("<?xml encoding='latin9'?><true/>"), (Error{Reason::unknownEncoding, 16, 0}));
+}
+
+TEST(Error, namesTheByteOfABinaryFile) {
+  EXPECT_EQ(errorOf(binary({hex("A2 01 02"), hex("77"), hex("09")})), (Error{Reason::unknownMarker, 11, 0}));
+  EXPECT_EQ(errorOf(binary({hex("A2 01 09"), hex("09"), hex("09")})), (Error{Reason::badReference, 10, 0}));
+}
+
+TEST(Error, describesItselfWithItsPlace) {
+  EXPECT_EQ(description({Reason::keyExpected, 123, 7}),
+            "A key is missing in a dictionary. (line 7, byte 123)");
+  EXPECT_EQ(description({Reason::cycle, 9}), "A container holds itself. (byte 9)");
+}
+
+}  // namespace
+}  // namespace pelmarix::plist
