@@ -46,7 +46,7 @@ class ScriptedLister {
    public:
     explicit ScriptedTask(ScriptedLister& lister) : lister_(lister) {}
     void setLaunchPath(const std::string& path) override { lister_.launchPath = path; }
-    void setArguments(const std::vector<std::string>& arguments) override { lister_.arguments = arguments; }
+    void setArguments(const std::vector<std::string>& list) override { lister_.arguments = list; }
     void setStandardOutput(Pipe& /*pipe*/) override { lister_.steps.emplace_back("connect"); }
     void launch() override {
       lister_.steps.emplace_back("launch");
