@@ -28,13 +28,16 @@ class HTTPURLResponse final : public URLResponse {
   std::optional<std::string> mimeType_;
 };
 
-/// Called once, on a background thread of the session. When there is an error the body must be ignored. A
-/// null response means that none came.
+/// Called once, on a background thread of the session; not at all when the session ends before the answer is
+/// there. Whatever status an HTTP server answers with is an answer. An error tells that there is none, or not
+/// the whole of it: then there is no body, and the response is null if not even its head came. An answer
+/// without content has an empty body.
 using URLSessionCompletionHandler =
     std::function<void(std::optional<std::string> body, std::shared_ptr<const URLResponse> response,
                        std::optional<std::string> error)>;
 
-/// A request that waits for its start. Dropping it before drops the request; once started it needs no holder.
+/// A request that waits for its start. Dropping it before drops the request; once started it needs no holder,
+/// and starting it again does nothing.
 class URLSessionDataTask {
  public:
   virtual ~URLSessionDataTask() = default;
