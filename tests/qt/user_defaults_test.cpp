@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <memory>
 
 #include "tests/qt/temporary_folder.h"
 
@@ -15,16 +16,24 @@ namespace {
 /// A user's configuration folder.
 class UserDefaultsFile : public testing::Test {
  protected:
-  UserDefaultsFile() { setenv("XDG_CONFIG_HOME", configuration.path().c_str(), 1); }
+  UserDefaultsFile() { beAnotherUser(); }
   ~UserDefaultsFile() override { unsetenv("XDG_CONFIG_HOME"); }
 
-  std::string file() const { return configuration / "pelmarix/pelmarix.ini"; }
-  void write(const std::string& contents) const { configuration.addFile("pelmarix/pelmarix.ini", contents); }
+  /// Qt keeps in mind what it read of a file whose size and time are the same as before.
+  void beAnotherUser() {
+    configuration = std::make_unique<test::TemporaryFolder>();
+    setenv("XDG_CONFIG_HOME", configuration->path().c_str(), 1);
+  }
+  void write(const std::string& contents) {
+    beAnotherUser();
+    configuration->addFile("pelmarix/pelmarix.ini", contents);
+  }
+  std::string file() const { return *configuration / "pelmarix/pelmarix.ini"; }
   /// What a later start of the program reads.
   static double storedDouble() { return SettingsUserDefaults().doubleForKey("key"); }
   static bool storedBool() { return SettingsUserDefaults().boolForKey("key"); }
 
-  test::TemporaryFolder configuration;
+  std::unique_ptr<test::TemporaryFolder> configuration;
 };
 
 TEST_F(UserDefaultsFile, GivesZeroAndFalseForMissingKeys) {
@@ -90,7 +99,7 @@ TEST_F(UserDefaultsFile, IsWrittenAtEachChange) {
 TEST_F(UserDefaultsFile, IsTheOnlyOneWritten) {
   SettingsUserDefaults().setDoubleForKey(13.0, "fontSize");
   std::vector<std::string> files;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(configuration.path()))
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(configuration->path()))
     if (entry.is_regular_file()) files.push_back(entry.path().native());
   EXPECT_THAT(files, testing::ElementsAre(file()));
 }
@@ -145,7 +154,7 @@ TEST_F(UserDefaultsFile, ThatIsBrokenReadsAsMissingAndCanBeWritten) {
 }
 
 TEST_F(UserDefaultsFile, ThatIsAFolderReadsAsMissing) {
-  configuration.addFolder("pelmarix/pelmarix.ini");
+  configuration->addFolder("pelmarix/pelmarix.ini");
   SettingsUserDefaults defaults;
   EXPECT_EQ(defaults.doubleForKey("key"), 0.0);
   defaults.setDoubleForKey(14.0, "key");
@@ -154,7 +163,7 @@ TEST_F(UserDefaultsFile, ThatIsAFolderReadsAsMissing) {
 
 TEST_F(UserDefaultsFile, ThatMayNotBeReadOrWrittenReadsAsMissing) {
   write("[General]\nkey=14\n");
-  chmod(configuration.path().c_str(), 0755);
+  chmod(configuration->path().c_str(), 0755);
   chmod(file().c_str(), 0);
   const auto values = [] {
     SettingsUserDefaults defaults;
