@@ -1,0 +1,111 @@
+// The scan of 5,000 receipts beside plain open, read and close of the same files.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/services.h"
+#include "qt/file_manager.h"
+#include "receipts/bom.h"
+#include "sample/receipts.h"
+
+namespace {
+
+using pelmarix::BoM;
+using pelmarix::receiptsFolder;
+
+constexpr std::size_t receiptCount = 5000;
+
+/// A volume with nothing but receipts, removed at the end.
+class Volume {
+ public:
+  Volume() {
+    std::string name = (std::filesystem::temp_directory_path() / "pelmarix-bench-XXXXXX").native();
+    if (mkdtemp(name.data()) == nullptr) std::abort();
+    root_ = name;
+    for (const auto& receipt : pelmarix::sample::receipts(receiptCount)) {
+      const std::filesystem::path file = root_ + receiptsFolder + receipt.stem + ".plist";
+      std::filesystem::create_directories(file.parent_path());
+      std::ofstream(file, std::ios::binary) << pelmarix::sample::propertyListFile(receipt);
+    }
+    pelmarix::qt::PosixFileManager files{pelmarix::qt::Volume(root_)};
+    const auto enumerator = files.enumeratorAtPath(receiptsFolder);
+    while (const auto entry = enumerator->nextObject())
+      if (entry->ends_with(".plist")) files_.push_back(root_ + receiptsFolder + *entry);
+  }
+  ~Volume() { std::filesystem::remove_all(root_); }
+  Volume(const Volume&) = delete;
+  Volume& operator=(const Volume&) = delete;
+
+  const std::string& root() const { return root_; }
+  /// The receipts by absolute path, in the order of the scan.
+  const std::vector<std::string>& files() const { return files_; }
+
+ private:
+  std::string root_;
+  std::vector<std::string> files_;
+};
+
+const Volume& volume() {
+  static const Volume receipts;
+  return receipts;
+}
+
+void readPlainly() {
+  static std::array<char, 65536> bytes;
+  for (const std::string& file : volume().files()) {
+    const int descriptor = open(file.c_str(), O_RDONLY);
+    benchmark::DoNotOptimize(read(descriptor, bytes.data(), bytes.size()));
+    close(descriptor);
+  }
+}
+
+void scan() {
+  pelmarix::qt::PosixFileManager files{pelmarix::qt::Volume(volume().root())};
+  pelmarix::Services services;
+  services.fileManager = &files;
+  const pelmarix::Services* const previous = pelmarix::installServices(&services);
+  BoM receipts;
+  receipts.readBoMPLists();
+  if (receipts.children.size() != receiptCount) std::abort();
+  pelmarix::installServices(previous);
+}
+
+double secondsFor(void (*work)()) {
+  const auto begin = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+/// Both in turn, so that whatever else the machine does meets both alike.
+void scanBesidePlainReading(benchmark::State& state) {
+  std::vector<double> plain;
+  std::vector<double> scanned;
+  for (auto _ : state) {
+    plain.push_back(secondsFor(readPlainly));
+    scanned.push_back(secondsFor(scan));
+  }
+  constexpr double microseconds = 1e6 / receiptCount;
+  state.counters["plain_us_per_file"] = median(plain) * microseconds;
+  state.counters["scan_us_per_file"] = median(scanned) * microseconds;
+  state.counters["ratio"] = median(scanned) / median(plain);
+}
+BENCHMARK(scanBesidePlainReading)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+
+}  // namespace
+
+BENCHMARK_MAIN();
