@@ -20,6 +20,8 @@ class DirectoryEnumerator {
   /// The next entry's path relative to the folder (not ending in "/"); nothing at the end. A sub-folder that
   /// can't be opened is yielded and passed over.
   virtual std::optional<std::string> nextObject() = 0;
+  /// Reads the entry that was yielded last, as FileManager::readFile does, and spares the way to its folder.
+  virtual bool readFile(std::string& contents) = 0;
 };
 
 class FileManager {

@@ -1,7 +1,6 @@
 // The file system of the machine.
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,11 +13,7 @@
 
 namespace pelmarix::qt {
 
-/// No file of more than 1 GiB is read: a property list of the system has less than a thousandth of it, and a
-/// file with a hole of a terabyte must not take the memory.
-inline constexpr std::size_t maximumFileSize = std::size_t{1} << 30U;
-
-/// Reads below a volume, writes where the user chose.
+/// Reads below a volume files of up to maximumFileSize bytes, writes where the user chose.
 class PosixFileManager final : public FileManager {
  public:
   explicit PosixFileManager(Volume volume) : volume_(std::move(volume)) {}

@@ -7,14 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include "qt/file_contents.h"
+
 namespace pelmarix::qt {
-namespace {
-
-// File systems that don't tell an entry's kind leave it to be tried.
-char kindOf(const dirent& entry) { return entry.d_type == DT_DIR || entry.d_type == DT_UNKNOWN ? 'd' : '-'; }
-
-}  // namespace
-
 std::unique_ptr<FolderWalk> FolderWalk::open(const std::string& path) {
   FileDescriptor top = openFile(AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
   if (!top) return nullptr;
@@ -23,10 +18,23 @@ std::unique_ptr<FolderWalk> FolderWalk::open(const std::string& path) {
   return walk->enter(std::move(innermost)) ? std::move(walk) : nullptr;
 }
 
-bool FolderWalk::enter(FileDescriptor folder) {
-  Stream stream(folder ? fdopendir(folder.get()) : nullptr);
+FolderWalk::Kind FolderWalk::kindOf(const dirent& entry) {
+  switch (entry.d_type) {
+    case DT_REG:
+      return regularFile;
+    case DT_DIR:
+      return folder;
+    case DT_UNKNOWN:  // of file systems that don't tell
+      return unknown;
+    default:
+      return other;
+  }
+}
+
+bool FolderWalk::enter(FileDescriptor opened) {
+  Stream stream(opened ? fdopendir(opened.get()) : nullptr);
   if (!stream) return false;
-  folder.release();
+  opened.release();
   if (!path_.empty()) path_ += '/';
   Level level;
   level.prefixLength = path_.size();
@@ -41,12 +49,16 @@ bool FolderWalk::enter(FileDescriptor folder) {
   return true;
 }
 
+FileDescriptor FolderWalk::openEntry(int flags) const {
+  if (!innermost_) return openFile(top_.get(), path_, flags);
+  return openFile(dirfd(innermost_.get()), path_.substr(levels_.back().prefixLength), flags);
+}
+
 std::optional<std::string> FolderWalk::nextObject() {
-  if (std::exchange(mayBeFolder_, false)) {
+  if (kind_ == folder || kind_ == unknown) {
     // O_NOFOLLOW: a link put in the folder's place meanwhile leads nowhere.
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
-    enter(innermost_ ? openFile(dirfd(innermost_.get()), path_.substr(levels_.back().prefixLength), flags)
-                     : openFile(top_.get(), path_, flags));
+    enter(openEntry(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+    kind_ = other;
   }
   while (!levels_.empty() && levels_.back().next == levels_.back().entries.size()) {
     levels_.pop_back();
@@ -55,13 +67,27 @@ std::optional<std::string> FolderWalk::nextObject() {
   if (levels_.empty()) return std::nullopt;
 
   Level& level = levels_.back();
-  mayBeFolder_ = level.entries[level.next] == 'd';
+  kind_ = static_cast<Kind>(level.entries[level.next]);
   const char* name = level.entries.c_str() + level.next + 1;
   const std::size_t length = std::strlen(name);
   level.next += 1 + length + 1;
   path_.resize(level.prefixLength);
   path_.append(name, length);
   return path_;
+}
+
+bool FolderWalk::readFile(std::string& contents) {
+  contents.clear();
+  const FileDescriptor file = openEntry(openForReading);
+  if (!file) return false;
+  if (kind_ != regularFile) return readRemainder(file.get(), contents);
+  // Of a regular file less than was asked for is all there is. Nothing at all, or too much, may come from
+  // something else that has taken the file's place.
+  const ssize_t count = readSome(file.get(), buffer_.data(), buffer_.size());
+  if (count < 0) return false;
+  const auto size = static_cast<std::size_t>(count);
+  contents.assign(buffer_.data(), size);
+  return (size > 0 && size < buffer_.size()) || readRemainder(file.get(), contents, size);
 }
 
 }  // namespace pelmarix::qt

@@ -3,6 +3,7 @@
 
 #include <dirent.h>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -23,11 +24,15 @@ class FolderWalk final : public DirectoryEnumerator {
   static std::unique_ptr<FolderWalk> open(const std::string& path);
 
   std::optional<std::string> nextObject() override;
+  bool readFile(std::string& contents) override;
 
  private:
+  /// What a folder says of its entries, which may have changed since.
+  enum Kind : char { regularFile = 'f', folder = 'd', other = 'o', unknown = 'u' };
+
   /// A folder that the walk is in.
   struct Level {
-    /// One byte of kind and the zero-terminated name for each entry, in the file system's order.
+    /// One byte of Kind and the zero-terminated name for each entry, in the file system's order.
     std::string entries;
     std::size_t next = 0;
     /// How much of path_ is the folder's own, with the slash at its end.
@@ -40,7 +45,10 @@ class FolderWalk final : public DirectoryEnumerator {
   using Stream = std::unique_ptr<DIR, StreamCloser>;
 
   explicit FolderWalk(FileDescriptor top) : top_(std::move(top)) {}
-  bool enter(FileDescriptor folder);
+  static Kind kindOf(const dirent& entry);
+  bool enter(FileDescriptor opened);
+  /// Opens the entry yielded last.
+  FileDescriptor openEntry(int flags) const;
 
   FileDescriptor top_;
   std::vector<Level> levels_;
@@ -49,7 +57,9 @@ class FolderWalk final : public DirectoryEnumerator {
   Stream innermost_;
   /// The entry yielded last, relative to the top.
   std::string path_;
-  bool mayBeFolder_ = false;
+  Kind kind_ = other;
+  /// Takes in one call what a property list of the usual size holds.
+  std::array<char, 16384> buffer_;
 };
 
 }  // namespace pelmarix::qt

@@ -21,18 +21,17 @@ bool hasReceiptExtension(std::string_view path) { return path.ends_with(receiptE
 
 void BoM::readBoMPLists() {
   std::vector<std::shared_ptr<BoMItem>> items;
-  FileManager& fileManager = FileManager::defaultManager();
-  if (const auto enumerator = fileManager.enumeratorAtPath(receiptsFolder)) {
+  if (const auto enumerator = FileManager::defaultManager().enumeratorAtPath(receiptsFolder)) {
     std::string contents;
     while (const std::optional<std::string> entry = enumerator->nextObject()) {
       if (!hasReceiptExtension(*entry)) continue;
-      std::string path = receiptsFolder + *entry;
-      if (!fileManager.readFile(path, contents)) {
+      if (!enumerator->readFile(contents)) {
         showErrorAlert(lastActionErrorMessage, "Couldn't read BoM PLists.");
         continue;
       }
       std::optional<theBoMReceipt> receipt = decodeBoMReceipt(contents);
       if (!receipt) continue;
+      std::string path = receiptsFolder + *entry;
       path.resize(path.size() - receiptExtension.size());
       items.push_back(std::make_shared<BoMItem>(std::move(receipt->PackageIdentifier), receipt->InstallDate,
                                                 std::move(path)));

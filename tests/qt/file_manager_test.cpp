@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "qt/file_contents.h"
 #include "tests/qt/temporary_folder.h"
 
 namespace pelmarix::qt {

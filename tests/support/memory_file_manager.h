@@ -28,7 +28,7 @@ class MemoryFileManager final : public FileManager {
   std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) override {
     const auto found = folders.find(path);
     if (found == folders.end()) return nullptr;
-    return std::make_unique<ListEnumerator>(found->second);
+    return std::make_unique<ListEnumerator>(*this, path, found->second);
   }
 
   bool readFile(const std::string& path, std::string& contents) override {
@@ -51,13 +51,19 @@ class MemoryFileManager final : public FileManager {
  private:
   class ListEnumerator final : public DirectoryEnumerator {
    public:
-    explicit ListEnumerator(std::vector<std::string> names) : names_(std::move(names)) {}
+    ListEnumerator(MemoryFileManager& files, std::string folder, std::vector<std::string> names)
+        : files_(files), folder_(std::move(folder)), names_(std::move(names)) {}
     std::optional<std::string> nextObject() override {
       if (next_ == names_.size()) return std::nullopt;
       return names_[next_++];
     }
+    bool readFile(std::string& contents) override {
+      return files_.readFile(folder_ + names_[next_ - 1], contents);
+    }
 
    private:
+    MemoryFileManager& files_;
+    const std::string folder_;
     std::vector<std::string> names_;
     std::size_t next_ = 0;
   };
