@@ -24,7 +24,8 @@ std::string BoMItem::listBoM() const {
 
   if (task->terminationStatus() != 0) return noBomInformation;
   if (!isValidUtf8(output)) fatalStop("the lister printed what is not UTF-8");
-  return output.empty() ? std::string(noBomInformation) : output;
+  if (output.empty()) return noBomInformation;
+  return output;
 }
 
 }  // namespace pelmarix
