@@ -23,8 +23,9 @@ class XmlWriter {
 
   void writeValue(Date date, std::size_t depth) {
     std::string stamp = description(date);  // "2019-03-26 10:11:12 +0000"
-    stamp.replace(stamp.find(' '), 1, "T");
-    stamp.replace(stamp.find(' '), std::string::npos, "Z");
+    stamp[stamp.find(' ')] = 'T';
+    stamp.resize(stamp.find(' '));
+    stamp += 'Z';
     line(depth, "date", stamp);
   }
 
