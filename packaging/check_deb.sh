@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# Makes the Debian package, lets Debian's checkers look at it, installs it in a clean Debian 12 with nothing that it
+# doesn't ask for, uses it there, removes it and looks for leftovers. Needs root, for the clean system is a changed root.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. packaging/clean_root.sh
+
+cmake --preset package >build/configure.log || { cat build/configure.log >&2; exit 1; }
+cmake --build build/package --target package >build/package.log 2>&1 || { cat build/package.log >&2; exit 1; }
+package=$(ls build/package/pelmarix_*.deb)
+id=$(sed -n 's/^PELMARIX_BUNDLE_IDENTIFIER:STRING=//p' build/package/CMakeCache.txt)
+
+echo "Debian's checkers"
+lintian --allow-root --display-info --pedantic --display-experimental --fail-on error,warning,info,pedantic "$package"
+dpkg-deb --extract "$package" build/package/content
+share=build/package/content/usr/share
+desktop-file-validate "$share/applications/$id.desktop"
+appstreamcli validate --no-net "$share/metainfo/$id.metainfo.xml"
+rm -r build/package/content
+
+echo "A clean system"
+make_clean_root
+list_files >"$scratch/before"
+install_package "$package"
+
+echo "The lister on a bill of materials"
+bill=$(find "$volume/System/Library/Receipts" -name '*.bom' | LC_ALL=C sort | sed -n 1p)
+in_root lsbom -f -p fsT "$bill" >"$scratch/listing" 2>&1
+[ -s "$scratch/listing" ] || { echo "lsbom listed nothing of $bill" >&2; exit 1; }
+head -n 3 "$scratch/listing"
+
+echo "The program on the sample volume"
+start_display
+in_root pelmarix >"$scratch/output" 2>&1 &
+program=$!
+title() { xdotool search --onlyvisible --name '^Pelmarix – currently running macOS Version ' getwindowname; }
+retry 300 title || { cat "$scratch/output" >&2; echo "The program shows no window" >&2; exit 1; }
+title
+xdotool search --onlyvisible --name '^Pelmarix ' windowactivate --sync key --clearmodifiers ctrl+q
+wait "$program"
+if [ -s "$scratch/output" ]; then
+  cat "$scratch/output" >&2
+  echo "The program wrote to the terminal" >&2
+  exit 1
+fi
+
+echo "Removed again"
+remove_package
+list_files | diff "$scratch/before" - || { echo "That is what the package left behind, or took away" >&2; exit 1; }
+echo "The package is in order: $package"

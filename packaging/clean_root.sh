@@ -1,0 +1,89 @@
+# shellcheck shell=bash
+# Shell functions for the scripts that try the package in a clean Debian 12. Reading this file makes the folder $scratch,
+# which goes away at the script's end together with all that these functions start. They expect to be in the project's
+# folder, and build/package to be built.
+
+[ "$(id -u)" -eq 0 ] || { echo "Only root can install a package in a system of its own." >&2; exit 1; }
+scratch=$(mktemp -d)
+root=$scratch/root
+volume=$scratch/shared/volume  # the same path outside and inside
+children=()
+
+finish() {
+  local child
+  for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
+  wait
+  mountpoint --quiet "$root$scratch/shared" && umount "$root$scratch/shared"
+  mountpoint --quiet "$root/proc" && umount "$root/proc"
+  rm -rf --one-file-system "$scratch"
+}
+trap finish EXIT
+trap 'exit 1' INT TERM HUP
+
+# Tries a command every tenth of a second until it succeeds, at most $1 times.
+retry() {
+  local left=$1
+  shift
+  until "$@" >/dev/null 2>&1; do
+    left=$((left - 1))
+    [ "$left" -gt 0 ] || return 1
+    sleep 0.1
+  done
+}
+
+# A system with apt and no more, from where this machine has its own Debian packages; the sample volume in it.
+make_clean_root() {
+  # shellcheck disable=SC2016  # apt-get fills these in
+  apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
+    grep ' bookworm' | sort --unique >"$scratch/sources"
+  mmdebstrap --quiet --mode=root --variant=apt --format=directory bookworm "$root" "$scratch/sources" 2>"$scratch/mmdebstrap.log" ||
+    { cat "$scratch/mmdebstrap.log" >&2; return 1; }
+  build/package/sample/pelmarix-sample "$volume"
+  mkdir -p "$root$scratch/shared" "$scratch/shared/home"
+  chmod -R a+rX "$scratch"
+  chown nobody "$scratch/shared/home"
+  mount --bind "$scratch/shared" "$root$scratch/shared"
+  mount -t proc proc "$root/proc"
+}
+
+# A virtual display with a window manager, of this machine, that programs in the clean system reach.
+start_display() {
+  Xvfb -displayfd 3 -screen 0 1440x1000x24 -nolisten tcp 3>"$scratch/display" 2>"$scratch/xvfb.log" &
+  children+=($!)
+  retry 100 test -s "$scratch/display" || { cat "$scratch/xvfb.log" >&2; return 1; }
+  DISPLAY=:$(cat "$scratch/display")
+  export DISPLAY
+  mkdir -p "$root/tmp/.X11-unix"
+  touch "$root/tmp/.X11-unix/X${DISPLAY#:}"
+  mount --bind "/tmp/.X11-unix/X${DISPLAY#:}" "$root/tmp/.X11-unix/X${DISPLAY#:}"
+  openbox --sm-disable 2>/dev/null &
+  children+=($!)
+  retry 100 xdotool get_num_desktops
+}
+
+# Runs a command in the clean system as a user without rights, looking at the sample.
+in_root() {
+  chroot --userspec=nobody:nogroup "$root" env --ignore-environment PATH=/usr/bin:/bin LANG=C.UTF-8 \
+    HOME="$scratch/shared/home" DISPLAY="${DISPLAY:-}" PELMARIX_VOLUME="$volume" "$@"
+}
+
+# Only what the package must have: what it recommends, it must do without.
+install_package() {
+  cp "$1" "$root/pelmarix.deb"
+  DEBIAN_FRONTEND=noninteractive chroot "$root" \
+    apt-get install --quiet --quiet --yes --no-install-recommends /pelmarix.deb >"$scratch/install.log" 2>&1 ||
+    { cat "$scratch/install.log" >&2; return 1; }
+  rm "$root/pelmarix.deb"
+}
+
+# The package, and what came with it.
+remove_package() {
+  DEBIAN_FRONTEND=noninteractive chroot "$root" apt-get purge --quiet --quiet --yes --autoremove pelmarix >"$scratch/remove.log" 2>&1 ||
+    { cat "$scratch/remove.log" >&2; return 1; }
+}
+
+# Every file of the clean system but the notes and caches of dpkg and apt, and what isn't its own.
+list_files() {
+  find "$root" -xdev \( -path "$root/var/lib/dpkg" -o -path "$root/var/lib/apt" -o -path "$root/var/log" \
+    -o -path "$root/var/cache" -o -path "$root/tmp" -o -path "$root/proc" \) -prune -o -print | LC_ALL=C sort
+}
