@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "platform/utf8.h"
 #include "plist/document.h"
-#include "plist/unicode.h"
 #include "tests/plist/heap_meter.h"
 
 namespace pelmarix::plist {
@@ -15,8 +15,7 @@ void require(bool holds) {
 }
 
 void checkText(std::string_view text) {
-  const char* const last = text.data() + text.size();
-  require(findInvalidUtf8(text.data(), last) == last);
+  require(isValidUtf8(text));
 }
 
 void checkValues(const Document& document) {

@@ -26,10 +26,6 @@ bool textEquals(std::string_view text, std::string_view other);
 /// hence not held.
 bool textContains(std::string_view text, std::string_view literal);
 
-/// True when the bytes are well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF. NUL
-/// is a letter like any other.
-bool isValidUtf8(std::string_view bytes);
-
 enum class Color {
   text,  ///< the toolkit's standard colour of text, which follows light and dark appearance
 };

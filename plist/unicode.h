@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <string_view>
 
+#include "platform/utf8.h"
 #include "plist/result.h"
 #include "plist/tree.h"
 
@@ -20,29 +19,6 @@ inline bool isSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF
 
 /// Writes a Unicode scalar value and returns the end of what was written, one to four bytes.
 char* putUtf8(char32_t character, char* out);
-
-/// The length of the well-formed UTF-8 sequence at the start of [first, last), which is not empty; 0 where it
-/// is overlong, truncated, a surrogate or otherwise malformed.
-std::size_t utf8SequenceLength(const char* first, const char* last);
-
-/// The first byte in [first, last) that begins no well-formed UTF-8 sequence; `last` if there is none.
-const char* findInvalidUtf8(const char* first, const char* last);
-
-inline std::uint64_t loadEightBytes(const char* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return word;
-}
-
-inline constexpr std::uint64_t highBitOfEachByte = 0x8080808080808080;
-inline constexpr std::uint64_t lowBitOfEachByte = 0x0101010101010101;
-
-/// The first byte from 0x80 in [first, last); `last` if there is none.
-inline const char* findNonAscii(const char* first, const char* last) {
-  while (last - first >= 8 && (loadEightBytes(first) & highBitOfEachByte) == 0) first += 8;
-  while (first != last && (static_cast<unsigned char>(*first) & 0x80) == 0) ++first;
-  return first;
-}
 
 /// ISO-8859-1, where every byte is the character of its number.
 std::string_view latin1ToUtf8(std::string_view bytes, Arena& arena);

@@ -2,7 +2,7 @@
 
 #include "platform/fatal.h"
 #include "platform/task.h"
-#include "platform/text.h"
+#include "platform/utf8.h"
 #include "receipts/bom.h"
 
 namespace pelmarix {

@@ -1,4 +1,4 @@
-#include "platform/text.h"
+#include "platform/utf8.h"
 
 #include <gtest/gtest.h>
 
