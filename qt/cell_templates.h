@@ -1,0 +1,67 @@
+// The cells that a table or outline makes: what the delegate writes into them is what the model answers.
+#pragma once
+
+#include <QVariant>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/table_view.h"
+
+namespace pelmarix::qt {
+
+/// One cell for each identifier, used again for every row: a model reads a cell as soon as it was made.
+class CellTemplates {
+ public:
+  explicit CellTemplates(const std::vector<std::string>& identifiers);
+
+  /// With an empty text; null when no template has the identifier.
+  View* makeView(const std::string& identifier);
+
+  /// What the cell says; an invalid value when there is no cell or the cell has no text.
+  static QVariant textOf(View* view);
+
+ private:
+  class Field final : public TextField {
+   public:
+    void setStringValue(const std::string& text) override { text_ = text; }
+    void sizeToFit() override {}  // the view's delegate lays out each text anew in the space there is
+    const std::string& stringValue() const { return text_; }
+
+   private:
+    std::string text_;
+  };
+
+  struct Cell {
+    Field field;
+    TableCellView view{&field};
+  };
+
+  std::map<std::string, Cell> cells_;
+};
+
+/// A column as the interface file describes it.
+struct ColumnTemplate {
+  std::string identifier;
+  QString title;
+};
+
+/// The columns of a table or outline, made once from their templates.
+class Columns {
+ public:
+  explicit Columns(const std::vector<ColumnTemplate>& templates);
+
+  int count() const { return static_cast<int>(pointers_.size()); }
+  const TableColumn* at(int position) const { return pointers_[static_cast<std::size_t>(position)]; }
+  const std::vector<TableColumn*>& all() const { return pointers_; }
+  /// What a model answers for its headers.
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const;
+
+ private:
+  std::vector<QString> titles_;
+  std::vector<std::unique_ptr<TableColumn>> columns_;
+  std::vector<TableColumn*> pointers_;
+};
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,66 @@
+#include "qt/table_model.h"
+
+#include <QMimeData>
+#include <algorithm>
+
+#include "qt/row_text.h"
+
+namespace pelmarix::qt {
+
+TableModel::TableModel(TableView& tableView, const std::vector<ColumnTemplate>& columns)
+    : tableView_(tableView), columns_(columns) {}
+
+void TableModel::setDataSource(TableViewDataSource* dataSource) {
+  dataSource_ = dataSource;
+  reload();
+}
+
+void TableModel::setDelegate(TableViewDelegate* delegate) {
+  delegate_ = delegate;
+  reload();
+}
+
+void TableModel::reload() {
+  const int before = rowCount_;
+  const int now =
+      dataSource_ == nullptr ? 0 : static_cast<int>(dataSource_->numberOfRowsInTableView(tableView_));
+  if (now > before) {
+    beginInsertRows({}, before, now - 1);
+    rowCount_ = now;
+    endInsertRows();
+  } else if (now < before) {
+    beginRemoveRows({}, now, before - 1);
+    rowCount_ = now;
+    endRemoveRows();
+  }
+  const int kept = std::min(before, now);
+  if (kept > 0) emit dataChanged(index(0, 0), index(kept - 1, columns_.count() - 1));
+}
+
+int TableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }
+
+int TableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columns_.count();
+}
+
+QVariant TableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || role != Qt::DisplayRole || delegate_ == nullptr) return {};
+  return CellTemplates::textOf(
+      delegate_->tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
+}
+
+QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  return columns_.headerData(section, orientation, role);
+}
+
+Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
+  return index.isValid() ? QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled : Qt::NoItemFlags;
+}
+
+QMimeData* TableModel::mimeData(const QModelIndexList& indexes) const {
+  return indexes.isEmpty() ? nullptr : rowsAsMimeData(indexes);
+}
+
+QStringList TableModel::mimeTypes() const { return {QStringLiteral("text/plain")}; }
+
+}  // namespace pelmarix::qt
