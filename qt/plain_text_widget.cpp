@@ -1,0 +1,147 @@
+#include "qt/plain_text_widget.h"
+
+#include <QMimeData>
+#include <QPainter>
+#include <QTextBlock>
+#include <QWheelEvent>
+#include <algorithm>
+#include <utility>
+
+#include "qt/match_mark.h"
+#include "qt/text_conversion.h"
+
+namespace pelmarix::qt {
+namespace {
+
+/// What stands on screen for a character that a text document would take for a line's end or for markup of
+/// its own, or that has no picture and ends what the accessibility bus reads (NUL). Always one for one, so
+/// that a place in the document is the same place in the text.
+QChar shownCharacter(QChar character) {
+  constexpr char16_t controlPictures = 0x2400;
+  const char16_t code = character.unicode();
+  if (code < 0x20) return code == u'\n' || code == u'\t' ? character : QChar(controlPictures + code);
+  switch (code) {
+    case 0x7f:
+      return QChar(0x2421);
+    case QChar::LineSeparator:
+    case QChar::ParagraphSeparator:
+      return QChar(0x2424);
+    case 0xfdd0:  // the begin and the end of a frame in a text document
+    case 0xfdd1:
+    case QChar::ObjectReplacementCharacter:
+      return QChar(QChar::ReplacementCharacter);
+    default:
+      return character;
+  }
+}
+
+QString shownText(const std::string& utf8) {
+  QString text = toQString(utf8);
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    const QChar character = std::as_const(text)[i];
+    const QChar shown = shownCharacter(character);
+    if (shown != character) text[i] = shown;
+  }
+  return text;
+}
+
+/// The part of valid UTF-8 that stands from UTF-16 unit `begin` up to `end`.
+std::string_view sliceOfUnits(std::string_view utf8, int begin, int end) {
+  int unit = 0;
+  std::size_t from = utf8.size();
+  for (std::size_t i = 0; i < utf8.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(utf8[i]);
+    if ((byte & 0xc0U) == 0x80U) continue;
+    if (unit == begin) from = i;
+    if (unit >= end) return utf8.substr(from, i - from);
+    unit += byte >= 0xf0U ? 2 : 1;
+  }
+  return utf8.substr(from);
+}
+
+}  // namespace
+
+PlainTextWidget::PlainTextWidget(QWidget* parent) : QPlainTextEdit(parent) {
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setUndoRedoEnabled(false);
+  setLineWrapMode(NoWrap);
+  setTabChangesFocus(true);
+}
+
+void PlainTextWidget::showText(SharedText text) {
+  const bool isShown = *text == *text_;
+  text_ = std::move(text);
+  if (!isShown) setPlainText(shownText(*text_));
+}
+
+QMimeData* PlainTextWidget::createMimeDataFromSelection() const {
+  const QTextCursor cursor = textCursor();
+  auto* copied = new QMimeData;
+  copied->setText(toQString(sliceOfUnits(*text_, cursor.selectionStart(), cursor.selectionEnd())));
+  return copied;
+}
+
+void PlainTextWidget::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QPlainTextEdit::wheelEvent(event);
+  constexpr int anglePerStep = 120;
+  wheelAngle_ += event->angleDelta().y();
+  const int steps = wheelAngle_ / anglePerStep;
+  wheelAngle_ -= steps * anglePerStep;
+  if (steps != 0) emit zoomRequested(steps);
+  event->accept();
+}
+
+void PlainTextWidget::markMatches(const QString& text) {
+  marked_ = text;
+  viewport()->update();
+}
+
+bool PlainTextWidget::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
+  const bool isBackward = direction == SearchDirection::backward;
+  const QTextDocument::FindFlags flags =
+      isBackward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
+  QTextCursor from = textCursor();
+  if (start == SearchStart::atSelection) from.setPosition(from.selectionStart());
+  QTextCursor match = document()->find(text, from, flags);
+  if (match.isNull()) {
+    from.movePosition(isBackward ? QTextCursor::End : QTextCursor::Start);
+    match = document()->find(text, from, flags);
+  }
+  if (match.isNull()) return false;
+  setTextCursor(match);
+  return true;
+}
+
+void PlainTextWidget::paintEvent(QPaintEvent* event) {
+  if (!marked_.isEmpty()) {
+    // Only what is on screen is searched: a text of any size is scrolled as fast with marks as without.
+    QPainter painter(viewport());
+    for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
+      const QRectF geometry = blockBoundingGeometry(block).translated(contentOffset());
+      if (geometry.top() > event->rect().bottom()) break;
+      paintMatches(painter, block, geometry.topLeft());
+    }
+  }
+  QPlainTextEdit::paintEvent(event);
+}
+
+void PlainTextWidget::paintMatches(QPainter& painter, const QTextBlock& block, const QPointF& topLeft) const {
+  if (block.layout()->lineCount() == 0) return;
+  const QTextLine line = block.layout()->lineAt(0);
+  const QString text = block.text();
+  // Of a very long line, the part between the view's edges, with a match's length before it.
+  const int firstShown = line.xToCursor(-topLeft.x());
+  const int lastShown = line.xToCursor(viewport()->width() - topLeft.x());
+  const int length = static_cast<int>(marked_.size());
+  for (qsizetype at = std::max(0, firstShown - length);
+       (at = text.indexOf(marked_, at, Qt::CaseInsensitive)) >= 0 && at <= lastShown; at += length) {
+    const int position = static_cast<int>(at);
+    const qreal left = line.cursorToX(position);
+    const qreal right = line.cursorToX(position + length);
+    painter.fillRect(QRectF(topLeft.x() + left, topLeft.y(), right - left, line.height()),
+                     matchMarkColor(palette()));
+  }
+}
+
+}  // namespace pelmarix::qt

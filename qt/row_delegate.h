@@ -1,0 +1,36 @@
+// How a cell of a table or outline is drawn.
+#pragma once
+
+#include <QString>
+#include <QStyledItemDelegate>
+
+namespace pelmarix::qt {
+
+/// The name of what groups others is bold. A tab at the start of a text is a visible indentation; a text is
+/// drawn on one line whatever it holds. A cell whose text is cut off says all of it in its tooltip.
+class RowDelegate final : public QStyledItemDelegate {
+  Q_OBJECT
+
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  /// Matches of this text are marked; empty for none.
+  void setMarkedText(const QString& text) { marked_ = text; }
+
+  /// One height for all rows of a view, tables and outlines alike.
+  static int rowHeight(const QFontMetrics& metrics) { return metrics.lineSpacing() * 5 / 4; }
+
+  QString displayText(const QVariant& value, const QLocale& locale) const override;
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+ private:
+  QString marked_;
+};
+
+}  // namespace pelmarix::qt
