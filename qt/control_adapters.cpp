@@ -1,0 +1,38 @@
+#include "qt/control_adapters.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pelmarix::qt {
+
+void TextAdapter::setAttributedString(const AttributedString& text) {
+  // Before the text, so that it is laid out once.
+  if (text.font) {
+    // The settings can hold any number; what no font engine draws is brought to what it does.
+    constexpr double largestDrawn = 500.0;
+    QFont font = widget_.font();
+    font.setPointSizeF(std::max(1.0, std::fmin(text.font->pointSize, largestDrawn)));
+    widget_.setFont(font);
+  }
+  // The standard text colour is the palette's own: the widget draws in it, and follows when it changes.
+  widget_.showText(text.string);
+}
+
+int CheckBoxAdapter::state() const {
+  switch (widget_.checkState()) {
+    case Qt::Checked:
+      return stateOn;
+    case Qt::PartiallyChecked:
+      return stateMixed;
+    default:
+      return stateOff;
+  }
+}
+
+void CheckBoxAdapter::setState(int state) {
+  widget_.setCheckState(state == stateOn    ? Qt::Checked
+                        : state == stateOff ? Qt::Unchecked
+                                            : Qt::PartiallyChecked);
+}
+
+}  // namespace pelmarix::qt

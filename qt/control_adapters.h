@@ -1,0 +1,35 @@
+// The platform's text views and buttons over Qt widgets. No adapter owns its widget.
+#pragma once
+
+#include <QCheckBox>
+
+#include "platform/controls.h"
+#include "qt/plain_text_widget.h"
+
+namespace pelmarix::qt {
+
+class TextAdapter final : public TextView, public TextStorage {
+ public:
+  explicit TextAdapter(PlainTextWidget& widget) : widget_(widget) {}
+
+  SharedText string() const override { return widget_.text(); }
+  TextStorage* textStorage() override { return this; }
+  void setAttributedString(const AttributedString& text) override;
+
+ private:
+  PlainTextWidget& widget_;
+};
+
+class CheckBoxAdapter final : public Button {
+ public:
+  explicit CheckBoxAdapter(QCheckBox& widget) : widget_(widget) {}
+
+  int state() const override;
+  /// QCheckBox::clicked, which sends the action, is the user's alone.
+  void setState(int state) override;
+
+ private:
+  QCheckBox& widget_;
+};
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,35 @@
+// Alerts as message boxes.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/alert.h"
+
+class QWidget;
+
+namespace pelmarix::qt {
+
+class MessageAlert final : public Alert {
+ public:
+  /// `parent`, null for none, is the window that the alert belongs to. `isTerminating` tells that the program
+  /// is ending: then nothing is shown.
+  MessageAlert(QWidget* parent, std::function<bool()> isTerminating);
+
+  void setMessageText(const std::string& text) override { messageText_ = text; }
+  void setInformativeText(const std::string& text) override { informativeText_ = text; }
+  void setAlertStyle(AlertStyle style) override { style_ = style; }
+  void addButtonWithTitle(const std::string& title) override { buttons_.push_back(title); }
+  int runModal() override;
+
+ private:
+  QWidget* parent_;
+  std::function<bool()> isTerminating_;
+  std::string messageText_;
+  std::string informativeText_;
+  AlertStyle style_ = AlertStyle::warning;
+  std::vector<std::string> buttons_;
+};
+
+}  // namespace pelmarix::qt

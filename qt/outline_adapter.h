@@ -1,0 +1,52 @@
+// The platform's outline over a Qt widget.
+#pragma once
+
+#include <QPersistentModelIndex>
+#include <functional>
+#include <vector>
+
+#include "platform/table_view.h"
+#include "qt/cell_templates.h"
+#include "qt/outline_model.h"
+#include "qt/outline_widget.h"
+
+namespace pelmarix::qt {
+
+class OutlineAdapter final : public OutlineView {
+ public:
+  /// `widget` isn't owned and outlives the adapter.
+  OutlineAdapter(OutlineWidget& widget, const std::vector<ColumnTemplate>& columns,
+                 const std::vector<std::string>& cellIdentifiers);
+  ~OutlineAdapter() override;
+
+  void setDataSource(OutlineViewDataSource* dataSource) { model_.setDataSource(dataSource); }
+  void setDelegate(OutlineViewDelegate* delegate) { model_.setDelegate(delegate); }
+  /// Called for each double click, while clickedRow() tells where.
+  void setDoubleAction(std::function<void()> action) { doubleAction_ = std::move(action); }
+
+  /// Opens the last of the outermost items and brings it to the top of the view.
+  void revealLastGroup();
+
+  View* makeViewWithIdentifier(const std::string& identifier) override;
+  /// Always reloads the whole outline, the one reload that the program asks for. What was expanded, selected
+  /// and at the top of the view is so afterwards, as far as it is still there.
+  void reloadItemReloadChildren(Object* item, bool reloadChildren) override;
+  std::ptrdiff_t clickedRow() const override;
+  Object* itemAtRow(std::ptrdiff_t row) override;
+  bool isItemExpanded(Object* item) override;
+  void expandItem(Object* item) override;
+  void collapseItem(Object* item) override;
+
+ private:
+  /// The rows that `parent` shows below itself, those of its expanded children included.
+  std::ptrdiff_t shownRowsBelow(const QModelIndex& parent) const;
+  void resetKeepingPlace();
+
+  OutlineWidget& widget_;
+  OutlineModel model_;
+  CellTemplates cells_;
+  QPersistentModelIndex clicked_;
+  std::function<void()> doubleAction_;
+};
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,36 @@
+#include "qt/window_adapter.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+
+#include "qt/text_conversion.h"
+
+namespace pelmarix::qt {
+namespace {
+
+/// Room for two lists side by side and some lines of the report, in the size of the letters; never more than
+/// the screen has.
+Rect initialContentRect(const QWidget& widget) {
+  const QFontMetrics metrics = widget.fontMetrics();
+  const QSize wanted(metrics.averageCharWidth() * 150, metrics.lineSpacing() * 46);
+  const QSize screen = widget.screen()->availableSize() * 9 / 10;
+  const QSize size = wanted.boundedTo(screen);
+  return {0, 0, static_cast<double>(size.width()), static_cast<double>(size.height())};
+}
+
+}  // namespace
+
+void WindowWidget::closeEvent(QCloseEvent* event) { event->setAccepted(!shouldClose_ || shouldClose_()); }
+
+WindowAdapter::WindowAdapter(WindowWidget& widget)
+    : PXWindow(initialContentRect(widget),
+               windowStyleTitled | windowStyleClosable | windowStyleMiniaturizable | windowStyleResizable,
+               BackingStore::buffered, true),
+      widget_(widget) {
+  widget_.resize(static_cast<int>(contentRect().width), static_cast<int>(contentRect().height));
+  widget_.setShouldClose([this] { return delegate_ == nullptr || delegate_->windowShouldClose(*this); });
+}
+
+void WindowAdapter::setTitle(const std::string& title) { widget_.setWindowTitle(toQString(title)); }
+
+}  // namespace pelmarix::qt
