@@ -1,1 +1,6 @@
-int main() { return 0; }
+#include "platform/application.h"
+
+int main(int argc, char** argv) {
+  pelmarix::applicationMain(argc, argv);
+  return 0;
+}

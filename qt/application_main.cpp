@@ -1,0 +1,60 @@
+#include <QApplication>
+#include <cstdlib>
+
+#include "app/app_delegate.h"
+#include "platform/application.h"
+#include "qt/application_adapter.h"
+#include "qt/file_save_panel.h"
+#include "qt/machine_services.h"
+#include "qt/main_interface.h"
+#include "qt/message_alert.h"
+#include "qt/url_session.h"
+
+namespace pelmarix {
+namespace {
+
+/// The window that an alert belongs to; null as long as none is on screen.
+QWidget* windowForAlerts(QWidget& mainWindow) {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  return mainWindow.isVisible() ? &mainWindow : nullptr;
+}
+
+}  // namespace
+
+int applicationMain(int argc, char** argv) {
+  QApplication qtApplication(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Pelmarix"));
+  QApplication::setDesktopFileName(QStringLiteral("pelmarix"));
+  // The program ends by Application::terminate: an alert before the main window must not be taken for the
+  // last window.
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  AppDelegate delegate;  // outlives whatever may still call it
+  qt::MachineServices machine;
+  qt::NetworkSession session;
+  qt::ApplicationAdapter application;
+  qt::MainInterface interface(delegate);
+  application.setHelpMenu(interface.helpMenu());
+
+  Services& services = machine.services();
+  services.application = &application;
+  services.urlSession = &session;
+  services.makeAlert = [&] {
+    return std::make_unique<qt::MessageAlert>(windowForAlerts(interface.window()),
+                                              [&] { return application.isTerminating(); });
+  };
+  services.makeSavePanel = [&] { return std::make_shared<qt::FileSavePanel>(&interface.window()); };
+  installServices(&services);
+
+  interface.show();
+  QMetaObject::invokeMethod(
+      &qtApplication, [&] { delegate.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
+  const int status = application.isTerminating() ? 0 : QApplication::exec();
+  delegate.applicationWillTerminate();
+  // Nothing is unsaved, so the end needn't wait for a name that is being looked up.
+  if (!session.shutDown()) std::_Exit(status);
+  installServices(nullptr);
+  return status;
+}
+
+}  // namespace pelmarix

@@ -1,0 +1,41 @@
+#include "qt/bill_of_materials_sheet.h"
+
+#include <QFontDatabase>
+#include <QShortcut>
+
+#include "ui_bill_of_materials_sheet.h"
+
+namespace pelmarix::qt {
+
+BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
+    : QDialog(window), ui_(std::make_unique<Ui::BillOfMaterialsSheet>()) {
+  ui_->setupUi(this);
+  setAttribute(Qt::WA_DeleteOnClose);
+  ui_->listing->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  resize(window->size() * 9 / 10);
+
+  text_ = std::make_unique<TextAdapter>(*ui_->listing);
+  controller_.outputTextbox = text_.get();
+  controller_.outputScrollView = &scroller_;
+  controller_.setDismisser([this](ViewController&) { reject(); });
+  connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
+
+  ui_->findBar->setTarget(ui_->listing, ui_->listing);
+  connect(ui_->find, &QPushButton::clicked, ui_->findBar, &FindBar::open);
+  connect(new QShortcut(QKeySequence::FindNext, this), &QShortcut::activated, ui_->findBar,
+          &FindBar::findNext);
+  connect(new QShortcut(QKeySequence::FindPrevious, this), &QShortcut::activated, ui_->findBar,
+          &FindBar::findPrevious);
+  connect(ui_->listing, &PlainTextWidget::zoomRequested, ui_->listing,
+          [this](int steps) { ui_->listing->zoomIn(steps); });
+}
+
+BillOfMaterialsSheet::~BillOfMaterialsSheet() = default;
+
+void BillOfMaterialsSheet::present() {
+  controller_.viewDidLoad();
+  open();
+  controller_.viewDidAppear();
+}
+
+}  // namespace pelmarix::qt
