@@ -162,7 +162,8 @@ TEST(XmlDictionary, theLastOfARepeatedKeyWins) {
 }
 
 TEST(XmlString, mayHaveTenMillionBytes) {
-  const std::string text(10000000, 'x');
+  std::string text;
+  text.assign(10000000, 'x');
   const std::string file = "<plist><string>" + text + "</string></plist>";
   const Result<Document> document = Document::decode(file);
   ASSERT_TRUE(document);
