@@ -53,7 +53,7 @@ void makeListing(const std::vector<std::string>& arguments) {
 }
 
 void listBill(benchmark::State& state) {
-  for (auto _ : state) makeListing({"-f", "-p", "fsT", files().bill});
+  while (state.KeepRunning()) makeListing({"-f", "-p", "fsT", files().bill});
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(pathCount));
   state.SetBytesProcessed(state.iterations() * listingSize());
 }
@@ -61,7 +61,7 @@ BENCHMARK(listBill)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void readBill(benchmark::State& state) {
   FileBytes file;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (file.read(files().bill) != 0) std::abort();
     benchmark::DoNotOptimize(file.bytes().data());
   }
@@ -73,7 +73,7 @@ void writeListing(benchmark::State& state) {
   makeListing({"-f", "-p", "fsT", files().bill});
   const std::string block(1 << 18, 'x');
   const auto size = static_cast<std::size_t>(listingSize());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::FILE* const output = std::fopen(files().listing.c_str(), "wb");
     if (output == nullptr) std::abort();
     for (std::size_t left = size; left > 0;)

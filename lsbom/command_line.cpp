@@ -183,7 +183,7 @@ int run(const std::vector<std::string>& arguments, const std::string& volume, st
   for (const std::string& file : command.files) {
     const std::string problem = listFile(resolvePath(file, volume), command.options, names, buffered);
     if (!problem.empty()) {
-      complain(errors, file + ": " + problem);
+      complain(errors, std::string(file).append(": ").append(problem));
       status = exitFailure;
     }
     if (buffered.error() != 0) {

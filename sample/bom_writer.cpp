@@ -96,6 +96,7 @@ std::vector<BomEntry> missingFolders(const std::vector<BomEntry>& entries) {
 std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std::vector<BomEntry>& added,
                                 const BomLayout& layout) {
   std::vector<const BomEntry*> sorted;
+  sorted.reserve(entries.size() + added.size());
   for (const BomEntry& entry : entries) sorted.push_back(&entry);
   for (const BomEntry& entry : added) sorted.push_back(&entry);
   std::stable_sort(sorted.begin(), sorted.end(),
