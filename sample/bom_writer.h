@@ -51,9 +51,9 @@ struct BomLayout {
 // make an empty list. A path given twice is listed twice.
 std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const BomLayout& layout = {});
 
-// Entries for a large list: `count` paths as a package of many applications has them, every folder ahead of what it
-// holds, with links, programs for two processors, blanks, a tab and letters beyond ASCII. The same count gives the same
-// entries, and a smaller count the first of them.
+// Entries for a large list: `count` paths as a package of many applications has them, every folder ahead of
+// what it holds, with links, programs for two processors, blanks, a tab and letters beyond ASCII. The same
+// count gives the same entries, and a smaller count the first of them.
 std::vector<BomEntry> manyBomEntries(std::size_t count);
 
 // The checksum that a bill of materials holds: the one of the POSIX utility cksum.
