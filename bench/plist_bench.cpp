@@ -58,7 +58,7 @@ void check(const std::vector<Record>& records, benchmark::State& state) {
 
 void ours(benchmark::State& state, const std::string& bytes) {
   while (state.KeepRunning()) check(decodeRecords(bytes), state);
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
 using Parse = void (*)(const char*, std::uint32_t, plist_t*);
@@ -70,7 +70,7 @@ void theirs(benchmark::State& state, const std::string& bytes, Parse parse) {
     check(recordsOf(root), state);
     plist_free(root);
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
 void xmlOurs(benchmark::State& state) { ours(state, xml()); }

@@ -60,8 +60,8 @@ std::string description(Date date) {
   const long long secondOfDay = intoCycle % 86400;
   const long long daysSinceMarchOfYearZero = intoCycle / 86400;
   const CivilDay civil = civilFromDayOfCycle(daysSinceMarchOfYearZero % daysPerCycle);
-  const double year =
-      wholeCycles * 400.0 + static_cast<double>(daysSinceMarchOfYearZero / daysPerCycle * 400 + civil.year);
+  const long long yearFromCycleStart = daysSinceMarchOfYearZero / daysPerCycle * 400 + civil.year;
+  const double year = wholeCycles * 400.0 + static_cast<double>(yearFromCycleStart);
 
   char text[400];  // a year of 302 digits is the longest there is
   std::snprintf(text, sizeof text, "%s%04.0f-%02d-%02d %02lld:%02lld:%02lld +0000", year < 0 ? "-" : "",

@@ -81,7 +81,8 @@ TEST(Nesting, countsASharedContainerWhereItStandsDeepest) {
 
 TEST(Sharing, aSmallFileMayStandForMoreLeavesThanCouldEverBeVisited) {
   std::vector<std::string> objects;
-  for (int i = 1; i <= 60; ++i) objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
+  for (unsigned i = 1; i <= 60; ++i)
+    objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
   objects.push_back(hex("09"));
   const std::string file = binary(objects);
   ASSERT_LT(file.size(), 344U);
@@ -160,7 +161,8 @@ TEST(Overlap, isRefusedWhenTheObjectsTogetherAreFarLargerThanTheFile) {
 
 TEST(Release, ofAnEndlesslySharedFileIsImmediate) {
   std::vector<std::string> objects;
-  for (int i = 1; i <= 250; ++i) objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
+  for (unsigned i = 1; i <= 250; ++i)
+    objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
   objects.push_back(hex("A0"));
   auto document = std::make_unique<Result<Document>>(
       Document::decode(BinaryPlist{.objects = objects, .offsetWidth = 2}.bytes()));
