@@ -29,9 +29,9 @@ bool isAcceptable(const URLResponse* response) {
   return http->mimeType() == "text/xml" || http->mimeType() == "text/plain";
 }
 
-std::string requiredString(plist::Value entry, std::string_view key) {
+std::string_view requiredString(plist::Value entry, std::string_view key) {
   const plist::Value value = required(entry.find(key), "an entry of the update list lacks a key");
-  return std::string(required(value.string(), "a value in the update list is not a string"));
+  return required(value.string(), "a value in the update list is not a string");
 }
 
 void markHelpMenu() {
@@ -105,8 +105,8 @@ void AppDelegate::processUpdateList(const std::optional<std::string>& body,
     if (entry.type() != plist::Type::dictionary) fatalStop("an entry of the update list is not a dictionary");
     if (!textEquals(requiredString(entry, "AppName"), nameInList)) continue;
     markHelpMenu();
-    const std::string version = requiredString(entry, "Version");
-    const std::string address = requiredString(entry, "URL");
+    const std::string version(requiredString(entry, "Version"));
+    const std::string address(requiredString(entry, "URL"));
     if (textEquals(version, runningVersion)) continue;
     if (textContains(address, downloadHostPrefix)) offerUpdate(version, runningVersion, address);
   }

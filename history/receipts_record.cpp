@@ -8,6 +8,10 @@
 namespace pelmarix {
 namespace {
 
+// Against the budget, which is in bytes of memory, each key of an entry counts for the time that looking at
+// it takes.
+constexpr std::size_t costOfKey = 16;
+
 /// The values under the keys of one entry; of a key that is repeated, the last one.
 struct Fields {
   std::optional<plist::Value> contentType, date, displayName, displayVersion;
@@ -45,9 +49,18 @@ std::optional<theReceipts> decodeEntry(plist::Value entry) {
   return record;
 }
 
-std::size_t memoryOf(const theReceipts& record) {
+std::size_t costOf(const theReceipts& record) {
   return sizeof record + record.displayName.size() + record.displayVersion.size() +
          (record.contentType ? record.contentType->size() : 0);
+}
+
+std::size_t costOfKeys(plist::Value entry) { return entry.count() * costOfKey; }
+
+/// Takes `cost` off the budget; false when it isn't there.
+bool spend(std::size_t cost, std::size_t& budget) {
+  if (cost > budget) return false;
+  budget -= cost;
+  return true;
 }
 
 }  // namespace
@@ -60,9 +73,9 @@ std::optional<std::vector<theReceipts>> decodeReceipts(std::string_view bytes) {
   std::vector<theReceipts> records;
   records.reserve(std::min(document->root().count(), budget / sizeof(theReceipts)));
   for (const plist::Value entry : document->root().elements()) {
+    if (!spend(costOfKeys(entry), budget)) return std::nullopt;
     std::optional<theReceipts> record = decodeEntry(entry);
-    if (!record || memoryOf(*record) > budget) return std::nullopt;
-    budget -= memoryOf(*record);
+    if (!record || !spend(costOf(*record), budget)) return std::nullopt;
     records.push_back(std::move(*record));
   }
   return records;

@@ -19,8 +19,9 @@ struct theReceipts {
   std::string displayVersion;
 };
 
-// A binary property list can name one long text in a million places. What the records take together is
-// therefore bounded: maximumGrowth times the bytes that they come from, and minimumBudget beside that.
+// A binary property list can name one long text, or one entry of many keys, in a million places. What the
+// records and the way to them cost together is therefore bounded: maximumGrowth bytes for each byte that they
+// come from, and minimumBudget beside that.
 inline constexpr std::size_t maximumGrowth = 64;
 inline constexpr std::size_t minimumBudget = std::size_t{1} << 20U;
 

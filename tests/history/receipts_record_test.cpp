@@ -101,34 +101,37 @@ TEST(ReceiptsRecord, OfAnEmptyArrayAreNone) {
   EXPECT_TRUE(records->empty());
 }
 
-/// A binary property list: an array that names one entry `count` times, whose date is 0x3FF0... (one second)
-/// or the given big-endian bytes.
-std::string binaryHistory(std::size_t count, const std::string& name, const std::string& dateBytes) {
+/// A binary property list: an array that names one entry `count` times. The entry has a date of these
+/// big-endian bytes, the name, a version, and `moreKeys` times the version under its key again.
+std::string binaryHistory(std::size_t count, const std::string& name, const std::string& dateBytes,
+                          std::size_t moreKeys = 0) {
   std::string bytes = "bplist00";
   std::vector<std::size_t> offsets;
-  const auto begin = [&] { offsets.push_back(bytes.size()); };
   const auto appendBigEndian = [&](std::size_t value, int width) {
     for (int shift = 8 * (width - 1); shift >= 0; shift -= 8)
       bytes += static_cast<char>(value >> shift & 0xFF);
   };
-  const auto appendText = [&](const std::string& text) {
-    begin();
-    bytes += '\x5F';
+  const auto begin = [&](char marker, std::size_t countOfObject) {
+    offsets.push_back(bytes.size());
+    bytes += marker;
     bytes += '\x12';
-    appendBigEndian(text.size(), 4);
+    appendBigEndian(countOfObject, 4);
+  };
+  const auto appendText = [&](const std::string& text) {
+    begin('\x5F', text.size());
     bytes += text;
   };
-  begin();  // object 0: the array
-  bytes += '\xAF';
-  bytes += '\x12';
-  appendBigEndian(count, 4);
-  for (std::size_t i = 0; i < count; ++i) bytes += '\x01';
-  begin();  // object 1: the entry
-  bytes += "\xD3\x02\x03\x04\x05\x06\x07";
+  begin('\xAF', count);  // object 0: the array
+  bytes.append(count, '\x01');
+  begin('\xDF', 3 + moreKeys);  // object 1: the entry
+  bytes += "\x02\x03\x04";
+  bytes.append(moreKeys, '\x04');
+  bytes += "\x05\x06\x07";
+  bytes.append(moreKeys, '\x07');
   appendText("date");
   appendText("displayName");
   appendText("displayVersion");
-  begin();  // object 5: the date
+  offsets.push_back(bytes.size());  // object 5: the date
   bytes += '\x33' + dateBytes;
   appendText(name);
   appendText("1");
@@ -160,6 +163,13 @@ TEST(ReceiptsRecord, RefusesADateThatIsNotFinite) {
 TEST(ReceiptsRecord, NamingOneLongTextInManyPlacesIsRefusedBeforeItFillsTheMemory) {
   const std::string bytes = binaryHistory(200'000, std::string(200'000, 'a'), oneSecond);
   ASSERT_LT(bytes.size(), 500'000u);  // the copies would take 40 gigabytes
+  EXPECT_FALSE(decodeReceipts(bytes));
+}
+
+TEST(ReceiptsRecord, OfManyKeysNamedInManyPlacesIsRefusedBeforeItTakesForEver) {
+  EXPECT_TRUE(decodeReceipts(binaryHistory(1, "a", oneSecond, 500'000)));
+  const std::string bytes = binaryHistory(500'000, "a", oneSecond, 500'000);
+  ASSERT_LT(bytes.size(), 2'000'000u);  // walking every entry would look at 250,000,000,000 keys
   EXPECT_FALSE(decodeReceipts(bytes));
 }
 
