@@ -28,6 +28,10 @@ retry() {
 # No session bus: a library that wants one would start one and leave it behind.
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 unset WAYLAND_DISPLAY
+# A folder of the session's own, which the program would otherwise miss aloud.
+XDG_RUNTIME_DIR=$scratch/runtime
+export XDG_RUNTIME_DIR
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 
 Xvfb -displayfd 3 -screen 0 1440x1000x24 -nolisten tcp 3>"$scratch/display" 2>"$scratch/xvfb.log" &
 children+=($!)
@@ -38,7 +42,7 @@ if ! retry 100 test -s "$scratch/display"; then
 fi
 DISPLAY=:$(cat "$scratch/display")
 export DISPLAY
-openbox 2>/dev/null &
+openbox >/dev/null 2>&1 &
 children+=($!)
 retry 100 xdotool get_num_desktops
 
