@@ -148,6 +148,7 @@ TEST(BillOfMaterials, ReadsMorePathsThanOneNodeHolds) {
   for (const std::size_t count : {509U, 510U, 511U, 1021U}) {
     const std::vector<BomEntry> entries = sample::manyBomEntries(count);
     std::vector<std::string> expected;
+    expected.reserve(count);
     for (const BomEntry& entry : entries) expected.push_back(entry.path);
     std::vector<std::string> paths = pathsOf(writeBillOfMaterials(entries));
     std::sort(expected.begin(), expected.end());
