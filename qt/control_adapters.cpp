@@ -1,7 +1,9 @@
 #include "qt/control_adapters.h"
 
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace pelmarix::qt {
 
@@ -30,9 +32,16 @@ int CheckBoxAdapter::state() const {
 }
 
 void CheckBoxAdapter::setState(int state) {
+  const QScopedValueRollback<bool> setting(isSettingState_, true);
   widget_.setCheckState(state == stateOn    ? Qt::Checked
                         : state == stateOff ? Qt::Unchecked
                                             : Qt::PartiallyChecked);
+}
+
+void CheckBoxAdapter::setAction(QObject* context, std::function<void()> action) {
+  QObject::connect(&widget_, &QCheckBox::toggled, context, [this, send = std::move(action)] {
+    if (!isSettingState_) send();
+  });
 }
 
 }  // namespace pelmarix::qt

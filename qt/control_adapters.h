@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <functional>
 
 #include "platform/controls.h"
 #include "qt/plain_text_widget.h"
@@ -25,11 +26,15 @@ class CheckBoxAdapter final : public Button {
   explicit CheckBoxAdapter(QCheckBox& widget) : widget_(widget) {}
 
   int state() const override;
-  /// QCheckBox::clicked, which sends the action, is the user's alone.
   void setState(int state) override;
+
+  /// Has the action sent whenever the user changed the state, as long as `context` lives. A screen reader
+  /// that changes it for the user sends no QCheckBox::clicked.
+  void setAction(QObject* context, std::function<void()> action);
 
  private:
   QCheckBox& widget_;
+  bool isSettingState_ = false;
 };
 
 }  // namespace pelmarix::qt

@@ -114,10 +114,9 @@ void MainInterface::connectActions() {
                    [this] { showBillOfMaterials(); });
   QObject::connect(ui_->showBillOfMaterials, &QPushButton::clicked, &connections_,
                    [this] { showBillOfMaterials(); });
-  QObject::connect(ui_->skipConfigurationData, &QCheckBox::clicked, &connections_,
-                   [this] { perform([this] { controller_.skipNonCheckbox(skip_.get()); }); });
-  QObject::connect(ui_->newestLast, &QCheckBox::clicked, &connections_,
-                   [this] { perform([this] { controller_.newestNonCheckbox(newestLast_.get()); }); });
+  skip_->setAction(&connections_, [this] { perform([this] { controller_.skipNonCheckbox(skip_.get()); }); });
+  newestLast_->setAction(&connections_,
+                         [this] { perform([this] { controller_.newestNonCheckbox(newestLast_.get()); }); });
   QObject::connect(ui_->save, &QPushButton::clicked, &connections_,
                    [this] { perform([this] { controller_.saveButton(nullptr); }); });
   QObject::connect(ui_->biggerText, &QPushButton::clicked, &connections_, [this] { changeFontSize(1); });

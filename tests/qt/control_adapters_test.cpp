@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QSignalSpy>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace pelmarix::test {
 namespace {
@@ -68,14 +70,25 @@ TEST(CheckBoxAdapter, HasTheStatesOfTheCheckBox) {
   }
 }
 
-TEST(CheckBoxAdapter, SendsItsActionForTheUserOnly) {
+TEST(CheckBoxAdapter, SendsItsActionWhenTheUserChangesTheState) {
   QCheckBox widget;
   qt::CheckBoxAdapter box(widget);
-  const QSignalSpy clicked(&widget, &QCheckBox::clicked);
-  box.setState(stateOn);
-  EXPECT_EQ(clicked.count(), 0);
+  std::vector<int> states;
+  box.setAction(&widget, [&] { states.push_back(box.state()); });
   widget.click();
-  EXPECT_EQ(clicked.count(), 1);
+  EXPECT_EQ(states, std::vector{stateOn});
+  QAccessibleInterface* screenReader = QAccessible::queryAccessibleInterface(&widget);
+  screenReader->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(states, (std::vector{stateOn, stateOff}));
+}
+
+TEST(CheckBoxAdapter, SendsNoActionWhenTheProgramSetsTheState) {
+  QCheckBox widget;
+  qt::CheckBoxAdapter box(widget);
+  bool isSent = false;
+  box.setAction(&widget, [&] { isSent = true; });
+  for (const int state : {stateOn, stateMixed, stateOff}) box.setState(state);
+  EXPECT_FALSE(isSent);
 }
 
 }  // namespace
