@@ -11,7 +11,9 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
     : QDialog(window), ui_(std::make_unique<Ui::BillOfMaterialsSheet>()) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  ui_->listing->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  ui_->listing->setFont(font);
+  ui_->listing->setTabStopDistance(8 * QFontMetricsF(font).horizontalAdvance(QLatin1Char(' ')));
   resize(window->size() * 9 / 10);
 
   text_ = std::make_unique<TextAdapter>(*ui_->listing);
@@ -22,10 +24,13 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
 
   ui_->findBar->setTarget(ui_->listing, ui_->listing);
   connect(ui_->find, &QPushButton::clicked, ui_->findBar, &FindBar::open);
-  connect(new QShortcut(QKeySequence::FindNext, this), &QShortcut::activated, ui_->findBar,
-          &FindBar::findNext);
-  connect(new QShortcut(QKeySequence::FindPrevious, this), &QShortcut::activated, ui_->findBar,
-          &FindBar::findPrevious);
+  const auto onKeys = [this](const char* keys, auto operation) {
+    connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, ui_->findBar,
+            operation);
+  };
+  onKeys("Ctrl+F", &FindBar::open);
+  onKeys("Ctrl+G", &FindBar::findNext);
+  onKeys("Ctrl+Shift+G", &FindBar::findPrevious);
   connect(ui_->listing, &PlainTextWidget::zoomRequested, ui_->listing,
           [this](int steps) { ui_->listing->zoomIn(steps); });
 }

@@ -47,6 +47,7 @@ void OutlineAdapter::resetKeepingPlace() {
 
   model_.reset();
 
+  spanGroups();
   for (const Group& group : groups) {
     const QModelIndex index = model_.indexOf(group.item);
     if (model_.rowCount() > 0 && index.isValid() && model_.rowCount(index) > 0)
@@ -58,6 +59,11 @@ void OutlineAdapter::resetKeepingPlace() {
     selection.select(model_.indexOf(item), QItemSelectionModel::Select | QItemSelectionModel::Rows);
   if (const QModelIndex index = model_.indexOf(top); index.isValid())
     widget_.scrollTo(index, QAbstractItemView::PositionAtTop);
+}
+
+void OutlineAdapter::spanGroups() {
+  for (int row = 0; row < model_.rowCount(); ++row)
+    if (model_.hasChildren(model_.index(row, 0))) widget_.setFirstColumnSpanned(row, {}, true);
 }
 
 void OutlineAdapter::revealLastGroup() {

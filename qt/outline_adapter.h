@@ -41,6 +41,8 @@ class OutlineAdapter final : public OutlineView {
   /// The rows that `parent` shows below itself, those of its expanded children included.
   std::ptrdiff_t shownRowsBelow(const QModelIndex& parent) const;
   void resetKeepingPlace();
+  /// The names of groups, which have no date and no version, take the whole row.
+  void spanGroups();
 
   OutlineWidget& widget_;
   OutlineModel model_;

@@ -50,6 +50,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const {
   QStyledItemDelegate::paint(painter, option, index);
   if (marked_.isEmpty()) return;
+  painter->save();
   QStyleOptionViewItem cell = option;
   initStyleOption(&cell, index);
   const QRect rect = textRect(cell);
@@ -57,9 +58,16 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   for (qsizetype at = 0; (at = shown.indexOf(marked_, at, Qt::CaseInsensitive)) >= 0; at += marked_.size()) {
     const int left = cell.fontMetrics.horizontalAdvance(shown.left(at));
     const int right = cell.fontMetrics.horizontalAdvance(shown.left(at + marked_.size()));
-    painter->fillRect(QRect(rect.left() + left, rect.top(), right - left, rect.height()),
-                      matchMarkColor(cell.palette));
+    const QRect match(rect.left() + left, rect.top(), right - left, rect.height());
+    if (cell.state.testFlag(QStyle::State_Selected)) {
+      // The tint is the selection's own colour: a frame stands out from it.
+      painter->setPen(cell.palette.color(QPalette::HighlightedText));
+      painter->drawRect(match.adjusted(-1, 1, 0, -2));
+    } else {
+      painter->fillRect(match, matchMarkColor(cell.palette));
+    }
   }
+  painter->restore();
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

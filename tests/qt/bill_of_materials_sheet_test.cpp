@@ -136,6 +136,17 @@ TEST_F(BillOfMaterialsSheet, FindsText) {
   EXPECT_NE(sheet(), nullptr) << "Escape closes the search first";
 }
 
+TEST_F(BillOfMaterialsSheet, OpensTheSearchByItsKeys) {
+  click("showBillOfMaterials");
+  sheet()->activateWindow();
+  QApplication::processEvents();
+  auto* text = sheet()->findChild<qt::PlainTextWidget*>(QStringLiteral("listing"));
+  auto* wanted = sheet()->findChild<QLineEdit*>(QStringLiteral("text"));
+  QTest::keyClick(text, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_TRUE(wanted->isVisible());
+  EXPECT_TRUE(wanted->hasFocus());
+}
+
 TEST_F(BillOfMaterialsSheet, LeavesNothingBehindHoweverOftenItIsOpened) {
   table().selectRow(0);
   const auto openAndClose = [this] {
