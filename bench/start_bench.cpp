@@ -1,0 +1,107 @@
+// From the start of the process to the first painted window, with 1,000 entries and 500 receipts, beside the
+// same window with nothing in it, on the display that there is; in memory where there is none.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/application.h"
+#include "sample/volume.h"
+
+namespace {
+
+constexpr const char* untilPaintedVariable = "PELMARIX_BENCH_UNTIL_PAINTED";
+
+/// Ends the process when the main window has been painted and what was painted was handed to the display.
+class EndAtFirstPaint final : public QObject {
+ public:
+  using QObject::QObject;
+
+ private:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint && qobject_cast<QMainWindow*>(watched) != nullptr)
+      QMetaObject::invokeMethod(
+          this, [] { std::_Exit(0); }, Qt::QueuedConnection);
+    return QObject::eventFilter(watched, event);
+  }
+};
+
+void watchForFirstPaint() {
+  if (qEnvironmentVariableIsSet(untilPaintedVariable)) qApp->installEventFilter(new EndAtFirstPaint(qApp));
+}
+Q_COREAPP_STARTUP_FUNCTION(watchForFirstPaint)
+
+/// A folder with both volumes and with settings that keep the program from asking for updates.
+class Stage {
+ public:
+  Stage() {
+    const std::string config = path("config/pelmarix");
+    std::filesystem::create_directories(config);
+    std::ofstream(config + "/pelmarix.ini") << "[General]\nnoUpdateCheck=true\n";
+    pelmarix::sample::makeVolume(path("full"), {.entries = 1000, .receipts = 500});
+    pelmarix::sample::makeVolume(path("empty"), {.entries = 0, .receipts = 0});
+  }
+
+  /// The program's own time on a volume.
+  double secondsToFirstPaint(const char* volume) const {
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(untilPaintedVariable), QStringLiteral("1"));
+    environment.insert(QStringLiteral("PELMARIX_VOLUME"), QString::fromStdString(path(volume)));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QString::fromStdString(path("config")));
+    if (!environment.contains(QStringLiteral("DISPLAY")))
+      environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    program.setProcessEnvironment(environment);
+    const auto begin = std::chrono::steady_clock::now();
+    program.start(QCoreApplication::applicationFilePath(), QStringList());
+    program.waitForFinished();
+    const auto end = std::chrono::steady_clock::now();
+    if (program.exitStatus() != QProcess::NormalExit || program.exitCode() != 0) std::abort();
+    return std::chrono::duration<double>(end - begin).count();
+  }
+
+ private:
+  std::string path(const char* name) const { return folder_.filePath(QLatin1String(name)).toStdString(); }
+
+  QTemporaryDir folder_;
+};
+
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+/// Both in turn, so that whatever else the machine does meets both alike.
+void firstWindowBesideEmptyOne(benchmark::State& state) {
+  const Stage stage;
+  std::vector<double> full;
+  std::vector<double> empty;
+  for (auto _ : state) {
+    full.push_back(stage.secondsToFirstPaint("full"));
+    empty.push_back(stage.secondsToFirstPaint("empty"));
+  }
+  state.counters["full_ms"] = median(full) * 1e3;
+  state.counters["empty_ms"] = median(empty) * 1e3;
+  state.counters["ratio"] = median(full) / median(empty);
+}
+BENCHMARK(firstWindowBesideEmptyOne)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsSet(untilPaintedVariable)) return pelmarix::applicationMain(argc, argv);
+  const QCoreApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
