@@ -19,6 +19,11 @@ OutlineAdapter::OutlineAdapter(OutlineWidget& widget, const std::vector<ColumnTe
 
 OutlineAdapter::~OutlineAdapter() { widget_.setModel(nullptr); }
 
+void OutlineAdapter::setDataSource(OutlineViewDataSource* dataSource) {
+  model_.setDataSource(dataSource);
+  spanGroups();
+}
+
 View* OutlineAdapter::makeViewWithIdentifier(const std::string& identifier) {
   return cells_.makeView(identifier);
 }

@@ -19,7 +19,7 @@ class OutlineAdapter final : public OutlineView {
                  const std::vector<std::string>& cellIdentifiers);
   ~OutlineAdapter() override;
 
-  void setDataSource(OutlineViewDataSource* dataSource) { model_.setDataSource(dataSource); }
+  void setDataSource(OutlineViewDataSource* dataSource);
   void setDelegate(OutlineViewDelegate* delegate) { model_.setDelegate(delegate); }
   /// Called for each double click, while clickedRow() tells where.
   void setDoubleAction(std::function<void()> action) { doubleAction_ = std::move(action); }

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QHelpEvent>
 #include <QPainter>
+#include <QTextLayout>
 #include <QToolTip>
 
 #include "qt/match_mark.h"
@@ -48,26 +49,56 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInde
 
 void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const {
-  QStyledItemDelegate::paint(painter, option, index);
-  if (marked_.isEmpty()) return;
-  painter->save();
   QStyleOptionViewItem cell = option;
   initStyleOption(&cell, index);
-  const QRect rect = textRect(cell);
-  const QString shown = cell.fontMetrics.elidedText(cell.text, cell.textElideMode, rect.width());
-  for (qsizetype at = 0; (at = shown.indexOf(marked_, at, Qt::CaseInsensitive)) >= 0; at += marked_.size()) {
-    const int left = cell.fontMetrics.horizontalAdvance(shown.left(at));
-    const int right = cell.fontMetrics.horizontalAdvance(shown.left(at + marked_.size()));
-    const QRect match(rect.left() + left, rect.top(), right - left, rect.height());
-    if (cell.state.testFlag(QStyle::State_Selected)) {
-      // The tint is the selection's own colour: a frame stands out from it.
-      painter->setPen(cell.palette.color(QPalette::HighlightedText));
-      painter->drawRect(match.adjusted(-1, 1, 0, -2));
-    } else {
-      painter->fillRect(match, matchMarkColor(cell.palette));
-    }
-  }
+  const QStyle* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
+  style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
+  painter->save();
+  painter->setClipRect(cell.rect, Qt::IntersectClip);
+  paintText(*painter, cell, textRect(cell));
   painter->restore();
+  if (cell.state.testFlag(QStyle::State_HasFocus)) {
+    QStyleOptionFocusRect focus;
+    focus.QStyleOption::operator=(cell);
+    focus.state |= QStyle::State_KeyboardFocusChange | QStyle::State_Item;
+    style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, cell.widget);
+  }
+}
+
+// Not left to the style, so that the marks of matches lie behind the letters.
+void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell, const QRect& rect) const {
+  QTextLayout layout(cell.text, cell.font);
+  const auto layOut = [&layout] {
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    return line;
+  };
+  QTextLine line = layOut();
+  if (!line.isValid()) return;
+  if (line.naturalTextWidth() > rect.width()) {
+    layout.setText(cell.fontMetrics.elidedText(cell.text, cell.textElideMode, rect.width()));
+    line = layOut();
+    if (!line.isValid()) return;
+  }
+  const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
+  const QPalette::ColorGroup group =
+      cell.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+  painter.setPen(cell.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
+  const QPointF place(rect.left(), rect.top() + (rect.height() - line.height()) / 2);
+  for (qsizetype at = 0;
+       !marked_.isEmpty() && (at = layout.text().indexOf(marked_, at, Qt::CaseInsensitive)) >= 0;
+       at += marked_.size()) {
+    const qreal left = line.cursorToX(static_cast<int>(at));
+    const qreal right = line.cursorToX(static_cast<int>(at + marked_.size()));
+    const QRectF match(place.x() + left, place.y(), right - left, line.height() - 1);
+    // In a selected row the tint would be the row's own colour: a frame stands out from it.
+    if (isSelected)
+      painter.drawRect(match);
+    else
+      painter.fillRect(match, matchMarkColor(cell.palette));
+  }
+  layout.draw(&painter, place);
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

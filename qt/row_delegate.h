@@ -30,6 +30,8 @@ class RowDelegate final : public QStyledItemDelegate {
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
  private:
+  void paintText(QPainter& painter, const QStyleOptionViewItem& cell, const QRect& rect) const;
+
   QString marked_;
 };
 
