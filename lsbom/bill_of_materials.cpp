@@ -18,16 +18,15 @@ namespace {
 
 // About eight thousand paths, where leaves are full: less is not worth a thread.
 constexpr std::size_t leavesAtOnce = 16;
+constexpr std::size_t pathsAtOnce = 8192;
 
 }  // namespace
 
 // Finds paths by their ids.
 class BillOfMaterials::Ids {
  public:
-  // Gives the index of a path whose id another path has as well, or none.
-  std::uint32_t fill(std::span<const Path> paths) {
-    std::uint32_t largest = 0;
-    for (const Path& path : paths) largest = std::max(largest, path.id);
+  // Takes the largest id of the paths. Gives the index of a path whose id another path has as well, or none.
+  std::uint32_t fill(std::span<const Path> paths, std::uint32_t largest) {
     return largest / 8 <= paths.size() ? fillTable(paths, largest) : fillKeys(paths);
   }
 
@@ -68,15 +67,12 @@ class BillOfMaterials::Reader {
     Leaves leaves;
     if (const Failure failure = readTree(store_, leaves)) return failure;
     if (const Failure failure = readPaths(leaves)) return failure;
-    const auto precedes = [this](const Path& left, const Path& right) {
-      if (left.parent != right.parent) return left.parent < right.parent;
-      const int order = nameOf(left).compare(nameOf(right));
-      return order < 0 || (order == 0 && left.id < right.id);
-    };
-    // The usual writer sorts so; others need not.
-    if (!std::is_sorted(paths_.begin(), paths_.end(), precedes))
-      std::sort(paths_.begin(), paths_.end(), precedes);
-    if (const Failure failure = findChildren()) return failure;
+    const Survey all = survey();
+    if (!all.sorted) {
+      std::sort(paths_.begin(), paths_.end(),
+                [this](const Path& left, const Path& right) { return precedes(left, right); });
+    }
+    if (const Failure failure = findChildren(all.largestId)) return failure;
     return arrange();
   }
 
@@ -153,14 +149,43 @@ class BillOfMaterials::Reader {
     return {};
   }
 
+  bool precedes(const Path& left, const Path& right) const {
+    if (left.parent != right.parent) return left.parent < right.parent;
+    const int order = nameOf(left).compare(nameOf(right));
+    return order < 0 || (order == 0 && left.id < right.id);
+  }
+
+  // What one look at all paths tells.
+  struct Survey {
+    bool sorted = true;  // as the usual writer sorts; others need not
+    std::uint32_t largestId = 0;
+  };
+
+  Survey survey() const {
+    std::vector<Survey> parts((paths_.size() + pathsAtOnce - 1) / pathsAtOnce);
+    inParallel(parts.size(), [&](std::size_t part) {
+      const std::size_t end = std::min(paths_.size(), (part + 1) * pathsAtOnce);
+      for (std::size_t i = part * pathsAtOnce; i < end; ++i) {
+        parts[part].largestId = std::max(parts[part].largestId, paths_[i].id);
+        if (i > 0 && precedes(paths_[i], paths_[i - 1])) parts[part].sorted = false;
+      }
+    });
+    Survey all;
+    for (const Survey& part : parts) {
+      all.sorted = all.sorted && part.sorted;
+      all.largestId = std::max(all.largestId, part.largestId);
+    }
+    return all;
+  }
+
   // The paths are sorted by now, so children of one parent stand next to each other.
   bool isFirstChild(std::size_t index) const {
     return index == 0 || paths_[index].parent != paths_[index - 1].parent;
   }
 
-  Failure findChildren() {
+  Failure findChildren(std::uint32_t largestId) {
     Ids ids;
-    if (const std::uint32_t twice = ids.fill(paths_); twice != none)
+    if (const std::uint32_t twice = ids.fill(paths_, largestId); twice != none)
       return {Fault::idTwice, paths_[twice].name};
     firstChild_.assign(paths_.size(), none);
     for (std::uint32_t i = 0; i < paths_.size(); ++i) {
@@ -181,18 +206,28 @@ class BillOfMaterials::Reader {
     };
     std::vector<Place>& places = bill_.places_;
     places.reserve(paths_.size());
-    std::vector<Next> stack;
-    if (!paths_.empty() && paths_.front().parent == 0) stack.push_back({0, 0, none, 0});
-    while (!stack.empty()) {
-      const auto [index, depth, parent, lengthAbove] = stack.back();
-      stack.pop_back();
-      const std::size_t length = lengthAbove + paths_[index].nameLength;
+    std::vector<Next> stack;  // what comes behind the children of the folders above
+    Next next{0, 0, none, 0};
+    bool more = !paths_.empty() && paths_.front().parent == 0;
+    while (more) {
+      const std::uint32_t index = next.path;
+      const std::size_t length = next.lengthAbove + paths_[index].nameLength;
       if (length > longestPath) return {Fault::pathTooLong, paths_[index].name};
       const auto place = static_cast<std::uint32_t>(places.size());
-      places.push_back({index, depth, parent});
-      if (index + 1 < paths_.size() && !isFirstChild(index + 1))
-        stack.push_back({index + 1, depth, parent, lengthAbove});
-      if (firstChild_[index] != none) stack.push_back({firstChild_[index], depth + 1, place, length + 1});
+      places.push_back({index, next.depth, next.parent});
+
+      const bool hasSibling = index + 1 < paths_.size() && !isFirstChild(index + 1);
+      ++next.path;
+      if (firstChild_[index] != none) {
+        if (hasSibling) stack.push_back(next);
+        next = {firstChild_[index], next.depth + 1, place, length + 1};
+      } else if (!hasSibling) {
+        more = !stack.empty();
+        if (more) {
+          next = stack.back();
+          stack.pop_back();
+        }
+      }
     }
     return places.size() < paths_.size() ? parentCycle() : Failure{};
   }
