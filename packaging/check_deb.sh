@@ -5,8 +5,11 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . packaging/clean_root.sh
 
-cmake --preset package >build/configure.log || { cat build/configure.log >&2; exit 1; }
-cmake --build build/package --target package >build/package.log 2>&1 || { cat build/package.log >&2; exit 1; }
+rm -f build/package/*.deb
+if ! { cmake --preset package && cmake --build build/package --target package; } >"$scratch/build.log" 2>&1; then
+  cat "$scratch/build.log" >&2
+  exit 1
+fi
 package=$(ls build/package/pelmarix_*.deb)
 id=$(sed -n 's/^PELMARIX_BUNDLE_IDENTIFIER:STRING=//p' build/package/CMakeCache.txt)
 
