@@ -35,9 +35,10 @@ retry() {
 make_clean_root() {
   # shellcheck disable=SC2016  # apt-get fills these in
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
-    grep ' bookworm' | sort --unique >"$scratch/sources"
-  mmdebstrap --quiet --mode=root --variant=apt --format=directory bookworm "$root" "$scratch/sources" 2>"$scratch/mmdebstrap.log" ||
-    { cat "$scratch/mmdebstrap.log" >&2; return 1; }
+    grep ' bookworm' | sort --unique >"$scratch/sources.list"
+  apt-config dump | grep '^Acquire::' >"$scratch/acquire.conf"
+  mmdebstrap --mode=root --variant=apt --format=directory --skip=cleanup/apt/lists bookworm "$root" "$scratch/sources.list" \
+    >"$scratch/log" 2>&1 || { cat "$scratch/log" >&2; return 1; }
   build/package/sample/pelmarix-sample "$volume"
   mkdir -p "$root$scratch/shared" "$scratch/shared/home"
   chmod -R a+rX "$scratch"
@@ -67,20 +68,22 @@ in_root() {
     HOME="$scratch/shared/home" DISPLAY="${DISPLAY:-}" PELMARIX_VOLUME="$volume" "$@"
 }
 
+# The clean system's apt-get, run from outside, where the network and its names are known.
+apt_of_root() {
+  DEBIAN_FRONTEND=noninteractive APT_CONFIG="$scratch/acquire.conf" apt-get -o Dir="$root" -o Dir::State::status="$root/var/lib/dpkg/status" \
+    -o DPkg::Chroot-Directory="$root" -o APT::Sandbox::User=root --quiet --yes "$@" >"$scratch/log" 2>&1 ||
+    { cat "$scratch/log" >&2; return 1; }
+}
+
 # Only what the package must have: what it recommends, it must do without.
 install_package() {
   cp "$1" "$root/pelmarix.deb"
-  DEBIAN_FRONTEND=noninteractive chroot "$root" \
-    apt-get install --quiet --quiet --yes --no-install-recommends /pelmarix.deb >"$scratch/install.log" 2>&1 ||
-    { cat "$scratch/install.log" >&2; return 1; }
+  apt_of_root install --no-install-recommends "$root/pelmarix.deb"
   rm "$root/pelmarix.deb"
 }
 
 # The package, and what came with it.
-remove_package() {
-  DEBIAN_FRONTEND=noninteractive chroot "$root" apt-get purge --quiet --quiet --yes --autoremove pelmarix >"$scratch/remove.log" 2>&1 ||
-    { cat "$scratch/remove.log" >&2; return 1; }
-}
+remove_package() { apt_of_root purge --autoremove pelmarix; }
 
 # Every file of the clean system but the notes and caches of dpkg and apt, and what isn't its own.
 list_files() {
