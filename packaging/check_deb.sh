@@ -39,7 +39,8 @@ program=$!
 title() { xdotool search --onlyvisible --name '^Pelmarix – currently running macOS Version ' getwindowname; }
 retry 300 title || { cat "$scratch/output" >&2; echo "The program shows no window" >&2; exit 1; }
 title
-xdotool search --onlyvisible --name '^Pelmarix ' windowactivate --sync key --clearmodifiers ctrl+q
+retry 100 sh -c 'xdotool getactivewindow getwindowname | grep ^Pelmarix'
+xdotool key --clearmodifiers ctrl+q
 wait "$program"
 if [ -s "$scratch/output" ]; then
   cat "$scratch/output" >&2

@@ -8,13 +8,13 @@ scratch=$(mktemp -d)
 root=$scratch/root
 volume=$scratch/shared/volume  # the same path outside and inside
 children=()
+mounts=()
 
 finish() {
-  local child
+  local child mount
   for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
   wait
-  mountpoint --quiet "$root$scratch/shared" && umount "$root$scratch/shared"
-  mountpoint --quiet "$root/proc" && umount "$root/proc"
+  for mount in "${mounts[@]}"; do umount "$mount"; done
   rm -rf --one-file-system "$scratch"
 }
 trap finish EXIT
@@ -31,20 +31,29 @@ retry() {
   done
 }
 
+# Makes a folder, or a file, visible in the clean system, under its own path.
+show_inside() {
+  if [ -d "$1" ]; then mkdir -p "$root$1"; else mkdir -p "$root$(dirname "$1")" && touch "$root$1"; fi
+  mount --bind "$1" "$root$1"
+  mounts+=("$root$1")
+}
+
 # A system with apt and no more, from where this machine has its own Debian packages; the sample volume in it.
 make_clean_root() {
   # shellcheck disable=SC2016  # apt-get fills these in
-  apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
-    grep ' bookworm' | sort --unique >"$scratch/sources.list"
+  apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
+    grep --extended-regexp ' bookworm(-security|-updates)? main$' | sort --unique >"$scratch/sources.list"
   apt-config dump | grep '^Acquire::' >"$scratch/acquire.conf"
   mmdebstrap --mode=root --variant=apt --format=directory --skip=cleanup/apt/lists bookworm "$root" "$scratch/sources.list" \
     >"$scratch/log" 2>&1 || { cat "$scratch/log" >&2; return 1; }
   build/package/sample/pelmarix-sample "$volume"
-  mkdir -p "$root$scratch/shared" "$scratch/shared/home"
-  chmod -R a+rX "$scratch"
-  chown nobody "$scratch/shared/home"
-  mount --bind "$scratch/shared" "$root$scratch/shared"
+  mkdir -p "$root$scratch" "$scratch/shared/home/run"
+  chmod -R a+rX "$scratch/shared"
+  chown -R nobody "$scratch/shared/home"
+  chmod 700 "$scratch/shared/home/run"
+  show_inside "$scratch/shared"
   mount -t proc proc "$root/proc"
+  mounts+=("$root/proc")
 }
 
 # A virtual display with a window manager, of this machine, that programs in the clean system reach.
@@ -54,10 +63,8 @@ start_display() {
   retry 100 test -s "$scratch/display" || { cat "$scratch/xvfb.log" >&2; return 1; }
   DISPLAY=:$(cat "$scratch/display")
   export DISPLAY
-  mkdir -p "$root/tmp/.X11-unix"
-  touch "$root/tmp/.X11-unix/X${DISPLAY#:}"
-  mount --bind "/tmp/.X11-unix/X${DISPLAY#:}" "$root/tmp/.X11-unix/X${DISPLAY#:}"
-  openbox --sm-disable 2>/dev/null &
+  show_inside "/tmp/.X11-unix/X${DISPLAY#:}"
+  openbox --sm-disable >"$scratch/openbox.log" 2>&1 &
   children+=($!)
   retry 100 xdotool get_num_desktops
 }
@@ -65,7 +72,7 @@ start_display() {
 # Runs a command in the clean system as a user without rights, looking at the sample.
 in_root() {
   chroot --userspec=nobody:nogroup "$root" env --ignore-environment PATH=/usr/bin:/bin LANG=C.UTF-8 \
-    HOME="$scratch/shared/home" DISPLAY="${DISPLAY:-}" PELMARIX_VOLUME="$volume" "$@"
+    HOME="$scratch/shared/home" XDG_RUNTIME_DIR="$scratch/shared/home/run" DISPLAY="${DISPLAY:-}" PELMARIX_VOLUME="$volume" "$@"
 }
 
 # The clean system's apt-get, run from outside, where the network and its names are known.
