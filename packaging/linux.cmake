@@ -68,6 +68,7 @@ The package also has lsbom, a command that lists bills of materials.")
 # The libraries follow from the binaries. Qt loads the rest at run time: libqt6gui6 has the plugin for X11 and
 # libqt6network6 the one for TLS, and what isn't everybody's comes from these.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS hicolor-icon-theme)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "at-spi2-core, ca-certificates, qt6-wayland, xdg-utils")
 configure_file(prepare_files.cmake.in prepare_files.cmake @ONLY)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_BINARY_DIR}/prepare_files.cmake)

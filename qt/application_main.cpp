@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <cstdlib>
 
 #include "app/app_delegate.h"
@@ -24,7 +25,9 @@ QWidget* windowForAlerts(QWidget& mainWindow) {
 int applicationMain(int argc, char** argv) {
   QApplication qtApplication(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Pelmarix"));
-  QApplication::setDesktopFileName(QStringLiteral("pelmarix"));
+  // Desktops find the program's entry by this name, and its icon: where it isn't installed, it has none.
+  QApplication::setDesktopFileName(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER)));
   // The program ends by Application::terminate: an alert before the main window must not be taken for the
   // last window.
   QApplication::setQuitOnLastWindowClosed(false);
