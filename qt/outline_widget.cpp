@@ -53,6 +53,13 @@ QModelIndex OutlineWidget::shownRowAfter(const QModelIndex& row) const {
   return !row.isValid() || isExpanded(row) ? rowAfter(row) : rowPast(row);
 }
 
+QModelIndex OutlineWidget::shownRow(const QModelIndex& row) const {
+  QModelIndex shown = row;
+  for (QModelIndex group = row.parent(); group.isValid(); group = group.parent())
+    if (!isExpanded(group)) shown = group;
+  return shown;
+}
+
 void OutlineWidget::keyPressEvent(QKeyEvent* event) {
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const QModelIndex current = currentIndex().siblingAtColumn(0);

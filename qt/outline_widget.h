@@ -25,6 +25,7 @@ class OutlineWidget final : public RowsView<QTreeView> {
   QModelIndex rowAfter(const QModelIndex& row) const override;
   QModelIndex rowBefore(const QModelIndex& row) const override;
   QModelIndex shownRowAfter(const QModelIndex& row) const override;
+  QModelIndex shownRow(const QModelIndex& row) const override;
   void fitColumns() override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;

@@ -72,7 +72,7 @@ class RowsView : public View, public Searchable {
       return QStringView(name).trimmed().startsWith(typed_, Qt::CaseInsensitive);
     };
     const bool isFirst = typed_ == typed;
-    const QModelIndex match = firstRow(this->currentIndex().siblingAtColumn(0),
+    const QModelIndex match = firstRow(shownRow(this->currentIndex().siblingAtColumn(0)),
                                        isFirst ? SearchStart::pastSelection : SearchStart::atSelection,
                                        matches, [&](const QModelIndex& row) { return shownRowAfter(row); });
     if (match.isValid()) selectAlone(match);
@@ -84,8 +84,10 @@ class RowsView : public View, public Searchable {
   /// for the place before the first and after the last.
   virtual QModelIndex rowAfter(const QModelIndex& row) const = 0;
   virtual QModelIndex rowBefore(const QModelIndex& row) const = 0;
-  /// As rowAfter, without those in collapsed groups.
+  /// As rowAfter, from a row that is shown and without those in collapsed groups.
   virtual QModelIndex shownRowAfter(const QModelIndex& row) const = 0;
+  /// The row itself, or the collapsed group that hides it.
+  virtual QModelIndex shownRow(const QModelIndex& row) const = 0;
   /// Gives the columns the widths that their usual content needs.
   virtual void fitColumns() = 0;
 

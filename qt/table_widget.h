@@ -25,6 +25,7 @@ class TableWidget final : public RowsView<QTableView> {
   QModelIndex rowAfter(const QModelIndex& row) const override;
   QModelIndex rowBefore(const QModelIndex& row) const override;
   QModelIndex shownRowAfter(const QModelIndex& row) const override { return rowAfter(row); }
+  QModelIndex shownRow(const QModelIndex& row) const override { return row; }
   void fitColumns() override;
   void keyPressEvent(QKeyEvent* event) override;
 };

@@ -150,6 +150,23 @@ TEST_F(OutlineAdapter, RevealsTheLastGroup) {
   EXPECT_FALSE(widget.selectionModel()->hasSelection());
 }
 
+TEST_F(OutlineAdapter, GoesToTheRowWhoseNameIsTypedFromAnEntryThatACollapsedGroupHides) {
+  outline.expandItem(mojave.get());
+  widget.setCurrentIndex(entry(0, 0));
+  outline.collapseItem(mojave.get());
+  QTest::keyClicks(&widget, QStringLiteral("ca"));
+  EXPECT_EQ(widget.currentIndex(), group(2));
+}
+
+TEST_F(OutlineAdapter, StaysWhereItIsWhenOnlyHiddenEntriesBeginWithWhatIsTyped) {
+  outline.expandItem(mojave.get());
+  widget.setCurrentIndex(entry(0, 0));
+  outline.collapseItem(mojave.get());
+  QTest::keyClicks(&widget, QStringLiteral("rosetta 2"));
+  EXPECT_EQ(widget.currentIndex(), entry(0, 0));
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+}
+
 TEST_F(OutlineAdapter, HasNothingToRevealWhenItIsEmpty) {
   tree.groups.clear();
   reload();
