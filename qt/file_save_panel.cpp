@@ -3,7 +3,6 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <utility>
 
 #include "qt/text_conversion.h"
@@ -11,11 +10,10 @@
 namespace pelmarix::qt {
 namespace {
 
-/// Qt's dialog keeps its own settings in a file, and this program writes nothing but its user defaults. What
-/// the dialog writes ends with the process.
+/// Qt's dialog keeps its own settings in a file, and this program writes nothing but its user defaults. Below
+/// what is no folder no file can be made, so that none is left however the program ends.
 void discardSettingsOfDialogs() {
-  static const QTemporaryDir folder;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 }  // namespace

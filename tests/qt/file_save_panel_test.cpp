@@ -136,14 +136,19 @@ TEST_F(FileSavePanel, IsNotToldTheEndWhenTheProgramEndsFirst) {
   EXPECT_TRUE(weakPanel.expired());
 }
 
-TEST_F(FileSavePanel, LeavesNoFileInTheHomeFolder) {
+TEST_F(FileSavePanel, LeavesNoFileInTheHomeFolderNorAmongTheTemporaryOnes) {
+  const std::filesystem::path home = qEnvironmentVariable("HOME").toStdString();
+  const std::filesystem::path temporaryFiles = home / "temporary";
+  std::filesystem::create_directory(temporaryFiles);
+  qputenv("TMPDIR", QByteArray::fromStdString(temporaryFiles.native()));
   choose("report.text");
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  QStringList left;
-  const QString home = qEnvironmentVariable("HOME");
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(home.toStdString()))
-    left += QString::fromStdString(entry.path().native());
-  EXPECT_EQ(left.join(QLatin1Char('\n')).toStdString(), "");
+  std::vector<std::string> left;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home))
+    left.push_back(entry.path().native());
+  EXPECT_THAT(left, ElementsAre(temporaryFiles.native()));
+  qunsetenv("TMPDIR");
+  std::filesystem::remove(temporaryFiles);
 }
 
 }  // namespace
