@@ -16,8 +16,6 @@ QString toQString(std::string_view utf8) {
 
 std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }
 
-QString fileNameToQString(const std::string& bytes) { return QFile::decodeName(bytes.c_str()); }
-
 std::string toFileName(const QString& name) { return QFile::encodeName(name).toStdString(); }
 
 std::string composedForm(std::string_view utf8) {

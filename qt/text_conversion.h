@@ -14,9 +14,6 @@ QString toQString(std::string_view utf8);
 /// A lone surrogate becomes a question mark.
 std::string toUtf8(const QString& text);
 
-/// A file's name, whose bytes need not be UTF-8, as Qt shows and takes it.
-QString fileNameToQString(const std::string& bytes);
-
 /// The bytes of a file name that Qt gave.
 std::string toFileName(const QString& name);
 

@@ -27,11 +27,8 @@ class Volume {
   /// Where the Mac's absolute path leads on this machine, as bytes.
   std::string resolve(std::string_view macPath) const { return root_ + std::string(macPath); }
 
-  /// The folder without a slash at its end; empty for the machine's own "/".
-  const std::string& root() const { return root_; }
-
  private:
-  std::string root_;
+  std::string root_;  ///< without a slash at its end; empty for the machine's own "/"
 };
 
 }  // namespace pelmarix::qt
