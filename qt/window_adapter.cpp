@@ -31,6 +31,10 @@ WindowAdapter::WindowAdapter(WindowWidget& widget)
   widget_.setShouldClose([this] { return delegate_ == nullptr || delegate_->windowShouldClose(*this); });
 }
 
-void WindowAdapter::setTitle(const std::string& title) { widget_.setWindowTitle(toQString(title)); }
+void WindowAdapter::setTitle(const std::string& title) {
+  // Qt keeps "[*]" for the mark of an unsaved document; twice it stands for itself.
+  const QLatin1String mark("[*]");
+  widget_.setWindowTitle(toQString(title).replace(mark, QLatin1String("[*][*]")));
+}
 
 }  // namespace pelmarix::qt
