@@ -216,7 +216,7 @@ TEST_F(MainInterface, EndsByItsMenuToo) {
   EXPECT_THAT(application.terminatedBy, SizeIs(2));
 }
 
-TEST_F(MainInterface, EndsWhileASheetOrAnAlertIsUp) {
+TEST_F(MainInterface, EndsWhileASheetIsUp) {
   show();
   click("showBillOfMaterials");
   ASSERT_NE(sheet(), nullptr);

@@ -136,9 +136,7 @@ class PlainSavePanel final : public SavePanel {
  public:
   void setCanCreateDirectories(bool canCreate) override { canCreateDirectories = canCreate; }
   void setAllowedFileTypes(const std::vector<std::string>& types) override { allowedFileTypes = types; }
-  void beginWithCompletionHandler(std::function<void(int)> handler) override {
-    completionHandler = std::move(handler);
-  }
+  void beginWithCompletionHandler(std::function<void(int)> handler) override { completionHandler = handler; }
   std::optional<std::string> path() const override { return chosenPath; }
 
   bool canCreateDirectories = false;
@@ -151,13 +149,12 @@ class PlainSavePanel final : public SavePanel {
 class MainWindow : public testing::Test {
  protected:
   MainWindow() {
-    services.services.application = &application;
-    services.services.fileManager = &fileManager;
-    services.services.processInfo = &processInfo;
-    services.services.currentDate = [this] { return now; };
-    services.services.makeSavePanel = [this] {
-      return savePanels.emplace_back(std::make_shared<PlainSavePanel>());
-    };
+    Services& platform = services.services;
+    platform.application = &application;
+    platform.fileManager = &fileManager;
+    platform.processInfo = &processInfo;
+    platform.currentDate = [this] { return now; };
+    platform.makeSavePanel = [this] { return savePanels.emplace_back(std::make_shared<PlainSavePanel>()); };
     fileManager.files[installHistory] = test::installHistory({});
     controller.outputText = &reportView;
     controller.bsvOutlineView = &outline;

@@ -25,6 +25,12 @@ TEST(ViewController, StartsWithNothingInItAndNothingConnected) {
   EXPECT_THAT(controller.BoMTable, IsNull());
   EXPECT_THAT(controller.skipCheckbox, IsNull());
   EXPECT_THAT(controller.newestLastCheckbox, IsNull());
+  EXPECT_THAT(controller.outputScroller, IsNull());
+  EXPECT_THAT(controller.output2Scroller, IsNull());
+  EXPECT_THAT(controller.output2Text, IsNull());
+  EXPECT_THAT(controller.outputFoldClipView, IsNull());
+  EXPECT_THAT(controller.bsvTopView, IsNull());
+  EXPECT_THAT(controller.bomTopView, IsNull());
   EXPECT_FALSE(controller.representedObject().has_value());
 }
 
