@@ -21,8 +21,7 @@ class Alert {
   virtual void setMessageText(const std::string& text) = 0;
   virtual void setInformativeText(const std::string& text) = 0;
   virtual void setAlertStyle(AlertStyle style) = 0;
-  /// Adds a button to the right of nothing or before the others, as the toolkit lays them out; the first is
-  /// the default.
+  /// Adds a button after those that are there; the first is the default.
   virtual void addButtonWithTitle(const std::string& title) = 0;
   /// Blocks until the user has dismissed the alert. Returns alertFirstButtonReturn plus the position of the
   /// chosen button in the order of adding; an alert closed in another way, or by the end of the program,

@@ -4,6 +4,7 @@
 #include "platform/utf8.h"
 
 namespace pelmarix {
+
 std::string composed(std::string_view text) { return isAscii(text) ? std::string(text) : composedForm(text); }
 
 bool textEquals(std::string_view text, std::string_view other) {

@@ -10,6 +10,7 @@
 #include "qt/file_contents.h"
 
 namespace pelmarix::qt {
+
 std::unique_ptr<FolderWalk> FolderWalk::open(const std::string& path) {
   FileDescriptor top = openFile(AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
   if (!top) return nullptr;

@@ -32,8 +32,8 @@ class BoMItem final : public Object {
 
   const std::string name;  ///< the package's identifier
   const Date installDate;  ///< always finite
-  const std::string
-      path;  ///< absolute, of the receipt, without its extension; bytes as the file system has them
+  /// Absolute, of the receipt, without its extension; bytes as the file system has them.
+  const std::string path;
 
   // The same for every item.
   static inline const std::string theBomCmd = "/usr/bin/lsbom";

@@ -32,8 +32,8 @@ std::string ViewController::joinedLines(LineOrder order) const {
   const std::size_t size = std::transform_reduce(lines.begin(), lines.end(), reportLead.size(), std::plus<>(),
                                                  [](const std::string& line) { return line.size(); });
   std::string joined;
-  joined.reserve(
-      size);  // with room for the lead, so that a large report is not moved to another place for it
+  // With room for the lead, so that a large report is not moved to another place for it.
+  joined.reserve(size);
   if (order == LineOrder::firstToLast) {
     for (const std::string& line : lines) joined += line;
   } else {
