@@ -43,7 +43,7 @@ int applicationMain(int argc, char** argv) {
   services.application = &application;
   services.urlSession = &session;
   services.makeAlert = [&] {
-    return std::make_unique<qt::MessageAlert>(windowForAlerts(interface.window()),
+    return std::make_unique<qt::MessageAlert>(windowForAlerts(interface.window()), machine.mainQueue(),
                                               [&] { return application.isTerminating(); });
   };
   services.makeSavePanel = [&] { return std::make_shared<qt::FileSavePanel>(&interface.window()); };

@@ -33,8 +33,8 @@ void showPlainly(QMessageBox& box) {
 
 }  // namespace
 
-MessageAlert::MessageAlert(QWidget* parent, std::function<bool()> isTerminating)
-    : parent_(parent), isTerminating_(std::move(isTerminating)) {}
+MessageAlert::MessageAlert(QWidget* parent, MainQueue& mainQueue, std::function<bool()> isTerminating)
+    : parent_(parent), mainQueue_(mainQueue), isTerminating_(std::move(isTerminating)) {}
 
 int MessageAlert::runModal() {
   if (isTerminating_()) return alertFirstButtonReturn;
@@ -54,6 +54,7 @@ int MessageAlert::runModal() {
     box.setDefaultButton(buttons.front());
     box.setEscapeButton(buttons.front());
   }
+  const MainQueue::Pause pause(mainQueue_);
   box.exec();
   for (std::size_t i = 0; i < buttons.size(); ++i)
     if (box.clickedButton() == buttons[i]) return alertFirstButtonReturn + static_cast<int>(i);

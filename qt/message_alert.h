@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/alert.h"
+#include "qt/main_queue.h"
 
 class QWidget;
 
@@ -13,9 +14,10 @@ namespace pelmarix::qt {
 
 class MessageAlert final : public Alert {
  public:
-  /// `parent`, null for none, is the window that the alert belongs to. `isTerminating` tells that the program
-  /// is ending: then nothing is shown.
-  MessageAlert(QWidget* parent, std::function<bool()> isTerminating);
+  /// `parent`, null for none, is the window that the alert belongs to. `mainQueue` waits while the alert is
+  /// up, so that no answer of the network comes over it. `isTerminating` tells that the program is ending:
+  /// then nothing is shown.
+  MessageAlert(QWidget* parent, MainQueue& mainQueue, std::function<bool()> isTerminating);
 
   void setMessageText(const std::string& text) override { messageText_ = text; }
   void setInformativeText(const std::string& text) override { informativeText_ = text; }
@@ -25,6 +27,7 @@ class MessageAlert final : public Alert {
 
  private:
   QWidget* parent_;
+  MainQueue& mainQueue_;
   std::function<bool()> isTerminating_;
   std::string messageText_;
   std::string informativeText_;

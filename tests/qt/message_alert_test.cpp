@@ -31,7 +31,8 @@ class MessageAlert : public testing::Test {
   }
 
   bool isTerminating = false;
-  qt::MessageAlert alert{nullptr, [this] { return isTerminating; }};
+  qt::MainQueue mainQueue;
+  qt::MessageAlert alert{nullptr, mainQueue, [this] { return isTerminating; }};
 };
 
 TEST_F(MessageAlert, ShowsItsTextsStyleAndButtons) {
@@ -107,6 +108,21 @@ TEST_F(MessageAlert, PrintsTheMessageBold) {
     }
     box.close();
   });
+}
+
+TEST_F(MessageAlert, HoldsUpTheMainQueueUntilItIsDismissed) {
+  alert.addButtonWithTitle("OK");
+  bool ran = false;
+  run([&](QMessageBox& box) {
+    mainQueue.dispatcher()([&] { ran = true; });
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(ran);
+    box.buttons().front()->click();
+  });
+  EXPECT_FALSE(ran);
+  QCoreApplication::sendPostedEvents();
+  EXPECT_TRUE(ran);
 }
 
 TEST_F(MessageAlert, EndsWithTheEventLoop) {
