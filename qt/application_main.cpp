@@ -5,6 +5,7 @@
 #include "app/app_delegate.h"
 #include "platform/application.h"
 #include "qt/application_adapter.h"
+#include "qt/close_requests.h"
 #include "qt/file_save_panel.h"
 #include "qt/machine_services.h"
 #include "qt/main_interface.h"
@@ -49,6 +50,7 @@ int applicationMain(int argc, char** argv) {
   services.makeSavePanel = [&] { return std::make_shared<qt::FileSavePanel>(&interface.window()); };
   installServices(&services);
 
+  const qt::CloseRequests closeRequests(interface.window());
   interface.show();
   QMetaObject::invokeMethod(
       &qtApplication, [&] { delegate.applicationDidFinishLaunching(); }, Qt::QueuedConnection);

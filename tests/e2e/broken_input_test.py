@@ -139,7 +139,7 @@ class BrokenInput(WindowTestCase):
         self.assert_leaves_well(program)
 
     def test_alert_at_the_start_is_dismissed_with_the_keyboard(self):
-        for key in ("Return", "space", "Escape"):
+        for key in ("Return", "space", "Escape", "alt+F4"):
             with self.subTest(key):
                 program = self.start(self.volume)
                 program.keys(key, window=program.alert().window)
