@@ -90,7 +90,7 @@ void scanBesidePlainReading(benchmark::State& state) {
   const pelmarix::Services* const previous = pelmarix::installServices(&services);
   std::vector<double> plain;
   std::vector<double> scanned;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     BoM receipts;
     plain.push_back(secondsFor(readPlainly));
     scanned.push_back(secondsFor([&] { receipts.readBoMPLists(); }));

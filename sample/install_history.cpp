@@ -290,11 +290,17 @@ std::vector<Entry> seriesEntries(std::size_t count, Random& random) {
   const double begin = secondsAt(delivery) + 86400;
   const double step = (secondsAt(copy) - begin) / static_cast<double>(std::max<std::size_t>(count, 1));
   double together = begin;
+  std::vector<std::size_t> burst;
   for (std::size_t i = 0; i < count; ++i) {
-    // Data comes in bursts: what is found in one look for updates is installed in the same second.
-    if (i == 0 || random.below(3) == 0)
+    // Data comes in bursts: what is found in one look for updates is installed in the same second, each thing
+    // once.
+    std::size_t picked = pickSeries(together, random);
+    if (i == 0 || random.below(3) == 0 || std::find(burst.begin(), burst.end(), picked) != burst.end()) {
       together = begin + step * (static_cast<double>(i) + random.fraction());
-    const std::size_t picked = pickSeries(together, random);
+      burst.clear();
+      picked = pickSeries(together, random);
+    }
+    burst.push_back(picked);
     const Series& one = series[picked];
     const unsigned version = one.firstVersion + installed[picked]++;
     entries.push_back({.seconds = together,

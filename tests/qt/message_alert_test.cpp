@@ -53,12 +53,12 @@ TEST_F(MessageAlert, ShowsItsTextsStyleAndButtons) {
 
 TEST_F(MessageAlert, HasAnIconForEachStyle) {
   alert.addButtonWithTitle("OK");
-  for (const auto& [style, icon] : {std::pair{AlertStyle::warning, QMessageBox::Warning},
-                                    std::pair{AlertStyle::informational, QMessageBox::Information},
-                                    std::pair{AlertStyle::critical, QMessageBox::Critical}}) {
-    alert.setAlertStyle(style);
+  for (const auto& expected : {std::pair{AlertStyle::warning, QMessageBox::Warning},
+                               std::pair{AlertStyle::informational, QMessageBox::Information},
+                               std::pair{AlertStyle::critical, QMessageBox::Critical}}) {
+    alert.setAlertStyle(expected.first);
     run([&](QMessageBox& box) {
-      EXPECT_EQ(box.icon(), icon);
+      EXPECT_EQ(box.icon(), expected.second);
       box.close();
     });
   }
