@@ -1,6 +1,7 @@
 #include "qt/find_bar.h"
 
 #include <QKeyEvent>
+#include <QToolButton>
 
 #include "ui_find_bar.h"
 
@@ -8,6 +9,7 @@ namespace pelmarix::qt {
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FindBar>()) {
   ui_->setupUi(this);
+  if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
   hide();
   connect(ui_->text, &QLineEdit::textChanged, this,
           [this] { find(SearchStart::atSelection, SearchDirection::forward); });
