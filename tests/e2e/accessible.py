@@ -77,6 +77,9 @@ class Accessible:
     def toggle(self):
         self.do("Toggle")
 
+    def focus(self):
+        Atspi.Component.grab_focus(self.remote)
+
     @property
     def extents(self):
         """Left, top, width and height on the screen, in pixels."""
