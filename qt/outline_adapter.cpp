@@ -24,13 +24,20 @@ void OutlineAdapter::setDataSource(OutlineViewDataSource* dataSource) {
   spanGroups();
 }
 
+void OutlineAdapter::setDelegate(OutlineViewDelegate* delegate) {
+  model_.setDelegate(delegate);
+  spanGroups();
+}
+
 View* OutlineAdapter::makeViewWithIdentifier(const std::string& identifier) {
   return cells_.makeView(identifier);
 }
 
 void OutlineAdapter::reloadItemReloadChildren(Object* /*item*/, bool /*reloadChildren*/) {
+  // Nothing is told of the same rows' cells: the view would look for each of 100,000 rows that it doesn't
+  // show.
   if (model_.isUpToDate())
-    model_.refreshCells();
+    widget_.viewport()->update();
   else
     resetKeepingPlace();
 }

@@ -20,7 +20,7 @@ class OutlineAdapter final : public OutlineView {
   ~OutlineAdapter() override;
 
   void setDataSource(OutlineViewDataSource* dataSource);
-  void setDelegate(OutlineViewDelegate* delegate) { model_.setDelegate(delegate); }
+  void setDelegate(OutlineViewDelegate* delegate);
   /// Called for each double click, while clickedRow() tells where.
   void setDoubleAction(std::function<void()> action) { doubleAction_ = std::move(action); }
 

@@ -16,7 +16,7 @@ void OutlineModel::setDataSource(OutlineViewDataSource* dataSource) {
 
 void OutlineModel::setDelegate(OutlineViewDelegate* delegate) {
   delegate_ = delegate;
-  refreshCells();
+  reset();
 }
 
 int OutlineModel::numberOfChildren(const Node& node) const {
@@ -53,16 +53,6 @@ bool OutlineModel::isUpToDate(const Node& node) const {
 }
 
 bool OutlineModel::isUpToDate() const { return isUpToDate(root_); }
-
-void OutlineModel::refreshCells(const Node& node) {
-  if (node.children.empty()) return;
-  const int lastColumn = columns_.count() - 1;
-  emit dataChanged(createIndex(0, 0, &node.children.front()),
-                   createIndex(node.children.back().row, lastColumn, &node.children.back()));
-  for (const Node& child : node.children) refreshCells(child);
-}
-
-void OutlineModel::refreshCells() { refreshCells(root_); }
 
 void OutlineModel::reset() {
   beginResetModel();

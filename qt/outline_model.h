@@ -12,7 +12,8 @@ namespace pelmarix::qt {
 
 /// Asks the outline's data source for items and its delegate for cells. The items below an item are asked for
 /// when a view first needs them and remembered until the next reload, each with its place, so that every
-/// answer takes the same time whatever the number of items.
+/// answer takes the same time whatever the number of items. Cells are not remembered: what a view draws is
+/// asked for as it draws it.
 class OutlineModel final : public QAbstractItemModel {
   Q_OBJECT
 
@@ -26,8 +27,6 @@ class OutlineModel final : public QAbstractItemModel {
 
   /// True when the data source still answers as it did, item for item, for all that was asked so far.
   bool isUpToDate() const;
-  /// The same rows, each asked anew for its cells.
-  void refreshCells();
   /// All rows are asked anew; every index that a view holds ends.
   void reset();
 
@@ -66,7 +65,6 @@ class OutlineModel final : public QAbstractItemModel {
   /// The node, once its children are there.
   Node& loaded(Node& node) const;
   bool isUpToDate(const Node& node) const;
-  void refreshCells(const Node& node);
   void appendLoadedGroups(const Node& node, QModelIndexList& groups) const;
   QString countText(const Node& node) const;
 

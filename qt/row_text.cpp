@@ -1,45 +1,51 @@
 #include "qt/row_text.h"
 
 #include <QMimeData>
-#include <QStringList>
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace pelmarix::qt {
 namespace {
 
-/// The row numbers from the root down to the row: rows compare as a view shows them.
-using Place = std::vector<int>;
-
-Place placeOf(QModelIndex index) {
-  Place place;
-  for (; index.isValid(); index = index.parent()) place.push_back(index.row());
-  std::reverse(place.begin(), place.end());
-  return place;
+int depthOf(QModelIndex index) {
+  int depth = 0;
+  for (; index.isValid(); index = index.parent()) ++depth;
+  return depth;
 }
 
-QString rowAsText(const QModelIndex& firstCell) {
-  QStringList texts;
-  const int columns = firstCell.model()->columnCount(firstCell.parent());
-  for (int column = 0; column < columns; ++column)
-    texts += firstCell.siblingAtColumn(column).data(Qt::DisplayRole).toString();
-  return texts.join(QLatin1Char('\t'));
+/// True when a view shows row `first` before `other`; an item stands before those below it.
+bool isBefore(QModelIndex first, QModelIndex other) {
+  if (first.parent() == other.parent()) return first.row() < other.row();
+  const int firstDepth = depthOf(first);
+  const int otherDepth = depthOf(other);
+  for (int depth = firstDepth; depth > otherDepth; --depth) first = first.parent();
+  for (int depth = otherDepth; depth > firstDepth; --depth) other = other.parent();
+  if (first == other) return firstDepth < otherDepth;
+  while (first.parent() != other.parent()) {
+    first = first.parent();
+    other = other.parent();
+  }
+  return first.row() < other.row();
 }
 
 }  // namespace
 
 QString rowsAsText(const QModelIndexList& indexes) {
-  std::vector<std::pair<Place, QModelIndex>> rows;
-  rows.reserve(static_cast<std::size_t>(indexes.size()));
-  for (const QModelIndex& index : indexes) rows.emplace_back(placeOf(index), index.siblingAtColumn(0));
-  const auto isBefore = [](const auto& row, const auto& other) { return row.first < other.first; };
-  const auto isSame = [](const auto& row, const auto& other) { return row.first == other.first; };
+  QModelIndexList rows;
+  rows.reserve(indexes.size());
+  for (const QModelIndex& index : indexes) rows += index.siblingAtColumn(0);
   std::sort(rows.begin(), rows.end(), isBefore);
-  rows.erase(std::unique(rows.begin(), rows.end(), isSame), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
 
   QString text;
-  for (const auto& [place, firstCell] : rows) text += rowAsText(firstCell) + QLatin1Char('\n');
+  for (const QModelIndex& row : std::as_const(rows)) {
+    const int columns = row.model()->columnCount(row.parent());
+    for (int column = 0; column < columns; ++column) {
+      if (column > 0) text += QLatin1Char('\t');
+      text += row.siblingAtColumn(column).data(Qt::DisplayRole).toString();
+    }
+    text += QLatin1Char('\n');
+  }
   return text;
 }
 
