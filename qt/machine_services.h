@@ -21,6 +21,7 @@ class MachineServices {
 
   /// Points into this object, whose owner adds what is missing and installs it.
   Services& services() { return services_; }
+  MainQueue& mainQueue() { return mainQueue_; }
 
  private:
   PropertyListBundle bundle_;

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QScopedValueRollback>
 #include <deque>
 #include <mutex>
 #include <utility>
@@ -48,14 +47,18 @@ std::function<void(std::function<void()>)> MainQueue::dispatcher() const {
 
 bool MainQueue::event(QEvent* event) {
   if (event->type() != QEvent::User) return QObject::event(event);
-  if (isBlockRunning_) return true;
-  if (const auto block = waiting_->next()) {
-    const QScopedValueRollback<bool> running(isBlockRunning_, true);
-    block();
-    // For the next block, whose event may have come while this one ran.
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+  // Whoever pauses the queue wakes it at the end.
+  if (pauses_ == 0) {
+    if (const auto block = waiting_->next()) {
+      const Pause pause(*this);
+      block();
+    }
   }
   return true;
+}
+
+void MainQueue::goOn() {
+  if (--pauses_ == 0) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
 }  // namespace pelmarix::qt

@@ -19,14 +19,28 @@ class MainQueue final : private QObject {
   /// To be called from any thread, also when the queue is gone; then the block is dropped.
   std::function<void(std::function<void()>)> dispatcher() const;
 
+  /// No block begins while this lives. For what is modal and must not be disturbed. Main thread only.
+  class Pause {
+   public:
+    explicit Pause(MainQueue& queue) : queue_(queue) { ++queue_.pauses_; }
+    ~Pause() { queue_.goOn(); }
+    Pause(const Pause&) = delete;
+    Pause& operator=(const Pause&) = delete;
+
+   private:
+    MainQueue& queue_;
+  };
+
  private:
   /// What the threads share; it outlives the queue as long as somebody may dispatch.
   struct Waiting;
 
   bool event(QEvent* event) override;
+  void goOn();
 
   std::shared_ptr<Waiting> waiting_;
-  bool isBlockRunning_ = false;
+  /// A running block counts as a pause.
+  int pauses_ = 0;
 };
 
 }  // namespace pelmarix::qt

@@ -57,10 +57,28 @@ TEST(MainQueue, LetsABlockFinishItsModalLoopBeforeTheNextBegins) {
     runEvents();  // what an alert's own event loop does
     order += "end ";
   });
-  queue.dispatcher()([&] { order += "next "; });
-  queue.dispatcher()([&] { order += "last"; });
+  queue.dispatcher()([&] { order += "next"; });
   runEvents();
-  EXPECT_EQ(order, "begin end next last");
+  EXPECT_EQ(order, "begin end next");
+}
+
+TEST(MainQueue, BeginsNoBlockDuringAPause) {
+  MainQueue queue;
+  std::string order;
+  {
+    const MainQueue::Pause outer(queue);
+    {
+      const MainQueue::Pause inner(queue);
+      queue.dispatcher()([&] { order += "a"; });
+      runEvents();
+    }
+    queue.dispatcher()([&] { order += "b"; });
+    runEvents();
+    EXPECT_EQ(order, "");
+  }
+  EXPECT_EQ(order, "");
+  runEvents();
+  EXPECT_EQ(order, "ab");
 }
 
 TEST(MainQueue, DropsBlocksWhenItGoesAndAfterwards) {
