@@ -1,6 +1,7 @@
 #include "qt/application_adapter.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include "platform/controls.h"
 #include "qt/text_conversion.h"
@@ -41,8 +42,7 @@ MenuItem* MenuAdapter::itemWithTitle(const std::string& title) {
 void ApplicationAdapter::terminate(Object* /*sender*/) {
   isTerminating_ = true;
   // Not quit(), which would ask the windows to close, and so ask for the end again.
-  QMetaObject::invokeMethod(
-      qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+  QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(0); });
 }
 
 }  // namespace pelmarix::qt
