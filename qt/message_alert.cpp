@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <utility>
 
@@ -38,27 +39,28 @@ MessageAlert::MessageAlert(QWidget* parent, MainQueue& mainQueue, std::function<
 
 int MessageAlert::runModal() {
   if (isTerminating_()) return alertFirstButtonReturn;
-  QMessageBox box(parent_);
-  box.setWindowTitle(QStringLiteral("Pelmarix"));
-  box.setIcon(iconOf(style_));
-  box.setText(toQString(messageText_));
-  box.setInformativeText(toQString(informativeText_));
-  showPlainly(box);
-  std::vector<QPushButton*> buttons;
-  for (const std::string& title : buttons_) {
+  // Not on the stack: a parent that goes while the box is up takes it along.
+  const QPointer<QMessageBox> box(new QMessageBox(parent_));
+  box->setWindowTitle(QStringLiteral("Pelmarix"));
+  box->setIcon(iconOf(style_));
+  box->setText(toQString(messageText_));
+  box->setInformativeText(toQString(informativeText_));
+  showPlainly(*box);
+  int answer = alertFirstButtonReturn;
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
     // All of one role: the box keeps their order.
-    const QString text = toQString(title).replace(QLatin1Char('&'), QLatin1String("&&"));
-    buttons.push_back(box.addButton(text, QMessageBox::ActionRole));
-  }
-  if (!buttons.empty()) {
-    box.setDefaultButton(buttons.front());
-    box.setEscapeButton(buttons.front());
+    const QString text = toQString(buttons_[i]).replace(QLatin1Char('&'), QLatin1String("&&"));
+    QPushButton* button = box->addButton(text, QMessageBox::ActionRole);
+    QObject::connect(button, &QPushButton::clicked,
+                     [&answer, i] { answer = alertFirstButtonReturn + static_cast<int>(i); });
+    if (i != 0) continue;
+    box->setDefaultButton(button);
+    box->setEscapeButton(button);
   }
   const MainQueue::Pause pause(mainQueue_);
-  box.exec();
-  for (std::size_t i = 0; i < buttons.size(); ++i)
-    if (box.clickedButton() == buttons[i]) return alertFirstButtonReturn + static_cast<int>(i);
-  return alertFirstButtonReturn;
+  box->exec();
+  delete box;
+  return answer;
 }
 
 }  // namespace pelmarix::qt

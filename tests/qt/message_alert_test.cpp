@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 namespace pelmarix::test {
 namespace {
@@ -123,6 +124,15 @@ TEST_F(MessageAlert, HoldsUpTheMainQueueUntilItIsDismissed) {
   EXPECT_FALSE(ran);
   QCoreApplication::sendPostedEvents();
   EXPECT_TRUE(ran);
+}
+
+TEST_F(MessageAlert, EndsWithItsParent) {
+  auto parent = std::make_unique<QWidget>();
+  qt::MessageAlert child(parent.get(), mainQueue, [] { return false; });
+  child.addButtonWithTitle("Ignore");
+  QTimer::singleShot(0, parent.get(), [&] { parent.reset(); });
+  EXPECT_EQ(child.runModal(), 1000);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST_F(MessageAlert, EndsWithTheEventLoop) {
