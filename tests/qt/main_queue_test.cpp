@@ -57,9 +57,10 @@ TEST(MainQueue, LetsABlockFinishItsModalLoopBeforeTheNextBegins) {
     runEvents();  // what an alert's own event loop does
     order += "end ";
   });
-  queue.dispatcher()([&] { order += "next"; });
+  queue.dispatcher()([&] { order += "next "; });
+  queue.dispatcher()([&] { order += "last"; });
   runEvents();
-  EXPECT_EQ(order, "begin end next");
+  EXPECT_EQ(order, "begin end next last");
 }
 
 TEST(MainQueue, BeginsNoBlockDuringAPause) {
