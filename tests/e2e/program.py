@@ -97,7 +97,7 @@ class Program:
         self.environment.update(environment or {})
         with self._output.open("ab") as output:
             self.process = subprocess.Popen(
-                [str(binary)],
+                [pathlib.Path(binary).absolute()],
                 env=self.environment,
                 cwd=home.folder,
                 stdin=subprocess.DEVNULL,
