@@ -14,9 +14,7 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
-void checkText(std::string_view text) {
-  require(isValidUtf8(text));
-}
+void checkText(std::string_view text) { require(isValidUtf8(text)); }
 
 void checkValues(const Document& document) {
   std::vector<bool> isSeen(document.valueCount());
