@@ -172,6 +172,7 @@ TEST_F(UserDefaultsFile, ThatMayNotBeReadOrWrittenReadsAsMissing) {
     return std::to_string(before) + " " + std::to_string(defaults.doubleForKey("key"));
   };
   EXPECT_EQ(test::withoutPrivileges(values), "0.000000 15.000000");
+  chmod(file().c_str(), 0600);
   EXPECT_EQ(test::contentsOf(file()), "[General]\nkey=14\n");
 }
 
