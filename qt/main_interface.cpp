@@ -182,7 +182,10 @@ void MainInterface::showAbout() {
   box->setWindowTitle(QObject::tr("About Pelmarix"));
   box->setTextFormat(Qt::PlainText);
   box->setText(QStringLiteral("Pelmarix ") + version());
-  box->setInformativeText(QObject::tr("Tells what has been installed on a Mac."));
+  box->setInformativeText(
+      QObject::tr("Tells what has been installed on a Mac.\n\n"
+                  "Copyright © 2026 The Pelmarix authors\n"
+                  "Free software under the MIT License"));
   box->open();
 }
 

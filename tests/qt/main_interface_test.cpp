@@ -239,13 +239,14 @@ TEST_F(MainInterface, HasAMenuItemThatTellsOfTheUpdateCheck) {
   EXPECT_TRUE(find<QAction>("actionUpdateCheck").isChecked());
 }
 
-TEST_F(MainInterface, TellsItsVersion) {
+TEST_F(MainInterface, TellsItsVersionAndItsLicense) {
   bundle.info = InfoDictionary{{"CFBundleShortVersionString", std::string("1.2")}};
   show();
   choose("actionAbout");
   auto* box = window().findChild<QMessageBox*>();
   ASSERT_NE(box, nullptr);
   EXPECT_EQ(box->text(), QStringLiteral("Pelmarix 1.2"));
+  EXPECT_TRUE(box->informativeText().contains(QStringLiteral("MIT License")));
   box->close();
 }
 
