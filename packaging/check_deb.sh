@@ -48,6 +48,18 @@ if [ -s "$scratch/output" ]; then
   exit 1
 fi
 
+echo "Every item of its menus, and the documentation's pictures"
+cat >"$scratch/shared/pelmarix" <<END
+#!/bin/sh
+exec chroot "$root" env --chdir="\$PWD" pelmarix
+END
+chmod +x "$scratch/shared/pelmarix"
+mkdir -p "$scratch/shared/tmp" build/pictures
+for test in walk pictures; do
+  TMPDIR=$scratch/shared/tmp /usr/bin/python3 -B "tests/e2e/${test}_test.py" --program "$scratch/shared/pelmarix" \
+    --lister "$PWD/build/package/bin/lsbom" --sample "$volume" --pictures "$PWD/build/pictures"
+done
+
 echo "Removed again"
 remove_package
 list_files | diff "$scratch/before" - || { echo "That is what the package left behind, or took away" >&2; exit 1; }

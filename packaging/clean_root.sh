@@ -31,9 +31,9 @@ retry() {
   done
 }
 
-# Makes a folder, or a file, visible in the clean system, under its own path.
+# Makes a folder visible in the clean system, under its own path.
 show_inside() {
-  if [ -d "$1" ]; then mkdir -p "$root$1"; else mkdir -p "$root$(dirname "$1")" && touch "$root$1"; fi
+  mkdir -p "$root$1"
   mount --bind "$1" "$root$1"
   mounts+=("$root$1")
 }
@@ -63,7 +63,7 @@ start_display() {
   retry 100 test -s "$scratch/display" || { cat "$scratch/xvfb.log" >&2; return 1; }
   DISPLAY=:$(cat "$scratch/display")
   export DISPLAY
-  show_inside "/tmp/.X11-unix/X${DISPLAY#:}"
+  show_inside /tmp/.X11-unix
   openbox --sm-disable >"$scratch/openbox.log" 2>&1 &
   children+=($!)
   retry 100 xdotool get_num_desktops
