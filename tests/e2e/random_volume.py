@@ -34,13 +34,16 @@ CONTENT_TYPES = (None, None, "config-data", "critical-update", "Config-Data", "c
 
 
 class RandomVolume:
-    """Writes a volume into a folder. `alerts` is then how many alerts its history and receipts are to give."""
+    """Writes a volume into a folder. Its history can be a broken one by chance, or is so in any case.
 
-    def __init__(self, random, folder):
+    `alerts` is then how many alerts its history and receipts are to give.
+    """
+
+    def __init__(self, random, folder, is_broken):
         self.random = random
         self.volume = MacVolume(folder)
         self.write_version()
-        self.alerts = self.write_history()
+        self.alerts = self.write_history(is_broken)
         self.alerts += self.write_receipts()
 
     def form(self):
@@ -127,12 +130,12 @@ class RandomVolume:
         version = {"ProductVersion": number, "ProductBuildVersion": f"19H{random.randrange(2000)}"}
         self.volume.write_plist(SYSTEM_VERSION, version, self.form())
 
-    def write_history(self):
+    def write_history(self, is_broken):
         random = self.random
         form = self.form()
         count = random.choice((0, 1, 2, 5, 20, 60))
         entries = [self.entry(form) for _ in range(count)]
-        kind = random.random()
+        kind = random.random() * (0.15 if is_broken else 1.0)
         if kind < 0.04:
             return 1  # there is none
         if kind < 0.12 and entries:
