@@ -25,7 +25,8 @@ class SavePanel {
   /// the panel has ended, and released then; the panel stays alive until then. It is not called when the
   /// program ends first.
   virtual void beginWithCompletionHandler(std::function<void(int response)> handler) = 0;
-  /// The absolute path of the chosen file, bytes as the file system has them; nothing when there is none.
+  /// The absolute path of the chosen file; nothing when there is none. Toolkits know names as text: one that
+  /// isn't UTF-8 comes out changed, and writing to it fails.
   virtual std::optional<std::string> path() const = 0;
 };
 

@@ -3,6 +3,7 @@
 
 #include <any>
 #include <functional>
+#include <utility>
 
 #include "platform/object.h"
 #include "platform/window.h"

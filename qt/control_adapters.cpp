@@ -9,11 +9,12 @@ namespace pelmarix::qt {
 
 void TextAdapter::setAttributedString(const AttributedString& text) {
   // Before the text, so that it is laid out once.
-  if (text.font) {
-    // The settings can hold any number; what no font engine draws is brought to what it does.
+  // The settings can hold any number: one that is no size changes nothing, and what no font engine draws is
+  // brought to what it does.
+  if (text.font && !std::isnan(text.font->pointSize)) {
     constexpr double largestDrawn = 500.0;
     QFont font = widget_.font();
-    font.setPointSizeF(std::max(1.0, std::fmin(text.font->pointSize, largestDrawn)));
+    font.setPointSizeF(std::clamp(text.font->pointSize, 1.0, largestDrawn));
     widget_.setFont(font);
   }
   // The standard text colour is the palette's own: the widget draws in it, and follows when it changes.

@@ -70,7 +70,7 @@ PlainTextWidget::PlainTextWidget(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void PlainTextWidget::showText(SharedText text) {
-  const bool isShown = *text == *text_;
+  const bool isShown = text == text_ || *text == *text_;
   text_ = std::move(text);
   if (!isShown) setPlainText(shownText(*text_));
 }

@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <utility>
 
 #include "ui/px_window.h"
 
