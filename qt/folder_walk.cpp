@@ -42,7 +42,7 @@ bool FolderWalk::enter(FileDescriptor opened) {
   while (const dirent* entry = readdir(stream.get())) {
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    level.entries += kindOf(*entry);
+    level.entries.push_back(kindOf(*entry));
     level.entries.append(name.data(), name.size() + 1);
   }
   levels_.push_back(std::move(level));
