@@ -53,9 +53,15 @@ class Home:
 
     @property
     def files(self):
-        """The files and folders in it, by their paths, but for the settings file and the folders on the way to it."""
-        expected = {self.settings_file, *self.settings_file.parents}
-        return sorted(str(path.relative_to(self.folder)) for path in self.folder.rglob("*") if path not in expected)
+        """The files and folders in it, by their paths, but for the settings file and the folders on the way to it, and for the
+        cache that the system's font library makes where the system has none that is up to date."""
+        fonts = self.folder / ".cache/fontconfig"
+        expected = {self.settings_file, *self.settings_file.parents, fonts, fonts.parent}
+        return sorted(
+            str(path.relative_to(self.folder))
+            for path in self.folder.rglob("*")
+            if path not in expected and fonts not in path.parents
+        )
 
 
 class Alert:

@@ -144,8 +144,10 @@ TEST_F(FileSavePanel, LeavesNoFileInTheHomeFolderNorAmongTheTemporaryOnes) {
   choose("report.text");
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   std::vector<std::string> left;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(home))
-    left.push_back(entry.path().native());
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+    // The system's font library makes a cache there where the system has none that is up to date.
+    if (!entry.path().native().starts_with((home / ".cache").native())) left.push_back(entry.path().native());
+  }
   EXPECT_THAT(left, ElementsAre(temporaryFiles.native()));
   qunsetenv("TMPDIR");
   std::filesystem::remove(temporaryFiles);

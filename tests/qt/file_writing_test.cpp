@@ -26,9 +26,14 @@ std::string withFileSystem(const std::string& folder, unsigned long flags, const
                            const std::function<std::string()>& body) {
   return test::inChild([&]() -> std::string {
     const unsigned user = geteuid();
+    const unsigned group = getegid();
     // Only the superuser may mount; others are the superuser of a name space of their own.
     if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0) return "no name space";
-    if (user != 0) std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+    if (user != 0) {
+      std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+      std::ofstream("/proc/self/setgroups") << "deny";
+      std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
+    }
     if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return "no private mounts";
     if (mount("tmpfs", folder.c_str(), "tmpfs", flags, options) != 0) return "no file system";
     return body();
