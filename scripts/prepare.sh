@@ -65,6 +65,8 @@ install_missing() {
     # shellcheck disable=SC2086
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install --quiet --quiet --yes --no-install-recommends $missing \
       >build/install.log 2>&1 </dev/null || fail "apt-get couldn't install them; build/install.log says why"
+    # Packages of fonts can leave the system's cache of fonts out of date, and each user's programs would make their own.
+    if command -v fc-cache >/dev/null; then as_root fc-cache --system-only; fi
   else
     echo "On this system packages can't be installed from here. With Debian's names, these are needed:" >&2
     packages_of 2 "$@" | xargs >&2
