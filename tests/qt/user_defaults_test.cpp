@@ -142,7 +142,7 @@ TEST_F(UserDefaultsFile, GivesTruthValuesThatWereWrittenByHand) {
 
 TEST_F(UserDefaultsFile, ThatIsBrokenReadsAsMissingAndCanBeWritten) {
   for (const std::string& contents :
-       {std::string("\x7F\x45LF\0\x01\xFF\xFE\n\n[[[", 14), std::string("key"),
+       {std::string("\x7F\x45LF\0\x01\xFF\xFE\n\n[[[", 13), std::string("key"),
         std::string("[General\nkeys=12"), std::string("<?xml version=\"1.0\"?>"), std::string(100'000, '\0'),
         std::string(100'000, '['), std::string("%\n=\n]\\x")}) {
     write(contents);
