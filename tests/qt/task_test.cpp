@@ -358,14 +358,32 @@ TEST(Task, StartsTheCompanionWhereTheProgramIsMissing) {
   EXPECT_EQ(run("/nonexistent/lister", {"-f"}, folder.path()).output, folder / "lister" + ": -f\n");
 }
 
+/// Starts the program of the same file name in a folder of the test's own, since the machine may have a
+/// lister.
+class MovedTask final : public Task {
+ public:
+  explicit MovedTask(std::string folder) : folder_(std::move(folder)) {}
+  void setLaunchPath(const std::string& path) override {
+    EXPECT_EQ(path, "/usr/bin/lsbom");
+    task_.setLaunchPath(folder_ + "/lsbom");
+  }
+  void setArguments(const std::vector<std::string>& arguments) override { task_.setArguments(arguments); }
+  void setStandardOutput(Pipe& pipe) override { task_.setStandardOutput(pipe); }
+  void launch() override { task_.launch(); }
+  void waitUntilExit() override { task_.waitUntilExit(); }
+  int terminationStatus() const override { return task_.terminationStatus(); }
+
+ private:
+  std::string folder_;
+  PosixTask task_{nowhere};
+};
+
 /// A receipt's listing through real child processes.
 class Listing : public testing::Test {
  protected:
   Listing() {
     services.services.makePipe = [] { return std::make_unique<PosixPipe>(); };
-    services.services.makeTask = [this] { return std::make_unique<PosixTask>(folder.path()); };
-    // Where the machine has a lister of its own it would be started.
-    EXPECT_FALSE(std::filesystem::exists("/usr/bin/lsbom"));
+    services.services.makeTask = [this] { return std::make_unique<MovedTask>(folder.path()); };
   }
   std::string listing(std::string_view script, const std::string& path = "/System/Library/Receipts/a") {
     addProgram(folder, "lsbom", script);
