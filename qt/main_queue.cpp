@@ -45,16 +45,13 @@ std::function<void(std::function<void()>)> MainQueue::dispatcher() const {
   return [waiting = waiting_](std::function<void()> block) { waiting->dispatch(std::move(block)); };
 }
 
-bool MainQueue::event(QEvent* event) {
-  if (event->type() != QEvent::User) return QObject::event(event);
+void MainQueue::customEvent(QEvent* /*event*/) {
   // Whoever pauses the queue wakes it at the end.
-  if (pauses_ == 0) {
-    if (const auto block = waiting_->next()) {
-      const Pause pause(*this);
-      block();
-    }
+  if (pauses_ != 0) return;
+  if (const auto block = waiting_->next()) {
+    const Pause pause(*this);
+    block();
   }
-  return true;
 }
 
 void MainQueue::goOn() {

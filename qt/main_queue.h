@@ -35,7 +35,7 @@ class MainQueue final : private QObject {
   /// What the threads share; it outlives the queue as long as somebody may dispatch.
   struct Waiting;
 
-  bool event(QEvent* event) override;
+  void customEvent(QEvent* event) override;
   void goOn();
 
   std::shared_ptr<Waiting> waiting_;

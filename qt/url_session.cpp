@@ -6,6 +6,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QThread>
 #include <QUrl>
 #include <deque>
 #include <mutex>
@@ -94,18 +95,20 @@ class NetworkSession::Worker final : public QObject {
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
   }
 
-  /// Drops all requests that have been started. To be called on the worker's thread.
-  void drop() { manager_.reset(); }
+  /// Drops all requests that have been started. To be called on the worker's thread, as the last thing there.
+  void drop() {
+    const std::lock_guard lock(mutex_);
+    manager_.reset();
+  }
 
-  /// To be called when the thread has ended.
-  bool mayLookUp() const { return lookUps_ != 0; }
+  /// To be called when the thread has ended. Under the lock all that was done there is seen.
+  bool mayLookUp() {
+    const std::lock_guard lock(mutex_);
+    return lookUps_ != 0;
+  }
 
  private:
-  bool event(QEvent* event) override {
-    if (event->type() != QEvent::User) return QObject::event(event);
-    start(nextRequest());
-    return true;
-  }
+  void customEvent(QEvent* /*event*/) override { start(nextRequest()); }
 
   Request nextRequest() {
     const std::lock_guard lock(mutex_);
@@ -137,13 +140,29 @@ class NetworkSession::Worker final : public QObject {
   std::deque<Request> submitted_;
 };
 
+class NetworkSession::Thread final : public QThread {
+ public:
+  explicit Thread(Worker& worker) : worker_(worker) {
+    setObjectName(QStringLiteral("network"));
+    worker.moveToThread(this);
+  }
+
+ private:
+  void run() override {
+    exec();
+    worker_.drop();
+  }
+
+  Worker& worker_;
+};
+
 class NetworkSession::Task final : public URLSessionDataTask {
  public:
   Task(NetworkSession& session, Worker::Request request) : session_(session), request_(std::move(request)) {}
 
   void resume() override {
     if (!request_.completionHandler) return;  // started before
-    session_.thread_.start();
+    session_.thread_->start();
     session_.worker_->submit({request_.url, std::exchange(request_.completionHandler, nullptr)});
   }
 
@@ -153,16 +172,11 @@ class NetworkSession::Task final : public URLSessionDataTask {
 };
 
 NetworkSession::NetworkSession(std::chrono::milliseconds timeout)
-    : worker_(std::make_unique<Worker>(timeout)) {
-  thread_.setObjectName(QStringLiteral("network"));
-  worker_->moveToThread(&thread_);
-  // Directly, hence still on the thread.
-  QObject::connect(&thread_, &QThread::finished, worker_.get(), &Worker::drop, Qt::DirectConnection);
-}
+    : worker_(std::make_unique<Worker>(timeout)), thread_(std::make_unique<Thread>(*worker_)) {}
 
 NetworkSession::~NetworkSession() {
-  thread_.quit();
-  thread_.wait();
+  thread_->quit();
+  thread_->wait();
 }
 
 std::unique_ptr<URLSessionDataTask> NetworkSession::dataTaskWithURLCompletionHandler(
@@ -171,8 +185,8 @@ std::unique_ptr<URLSessionDataTask> NetworkSession::dataTaskWithURLCompletionHan
 }
 
 bool NetworkSession::shutDown() {
-  thread_.quit();
-  return thread_.wait(QDeadlineTimer(patienceAtTheEnd)) && !worker_->mayLookUp();
+  thread_->quit();
+  return thread_->wait(QDeadlineTimer(patienceAtTheEnd)) && !worker_->mayLookUp();
 }
 
 }  // namespace pelmarix::qt

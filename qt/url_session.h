@@ -1,7 +1,6 @@
 // Requests over the network, on a thread of their own.
 #pragma once
 
-#include <QThread>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -39,12 +38,13 @@ class NetworkSession final : public URLSession {
 
  private:
   class Task;
+  class Thread;
   class Transfer;
   class Worker;
 
-  QThread thread_;
   /// Lives on the thread.
   std::unique_ptr<Worker> worker_;
+  std::unique_ptr<Thread> thread_;
 };
 
 }  // namespace pelmarix::qt
