@@ -7,6 +7,7 @@
 #include "qt/application_adapter.h"
 #include "qt/close_requests.h"
 #include "qt/file_save_panel.h"
+#include "qt/first_painting.h"
 #include "qt/machine_services.h"
 #include "qt/main_interface.h"
 #include "qt/message_alert.h"
@@ -51,9 +52,9 @@ int applicationMain(int argc, char** argv) {
   installServices(&services);
 
   const qt::CloseRequests closeRequests(interface.window());
+  qt::FirstPainting firstPainting(interface.window());
   interface.show();
-  QMetaObject::invokeMethod(
-      &qtApplication, [&] { delegate.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
+  firstPainting.then([&] { delegate.applicationDidFinishLaunching(); });
   const int status = application.isTerminating() ? 0 : QApplication::exec();
   delegate.applicationWillTerminate();
   // Nothing is unsaved, so the end needn't wait for a name that is being looked up.

@@ -1,0 +1,28 @@
+#include "qt/first_painting.h"
+
+#include <QEvent>
+#include <utility>
+
+namespace pelmarix::qt {
+
+FirstPainting::FirstPainting(QWidget& window) {
+  timer_.setSingleShot(true);
+  window.installEventFilter(this);
+}
+
+void FirstPainting::then(std::function<void()> callback, std::chrono::milliseconds patience) {
+  timer_.callOnTimeout(std::move(callback));
+  timer_.start(isPainted_ ? std::chrono::milliseconds(0) : patience);
+}
+
+bool FirstPainting::eventFilter(QObject* window, QEvent* event) {
+  if (event->type() == QEvent::Paint) {
+    window->removeEventFilter(this);
+    isPainted_ = true;
+    // What the window holds is painted before the event loop goes on.
+    if (timer_.isActive()) timer_.start(std::chrono::milliseconds(0));
+  }
+  return false;
+}
+
+}  // namespace pelmarix::qt
