@@ -83,7 +83,8 @@ std::optional<std::string_view> declaredEncoding(std::string_view text) {
   constexpr std::string_view opening = "<?xml";
   constexpr std::string_view attribute = "encoding=";
   if (!text.starts_with(opening)) return std::nullopt;
-  const std::string_view declaration = text.substr(0, text.find_first_of("?>", opening.size()));
+  std::string_view declaration = text.substr(0, text.find('>'));
+  declaration = declaration.substr(0, declaration.find('?', opening.size()));
   const std::size_t found = declaration.find(attribute);
   if (found == std::string_view::npos) return std::nullopt;
   const std::string_view quoted = declaration.substr(found + attribute.size());

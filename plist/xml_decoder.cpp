@@ -60,6 +60,7 @@ class Decoder {
  public:
   Decoder(std::string_view text, Tree& tree)
       : at_(text.data()), last_(text.data() + text.size()), tree_(tree) {
+    levels_[0] = {Tag::file, 0, 0};
     reserveNodes(text);
   }
 
@@ -121,7 +122,7 @@ class Decoder {
   const char* last_;
   Tree& tree_;
   /// The file and the outermost <plist> are levels too, but don't count as nesting.
-  std::array<Level, maximumDepth + 2> levels_ = {{{Tag::file, 0, 0}}};
+  std::array<Level, maximumDepth + 2> levels_;
   std::size_t depth_ = 1;
   std::size_t depthAllowed_ = maximumDepth + 1;
   Reason reason_ = Reason::unexpectedEnd;
@@ -182,10 +183,12 @@ bool Decoder::skipDeclaration() {
   if (accept("<!--")) return skipPast("-->");
   if (depth_ > 1) return fail(Reason::malformedMarkup, start);
   if (!accept("<!DOCTYPE")) return fail(Reason::malformedDocumentType, start);
-  const std::size_t found = rest().find_first_of("[>");
-  if (found == std::string_view::npos) return failAtEnd();
-  if (at_[found] == '[') return fail(Reason::malformedDocumentType, at_ + found);
-  at_ += found + 1;
+  const std::size_t end = rest().find('>');
+  const std::size_t ownDeclarations = rest().substr(0, end).find('[');
+  if (ownDeclarations != std::string_view::npos)
+    return fail(Reason::malformedDocumentType, at_ + ownDeclarations);
+  if (end == std::string_view::npos) return failAtEnd();
+  at_ += end + 1;
   return true;
 }
 
