@@ -41,7 +41,7 @@ class Volume {
     pelmarix::qt::PosixFileManager files{pelmarix::qt::Volume(root_)};
     const auto enumerator = files.enumeratorAtPath(receiptsFolder);
     while (const auto entry = enumerator->nextObject())
-      if (entry->ends_with(".plist")) files_.push_back(root_ + receiptsFolder + *entry);
+      if (entry->ends_with(".plist")) files_.push_back(root_ + receiptsFolder + std::string(*entry));
   }
   ~Volume() { std::filesystem::remove_all(root_); }
   Volume(const Volume&) = delete;

@@ -18,10 +18,11 @@ class DirectoryEnumerator {
  public:
   virtual ~DirectoryEnumerator() = default;
   /// The next entry's path relative to the folder (not ending in "/"); nothing at the end. A sub-folder that
-  /// can't be opened is yielded and passed over.
-  virtual std::optional<std::string> nextObject() = 0;
-  /// Reads the entry that was yielded last, as FileManager::readFile does, and spares the way to its folder.
-  virtual bool readFile(std::string& contents) = 0;
+  /// can't be opened is yielded and passed over. The path stays good until the next call.
+  virtual std::optional<std::string_view> nextObject() = 0;
+  /// Reads the entry that was yielded last as FileManager::readFile does, and spares the way to its folder.
+  /// The bytes stay good until the next call; nothing where that one is false.
+  virtual std::optional<std::string_view> readFile() = 0;
 };
 
 class FileManager {

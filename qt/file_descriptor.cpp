@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <string_view>
 #include <system_error>
 
 namespace pelmarix::qt {
@@ -26,23 +28,23 @@ bool FileDescriptor::close() {
   return ::close(release()) == 0 || errno == EINTR;
 }
 
-FileDescriptor openFile(int folder, const std::string& path, int flags, mode_t mode) {
+FileDescriptor openFile(int folder, const char* path, int flags, mode_t mode) {
   const auto open = [mode](int base, const char* name, int with) {
     return FileDescriptor(uninterrupted([&] { return ::openat(base, name, with | O_CLOEXEC, mode); }));
   };
+  std::string_view rest = path;
   // One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps.
   FileDescriptor step;
-  std::size_t begin = 0;
-  while (path.size() - begin >= PATH_MAX) {
-    const std::size_t slash = path.rfind('/', begin + PATH_MAX - 2);
-    if (slash == std::string::npos || slash <= begin) break;
+  while (rest.size() >= PATH_MAX) {
+    const std::size_t slash = rest.rfind('/', PATH_MAX - 2);
+    if (slash == std::string_view::npos || slash == 0) break;
     step =
-        open(step ? step.get() : folder, path.substr(begin, slash - begin).c_str(), O_RDONLY | O_DIRECTORY);
+        open(step ? step.get() : folder, std::string(rest.substr(0, slash)).c_str(), O_RDONLY | O_DIRECTORY);
     if (!step) return step;
-    begin = path.find_first_not_of('/', slash);
-    if (begin == std::string::npos) return step;
+    rest.remove_prefix(std::min(rest.find_first_not_of('/', slash), rest.size()));
+    if (rest.empty()) return step;
   }
-  return open(step ? step.get() : folder, path.c_str() + begin, flags);
+  return open(step ? step.get() : folder, rest.data(), flags);
 }
 
 ssize_t readSome(int descriptor, char* bytes, std::size_t size) {

@@ -34,7 +34,7 @@ class FileDescriptor {
 
 /// openat(2), never inherited by a child process. `path` is relative to `folder` (AT_FDCWD for the working
 /// folder) or absolute, and may be longer than the system lets a path be. None, with errno, on failure.
-FileDescriptor openFile(int folder, const std::string& path, int flags, mode_t mode = 0);
+FileDescriptor openFile(int folder, const char* path, int flags, mode_t mode = 0);
 
 /// read(2) and write(2), repeated when a signal interrupts them.
 ssize_t readSome(int descriptor, char* bytes, std::size_t size);

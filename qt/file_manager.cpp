@@ -28,7 +28,7 @@ std::unique_ptr<DirectoryEnumerator> PosixFileManager::enumeratorAtPath(const st
 }
 
 bool PosixFileManager::readFile(const std::string& path, std::string& contents) {
-  const FileDescriptor file = openFile(AT_FDCWD, volume_.resolve(path), openForReading);
+  const FileDescriptor file = openFile(AT_FDCWD, volume_.resolve(path).c_str(), openForReading);
   if (file) return readRemainder(file.get(), contents);
   contents.clear();
   return false;
@@ -36,7 +36,8 @@ bool PosixFileManager::readFile(const std::string& path, std::string& contents) 
 
 std::optional<std::string> PosixFileManager::writeFile(const std::string& path,
                                                        const std::vector<std::string_view>& parts) {
-  FileDescriptor file = openFile(AT_FDCWD, path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY, 0666);
+  FileDescriptor file =
+      openFile(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY, 0666);
   if (!file) return systemErrorText(errno);
   struct stat status = {};
   if (fstat(file.get(), &status) != 0) return systemErrorText(errno);

@@ -12,7 +12,7 @@
 namespace pelmarix::qt {
 
 std::unique_ptr<FolderWalk> FolderWalk::open(const std::string& path) {
-  FileDescriptor top = openFile(AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
+  FileDescriptor top = openFile(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY);
   if (!top) return nullptr;
   FileDescriptor innermost = openFile(top.get(), ".", O_RDONLY | O_DIRECTORY);
   std::unique_ptr<FolderWalk> walk(new FolderWalk(std::move(top)));
@@ -51,11 +51,11 @@ bool FolderWalk::enter(FileDescriptor opened) {
 }
 
 FileDescriptor FolderWalk::openEntry(int flags) const {
-  if (!innermost_) return openFile(top_.get(), path_, flags);
-  return openFile(dirfd(innermost_.get()), path_.substr(levels_.back().prefixLength), flags);
+  if (!innermost_) return openFile(top_.get(), path_.c_str(), flags);
+  return openFile(dirfd(innermost_.get()), path_.c_str() + levels_.back().prefixLength, flags);
 }
 
-std::optional<std::string> FolderWalk::nextObject() {
+std::optional<std::string_view> FolderWalk::nextObject() {
   if (kind_ == folder || kind_ == unknown) {
     // O_NOFOLLOW: a link put in the folder's place meanwhile leads nowhere.
     enter(openEntry(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
@@ -77,18 +77,21 @@ std::optional<std::string> FolderWalk::nextObject() {
   return path_;
 }
 
-bool FolderWalk::readFile(std::string& contents) {
-  contents.clear();
+std::optional<std::string_view> FolderWalk::readFile() {
   const FileDescriptor file = openEntry(openForReading);
-  if (!file) return false;
-  if (kind_ != regularFile) return readRemainder(file.get(), contents);
-  // Of a regular file less than was asked for is all there is. Nothing at all, or too much, may come from
-  // something else that has taken the file's place.
-  const ssize_t count = readSome(file.get(), buffer_.data(), buffer_.size());
-  if (count < 0) return false;
-  const auto size = static_cast<std::size_t>(count);
-  contents.assign(buffer_.data(), size);
-  return (size > 0 && size < buffer_.size()) || readRemainder(file.get(), contents, size);
+  if (!file) return std::nullopt;
+  std::size_t size = 0;
+  if (kind_ == regularFile) {
+    const ssize_t count = readSome(file.get(), buffer_.data(), buffer_.size());
+    if (count < 0) return std::nullopt;
+    size = static_cast<std::size_t>(count);
+    // Less than was asked for is all there is. Nothing at all, or too much, may come from something else that
+    // has taken the file's place.
+    if (size > 0 && size < buffer_.size()) return std::string_view(buffer_.data(), size);
+  }
+  contents_.assign(buffer_.data(), size);
+  if (!readRemainder(file.get(), contents_, size)) return std::nullopt;
+  return contents_;
 }
 
 }  // namespace pelmarix::qt

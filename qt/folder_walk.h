@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,8 +24,8 @@ class FolderWalk final : public DirectoryEnumerator {
   /// Null when the folder can't be opened. A link that leads to a folder is followed here, and only here.
   static std::unique_ptr<FolderWalk> open(const std::string& path);
 
-  std::optional<std::string> nextObject() override;
-  bool readFile(std::string& contents) override;
+  std::optional<std::string_view> nextObject() override;
+  std::optional<std::string_view> readFile() override;
 
  private:
   /// What a folder says of its entries, which may have changed since.
@@ -60,6 +61,8 @@ class FolderWalk final : public DirectoryEnumerator {
   Kind kind_ = other;
   /// Takes in one call what a property list of the usual size holds.
   std::array<char, 16384> buffer_;
+  /// Takes what is larger.
+  std::string contents_;
 };
 
 }  // namespace pelmarix::qt

@@ -22,19 +22,20 @@ bool hasReceiptExtension(std::string_view path) { return path.ends_with(receiptE
 void BoM::readBoMPLists() {
   std::vector<std::shared_ptr<BoMItem>> items;
   if (const auto enumerator = FileManager::defaultManager().enumeratorAtPath(receiptsFolder)) {
-    std::string contents;
-    while (const std::optional<std::string> entry = enumerator->nextObject()) {
+    std::string path = receiptsFolder;
+    const std::size_t folderSize = path.size();
+    while (const auto entry = enumerator->nextObject()) {
       if (!hasReceiptExtension(*entry)) continue;
-      if (!enumerator->readFile(contents)) {
+      const auto contents = enumerator->readFile();
+      if (!contents) {
         showErrorAlert(lastActionErrorMessage, "Couldn't read BoM PLists.");
         continue;
       }
-      std::optional<theBoMReceipt> receipt = decodeBoMReceipt(contents);
+      std::optional<theBoMReceipt> receipt = decodeBoMReceipt(*contents);
       if (!receipt) continue;
-      std::string path = receiptsFolder + *entry;
-      path.resize(path.size() - receiptExtension.size());
-      items.push_back(std::make_shared<BoMItem>(std::move(receipt->PackageIdentifier), receipt->InstallDate,
-                                                std::move(path)));
+      path.replace(folderSize, std::string::npos, *entry, 0, entry->size() - receiptExtension.size());
+      items.push_back(
+          std::make_shared<BoMItem>(std::move(receipt->PackageIdentifier), receipt->InstallDate, path));
     }
   }
   std::stable_sort(items.begin(), items.end(),

@@ -22,7 +22,7 @@ std::vector<std::string> entriesBelow(const std::string& path, Volume volume = {
   const auto enumerator = files.enumeratorAtPath(path);
   std::vector<std::string> entries;
   if (enumerator == nullptr) return {"no enumerator"};
-  while (auto entry = enumerator->nextObject()) entries.push_back(*std::move(entry));
+  while (const auto entry = enumerator->nextObject()) entries.emplace_back(*entry);
   return entries;
 }
 
@@ -103,12 +103,11 @@ TEST(DirectoryEnumerator, YieldsAFolderThatVanishedOrBecameALinkAndGoesOn) {
   folder.addFile("walked/b/inside");
   PosixFileManager files{Volume()};
   const auto enumerator = files.enumeratorAtPath(folder / "walked");
-  const auto first = enumerator->nextObject();
-  ASSERT_TRUE(first.has_value());
-  const std::string second = *first == "a" ? "b" : "a";
+  const std::string first(enumerator->nextObject().value());
+  const std::string second = first == "a" ? "b" : "a";
   std::filesystem::remove_all(folder / "walked/a");
   std::filesystem::remove_all(folder / "walked/b");
-  folder.addLink("walked/" + *first, folder / "elsewhere");
+  folder.addLink("walked/" + first, folder / "elsewhere");
   EXPECT_EQ(enumerator->nextObject(), second);
   EXPECT_EQ(enumerator->nextObject(), std::nullopt);
   EXPECT_EQ(enumerator->nextObject(), std::nullopt);
@@ -146,7 +145,7 @@ TEST(DirectoryEnumerator, WalksFiveThousandLevelsWithFewDescriptors) {
     const auto enumerator = files.enumeratorAtPath(folder.path());
     std::string last;
     int count = 0;
-    for (; auto entry = enumerator->nextObject(); ++count) last = *entry;
+    for (; const auto entry = enumerator->nextObject(); ++count) last = *entry;
     std::string contents;
     const bool isRead = files.readFile(folder / last, contents);
     const bool ended = !enumerator->nextObject().has_value();

@@ -94,7 +94,7 @@ TEST_F(ReceiptScan, KeepsTheFileSystemsOrderAmongEqualDates) {
   for (const std::string name : {"p", "q", "r", "s", "t", "u"}) add(name + ".plist", receipt(name));
   std::vector<std::string> order;
   const auto enumerator = files.enumeratorAtPath(receiptsFolder);
-  while (const auto entry = enumerator->nextObject()) order.push_back(entry->substr(0, 1));
+  while (const auto entry = enumerator->nextObject()) order.emplace_back(entry->substr(0, 1));
   EXPECT_EQ(scan(), order);
 }
 

@@ -53,12 +53,13 @@ class MemoryFileManager final : public FileManager {
    public:
     ListEnumerator(MemoryFileManager& files, std::string folder, std::vector<std::string> names)
         : files_(files), folder_(std::move(folder)), names_(std::move(names)) {}
-    std::optional<std::string> nextObject() override {
+    std::optional<std::string_view> nextObject() override {
       if (next_ == names_.size()) return std::nullopt;
       return names_[next_++];
     }
-    bool readFile(std::string& contents) override {
-      return files_.readFile(folder_ + names_[next_ - 1], contents);
+    std::optional<std::string_view> readFile() override {
+      if (!files_.readFile(folder_ + names_[next_ - 1], contents_)) return std::nullopt;
+      return contents_;
     }
 
    private:
@@ -66,6 +67,7 @@ class MemoryFileManager final : public FileManager {
     const std::string folder_;
     std::vector<std::string> names_;
     std::size_t next_ = 0;
+    std::string contents_;
   };
 };
 
