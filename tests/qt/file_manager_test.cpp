@@ -159,6 +159,28 @@ TEST(DirectoryEnumerator, WalksFiveThousandLevelsWithFewDescriptors) {
   EXPECT_EQ(result, std::to_string(levels + 1) + " " + std::to_string(2 * levels + 7) + " read ended");
 }
 
+TEST(DirectoryEnumerator, ReadsAllTheBytesOfWhatItYielded) {
+  const TemporaryFolder folder;
+  // Around the size that one call reads, some with a folder of their own.
+  std::map<std::string, std::string> contents;
+  for (const std::size_t size : {0, 1, 4096, 16383, 16384, 16385, 32768, 100'000}) {
+    std::string bytes(size, 'x');
+    if (size > 0) bytes.back() = '\0';
+    const std::string name = std::to_string(size);
+    folder.addFile(contents.emplace(size % 2 == 0 ? name : "odd/" + name, bytes).first->first, bytes);
+  }
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder.path());
+  std::map<std::string, std::string> read;
+  while (const auto entry = enumerator->nextObject()) {
+    const std::string name(*entry);
+    const auto bytes = enumerator->readFile();
+    ASSERT_EQ(bytes.has_value(), name != "odd") << name;
+    if (bytes) read.emplace(name, *bytes);
+  }
+  EXPECT_EQ(read, contents);
+}
+
 TEST(ReadingAFile, GivesAllItsBytesAndReplacesWhatWasThere) {
   const TemporaryFolder folder;
   PosixFileManager files{Volume()};
