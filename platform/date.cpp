@@ -31,6 +31,21 @@ CivilDay civilFromDayOfCycle(long long dayOfCycle) {
   return {yearOfCycle + (month <= 2 ? 1 : 0), month, day};
 }
 
+void appendTwoDigits(std::string& text, char separator, long long number) {
+  const char digits[] = {separator, static_cast<char>('0' + number / 10),
+                         static_cast<char>('0' + number % 10)};
+  text.append(digits, sizeof digits);
+}
+
+/// At least four digits, behind a sign where it is negative.
+std::string yearText(double year) {
+  // Lists ask for the dates of all their rows at a time, which formatted output would be too slow for.
+  if (year >= 1000 && year <= 9999) return std::to_string(static_cast<int>(year));
+  char text[400];  // a year of 302 digits is the longest there is
+  std::snprintf(text, sizeof text, "%s%04.0f", year < 0 ? "-" : "", std::fabs(year));
+  return text;
+}
+
 }  // namespace
 
 bool isFinite(Date date) { return std::isfinite(date.timeIntervalSinceReferenceDate); }
@@ -63,11 +78,13 @@ std::string description(Date date) {
   const long long yearFromCycleStart = daysSinceMarchOfYearZero / daysPerCycle * 400 + civil.year;
   const double year = wholeCycles * 400.0 + static_cast<double>(yearFromCycleStart);
 
-  char text[400];  // a year of 302 digits is the longest there is
-  std::snprintf(text, sizeof text, "%s%04.0f-%02d-%02d %02lld:%02lld:%02lld +0000", year < 0 ? "-" : "",
-                std::fabs(year), civil.month, civil.day, secondOfDay / 3600, secondOfDay / 60 % 60,
-                secondOfDay % 60);
-  return text;
+  std::string text = yearText(year);
+  appendTwoDigits(text, '-', civil.month);
+  appendTwoDigits(text, '-', civil.day);
+  appendTwoDigits(text, ' ', secondOfDay / 3600);
+  appendTwoDigits(text, ':', secondOfDay / 60 % 60);
+  appendTwoDigits(text, ':', secondOfDay % 60);
+  return text += " +0000";
 }
 
 }  // namespace pelmarix
