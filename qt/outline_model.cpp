@@ -99,6 +99,13 @@ QModelIndex OutlineModel::parent(const QModelIndex& child) const {
   return child.isValid() ? indexOf(*nodeOf(child).parent) : QModelIndex();
 }
 
+QModelIndex OutlineModel::sibling(int row, int column, const QModelIndex& index) const {
+  // The cells of one row are asked for most of all.
+  if (row != index.row() || column < 0 || column >= columns_.count())
+    return QAbstractItemModel::sibling(row, column, index);
+  return createIndex(row, column, index.internalPointer());
+}
+
 int OutlineModel::rowCount(const QModelIndex& parent) const {
   if (parent.column() > 0) return 0;
   return static_cast<int>(loaded(nodeOf(parent)).children.size());

@@ -1,51 +1,60 @@
 #include "qt/row_text.h"
 
+#include <QHash>
 #include <QMimeData>
-#include <algorithm>
-#include <utility>
+#include <map>
 
 namespace pelmarix::qt {
 namespace {
 
-int depthOf(QModelIndex index) {
-  int depth = 0;
-  for (; index.isValid(); index = index.parent()) ++depth;
-  return depth;
-}
-
-/// True when a view shows row `first` before `other`; an item stands before those below it.
-bool isBefore(QModelIndex first, QModelIndex other) {
-  if (first.parent() == other.parent()) return first.row() < other.row();
-  const int firstDepth = depthOf(first);
-  const int otherDepth = depthOf(other);
-  for (int depth = firstDepth; depth > otherDepth; --depth) first = first.parent();
-  for (int depth = otherDepth; depth > firstDepth; --depth) other = other.parent();
-  if (first == other) return firstDepth < otherDepth;
-  while (first.parent() != other.parent()) {
-    first = first.parent();
-    other = other.parent();
+/// Rows in the order in which a view shows them: an item stands before those below it.
+class RowsInOrder {
+ public:
+  void add(const QModelIndex& row) {
+    const QModelIndex parent = row.parent();
+    if (!below_.contains(parent) && parent.isValid()) leadTo(parent);
+    below_[parent][row.row()] = true;
   }
-  return first.row() < other.row();
+
+  template <typename Visit>
+  void forEachBelow(const QModelIndex& parent, const QAbstractItemModel& model, Visit visit) const {
+    const auto found = below_.find(parent);
+    if (found == below_.end()) return;
+    for (const auto& [row, isOneOfThem] : *found) {
+      const QModelIndex index = model.index(row, 0, parent);
+      if (isOneOfThem) visit(index);
+      forEachBelow(index, model, visit);
+    }
+  }
+
+ private:
+  void leadTo(const QModelIndex& row) {
+    below_[row.parent()].try_emplace(row.row(), false);
+    if (row.parent().isValid()) leadTo(row.parent());
+  }
+
+  /// By their parents, each with whether it is one of the rows itself or only leads to some.
+  QHash<QModelIndex, std::map<int, bool>> below_;
+};
+
+void appendRow(QString& text, const QModelIndex& row, int columns) {
+  for (int column = 0; column < columns; ++column) {
+    if (column > 0) text += QLatin1Char('\t');
+    text += row.siblingAtColumn(column).data(Qt::DisplayRole).toString();
+  }
+  text += QLatin1Char('\n');
 }
 
 }  // namespace
 
 QString rowsAsText(const QModelIndexList& indexes) {
-  QModelIndexList rows;
-  rows.reserve(indexes.size());
-  for (const QModelIndex& index : indexes) rows += index.siblingAtColumn(0);
-  std::sort(rows.begin(), rows.end(), isBefore);
-  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-
   QString text;
-  for (const QModelIndex& row : std::as_const(rows)) {
-    const int columns = row.model()->columnCount(row.parent());
-    for (int column = 0; column < columns; ++column) {
-      if (column > 0) text += QLatin1Char('\t');
-      text += row.siblingAtColumn(column).data(Qt::DisplayRole).toString();
-    }
-    text += QLatin1Char('\n');
-  }
+  if (indexes.isEmpty()) return text;
+  const QAbstractItemModel& model = *indexes.first().model();
+  const int columns = model.columnCount();
+  RowsInOrder rows;
+  for (const QModelIndex& index : indexes) rows.add(index.siblingAtColumn(0));
+  rows.forEachBelow({}, model, [&](const QModelIndex& row) { appendRow(text, row, columns); });
   return text;
 }
 

@@ -37,7 +37,11 @@ class RowsView : public View, public Searchable {
 
   /// Puts the selected rows on the clipboard; nothing selected leaves it alone.
   void copyRows() {
-    const QModelIndexList rows = this->selectionModel()->selectedRows();
+    // Not selectedRows(), which looks through the whole selection again for each row of it.
+    QModelIndexList rows;
+    for (const QItemSelectionRange& range : this->selectionModel()->selection())
+      for (int row = range.top(); row <= range.bottom(); ++row)
+        rows += this->model()->index(row, 0, range.parent());
     if (!rows.isEmpty()) QApplication::clipboard()->setMimeData(rowsAsMimeData(rows));
   }
 

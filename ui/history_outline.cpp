@@ -58,11 +58,12 @@ bool ViewController::outlineViewIsItemExpandable(OutlineView& /*outlineView*/, O
 
 View* ViewController::outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
                                                         Object* item) {
-  const std::string identifier = column != nullptr ? column->identifier() : std::string();
-  if (const auto* group = dynamic_cast<const History*>(item))
-    return groupCell(outlineView, identifier, *group);
+  static const std::string none;
+  const std::string& identifier = column != nullptr ? column->identifier() : none;
   if (const auto* entry = dynamic_cast<const HistoryItem*>(item))
     return itemCell(outlineView, identifier, *entry);
+  if (const auto* group = dynamic_cast<const History*>(item))
+    return groupCell(outlineView, identifier, *group);
   return nullptr;
 }
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QClipboard>
 #include <QScrollBar>
 #include <QTest>
 
@@ -165,6 +166,26 @@ TEST_F(OutlineAdapter, StaysWhereItIsWhenOnlyHiddenEntriesBeginWithWhatIsTyped) 
   QTest::keyClicks(&widget, QStringLiteral("rosetta 2"));
   EXPECT_EQ(widget.currentIndex(), entry(0, 0));
   EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+}
+
+TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheClipboardWithNoneSelected) {
+  QApplication::clipboard()->setText(QStringLiteral("before"));
+  widget.copyRows();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before");
+  widget.expandAll();
+  QItemSelectionModel& selection = *widget.selectionModel();
+  constexpr auto add = QItemSelectionModel::Select | QItemSelectionModel::Rows;
+  selection.select(entry(2, 1), add);
+  selection.select(group(2), add);
+  selection.select(QItemSelection(entry(0, 1), entry(0, 2)), add);
+  selection.select(group(0), add);
+  widget.copyRows();
+  reload();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+            "Mojave\t\t\nSecurity Update\t\t\nRosetta\t\t\nCatalina\t\t\n\tWord List\t\t\n");
+  widget.selectAll();
+  widget.copyRows();
+  EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 8);
 }
 
 TEST_F(OutlineAdapter, HasNothingToRevealWhenItIsEmpty) {
