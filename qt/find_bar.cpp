@@ -38,11 +38,11 @@ void FindBar::open() {
 }
 
 void FindBar::close() {
+  // Before the bar goes: hiding what has the focus gives that to some other part, which would be the target.
+  if (targetWidget_ != nullptr) targetWidget_->setFocus();
   hide();
   ui_->outcome->clear();
-  if (target_ == nullptr) return;
-  target_->markMatches({});
-  targetWidget_->setFocus();
+  if (target_ != nullptr) target_->markMatches({});
 }
 
 void FindBar::findNext() {

@@ -319,6 +319,22 @@ TEST_F(MainInterface, FindsInWhatHadTheFocusLast) {
   EXPECT_EQ(report().textCursor().position(), first);
 }
 
+TEST_F(MainInterface, GivesTheFocusBackToWhatWasSearchedAndSearchesThatOn) {
+  show();
+  auto& text = find<QLineEdit>("text");
+  for (QWidget* searched : {static_cast<QWidget*>(&table()), static_cast<QWidget*>(&report())}) {
+    searched->setFocus();
+    choose("actionFind");
+    text.setText(QStringLiteral("0"));
+    QTest::keyClick(&text, Qt::Key_Escape);
+    EXPECT_TRUE(searched->hasFocus());
+    choose("actionFind");
+    EXPECT_TRUE(text.placeholderText().endsWith(searched->accessibleName()));
+    QTest::mouseClick(&find<QPushButton>("done"), Qt::LeftButton);
+    EXPECT_TRUE(searched->hasFocus());
+  }
+}
+
 TEST_F(MainInterface, GrowsWithTheLettersOfTheSystem) {
   const QFont before = QApplication::font();
   QFont large = before;
