@@ -59,6 +59,25 @@ std::string_view sliceOfUnits(std::string_view utf8, int begin, int end) {
   return utf8.substr(from);
 }
 
+/// A part of a text, for the clipboard. It is cut out when somebody takes it and not before: all that is ever
+/// selected is offered to others.
+class PartOfText final : public QMimeData {
+ public:
+  PartOfText(SharedText text, int begin, int end) : text_(std::move(text)), begin_(begin), end_(end) {}
+
+  QStringList formats() const override { return {QStringLiteral("text/plain")}; }
+
+ protected:
+  QVariant retrieveData(const QString& format, QMetaType /*preferredType*/) const override {
+    return formats().contains(format) ? toQString(sliceOfUnits(*text_, begin_, end_)) : QVariant();
+  }
+
+ private:
+  SharedText text_;
+  int begin_;
+  int end_;
+};
+
 }  // namespace
 
 PlainTextWidget::PlainTextWidget(QWidget* parent) : QPlainTextEdit(parent) {
@@ -77,9 +96,7 @@ void PlainTextWidget::showText(SharedText text) {
 
 QMimeData* PlainTextWidget::createMimeDataFromSelection() const {
   const QTextCursor cursor = textCursor();
-  auto* copied = new QMimeData;
-  copied->setText(toQString(sliceOfUnits(*text_, cursor.selectionStart(), cursor.selectionEnd())));
-  return copied;
+  return new PartOfText(text_, cursor.selectionStart(), cursor.selectionEnd());
 }
 
 void PlainTextWidget::wheelEvent(QWheelEvent* event) {
@@ -98,18 +115,31 @@ void PlainTextWidget::markMatches(const QString& text) {
 }
 
 bool PlainTextWidget::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
-  const bool isBackward = direction == SearchDirection::backward;
-  const QTextDocument::FindFlags flags =
-      isBackward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
-  QTextCursor from = textCursor();
-  if (start == SearchStart::atSelection) from.setPosition(from.selectionStart());
-  QTextCursor match = document()->find(text, from, flags);
-  if (match.isNull()) {
-    from.movePosition(isBackward ? QTextCursor::End : QTextCursor::Start);
-    match = document()->find(text, from, flags);
+  if (text.isEmpty()) return false;
+  // All lines at once: looking into each by itself takes several times as long.
+  const QString shown = document()->toRawText().replace(QChar::Nbsp, QLatin1Char(' '));
+  const QStringView all = shown;
+  QTextCursor selection = textCursor();
+  const qsizetype from = start == SearchStart::atSelection || direction == SearchDirection::backward
+                             ? selection.selectionStart()
+                             : selection.selectionEnd();
+  // Matches begin before `from` in the one part, there or later in the other.
+  const QStringView before = all.first(std::min(from + text.size() - 1, all.size()));
+  qsizetype at = -1;
+  if (direction == SearchDirection::forward) {
+    at = all.indexOf(text, from, Qt::CaseInsensitive);
+    if (at < 0) at = before.indexOf(text, 0, Qt::CaseInsensitive);
+  } else {
+    at = before.lastIndexOf(text, Qt::CaseInsensitive);
+    if (at < 0) {
+      at = all.sliced(from).lastIndexOf(text, Qt::CaseInsensitive);
+      if (at >= 0) at += from;
+    }
   }
-  if (match.isNull()) return false;
-  setTextCursor(match);
+  if (at < 0) return false;
+  selection.setPosition(static_cast<int>(at));
+  selection.setPosition(static_cast<int>(at + text.size()), QTextCursor::KeepAnchor);
+  setTextCursor(selection);
   return true;
 }
 

@@ -4,12 +4,14 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
 #include <QWheelEvent>
 #include <string>
+#include <utility>
 
 namespace pelmarix::test {
 namespace {
@@ -58,6 +60,29 @@ TEST_F(PlainTextWidget, CanBeReadSelectedAndCopiedButNotChanged) {
   EXPECT_TRUE(widget.isReadOnly());
   QTest::keySequence(&widget, QKeySequence::SelectAll);
   QTest::keySequence(&widget, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "Safari");
+}
+
+TEST_F(PlainTextWidget, OffersWhatWasCopiedAsPlainTextAndNothingElse) {
+  show("caf\xC3\xA9\n");
+  widget.selectAll();
+  widget.copy();
+  const QMimeData& data = *QApplication::clipboard()->mimeData();
+  EXPECT_EQ(data.formats(), QStringList{QStringLiteral("text/plain")});
+  EXPECT_EQ(data.data(QStringLiteral("text/plain")).toStdString(), "caf\xC3\xA9\n");
+  EXPECT_TRUE(data.data(QStringLiteral("text/html")).isEmpty());
+}
+
+TEST_F(PlainTextWidget, LeavesWhatWasCopiedAsItWasWhenItShowsAnotherTextOrGoes) {
+  {
+    qt::PlainTextWidget other;
+    other.showText(shareText("Safari 12.0.3\n"));
+    other.moveCursor(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+    other.copy();
+    other.showText(shareText("Mail 11.2.0\n"));
+    other.selectAll();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "Safari");
+  }
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "Safari");
 }
 
@@ -160,6 +185,53 @@ TEST_F(PlainTextWidget, FindsTextAllTheWayRound) {
   EXPECT_EQ(position(), 12);
   EXPECT_FALSE(widget.selectMatch(QStringLiteral("Notes"), pastSelection, forward));
   EXPECT_EQ(position(), 12);
+}
+
+TEST_F(PlainTextWidget, FindsWhatOverlapsTheSelectionOnTheWayRound) {
+  using enum qt::SearchStart;
+  using enum qt::SearchDirection;
+  show("xaaa");
+  const auto select = [&](int begin, int end) {
+    QTextCursor cursor = widget.textCursor();
+    cursor.setPosition(begin);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    widget.setTextCursor(cursor);
+  };
+  const auto selection = [&] {
+    return std::pair(widget.textCursor().selectionStart(), widget.textCursor().selectionEnd());
+  };
+  select(2, 4);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("aa"), pastSelection, forward));
+  EXPECT_EQ(selection(), std::pair(1, 3));
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("aa"), pastSelection, backward));
+  EXPECT_EQ(selection(), std::pair(2, 4));
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("aa"), pastSelection, backward));
+  EXPECT_EQ(selection(), std::pair(1, 3));
+  select(0, 0);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("xa"), pastSelection, backward));
+  EXPECT_EQ(selection(), std::pair(0, 2));
+  EXPECT_FALSE(widget.selectMatch(QStringLiteral("a string longer than the text"), pastSelection, backward));
+}
+
+TEST_F(PlainTextWidget, FindsNothingInNothingAndNoEmptyText) {
+  using enum qt::SearchStart;
+  using enum qt::SearchDirection;
+  for (const qt::SearchDirection direction : {forward, backward}) {
+    show("");
+    EXPECT_FALSE(widget.selectMatch(QStringLiteral("a"), pastSelection, direction));
+    show("Mail");
+    EXPECT_FALSE(widget.selectMatch({}, atSelection, direction));
+  }
+}
+
+TEST_F(PlainTextWidget, TakesABlankForOneThatDoesNotBreakLines) {
+  show(
+      "caf\xC3\xA9 \xF0\x9F\x92\xBE no\xC2\xA0"
+      "break");
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("NO BREAK"), qt::SearchStart::pastSelection,
+                                 qt::SearchDirection::forward));
+  EXPECT_EQ(widget.textCursor().selectionStart(), 8);
+  EXPECT_EQ(widget.textCursor().selectionEnd(), 16);
 }
 
 TEST_F(PlainTextWidget, MarksTheMatchesOnScreen) {
