@@ -110,7 +110,10 @@ class RowsView : public View, public Searchable {
     View::paintEvent(event);
     if (this->model() == nullptr || this->model()->rowCount() > 0) return;
     QPainter painter(this->viewport());
-    painter.setPen(this->palette().color(QPalette::PlaceholderText));
+    // Not the palette's colour for placeholders, which on some desktops is dark on dark.
+    QColor color = this->palette().color(QPalette::Text);
+    color.setAlphaF(0.6F);
+    painter.setPen(color);
     const int margin = this->fontMetrics().averageCharWidth() * 2;
     painter.drawText(this->viewport()->rect().adjusted(margin, margin, -margin, -margin),
                      Qt::AlignCenter | Qt::TextWordWrap, placeholderText_);

@@ -4,6 +4,7 @@
 
 #include <QLocale>
 #include <QTest>
+#include <algorithm>
 #include <string>
 
 #include "tests/qt/tree_fixture.h"
@@ -69,6 +70,22 @@ TEST_F(DrawnOutline, SaysWhereWasLookedWhenItIsEmptyWithoutMakingRowsOfIt) {
   widget.setPlaceholderText(QStringLiteral("Nothing was found"));
   EXPECT_NE(picture(), before);
   EXPECT_EQ(widget.model()->rowCount(), 0);
+}
+
+TEST_F(DrawnOutline, SaysItReadablyOnDarkWhereThePaletteNamesNoColourForIt) {
+  tree.groups.clear();
+  reload();
+  widget.setPlaceholderText(QStringLiteral("Nothing was found"));
+  QPalette dark;
+  dark.setColor(QPalette::Base, Qt::black);
+  dark.setColor(QPalette::Text, Qt::white);
+  dark.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+  widget.setPalette(dark);
+  const QImage image = picture();
+  int lightest = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) lightest = std::max(lightest, image.pixelColor(x, y).lightness());
+  EXPECT_GT(lightest, 120);
 }
 
 TEST_F(DrawnOutline, ToggleAGroupByReturn) {
