@@ -5,15 +5,13 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "bench/paired_times.h"
 #include "platform/services.h"
 #include "qt/file_manager.h"
 #include "receipts/bom.h"
@@ -23,6 +21,8 @@ namespace {
 
 using pelmarix::BoM;
 using pelmarix::receiptsFolder;
+using pelmarix::bench::median;
+using pelmarix::bench::secondsFor;
 
 constexpr std::size_t receiptCount = 5000;
 
@@ -70,19 +70,6 @@ void readPlainly() {
   }
 }
 
-double secondsFor(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
-/// Both in turn, so that whatever else the machine does meets both alike.
 void scanBesidePlainReading(benchmark::State& state) {
   pelmarix::qt::PosixFileManager files{pelmarix::qt::Volume(volume().root())};
   pelmarix::Services services;

@@ -9,16 +9,17 @@
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 #include <QWidget>
-#include <algorithm>
-#include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "bench/paired_times.h"
 #include "platform/text.h"
 #include "qt/bill_of_materials_sheet.h"
 
 namespace {
+
+using pelmarix::bench::median;
+using pelmarix::bench::secondsFor;
 
 std::string listing() {
   std::string text;
@@ -28,19 +29,6 @@ std::string listing() {
   return text;
 }
 
-double secondsFor(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
-/// Both in turn, so that whatever else the machine does meets both alike.
 void sheetBesideWidgetAlone(benchmark::State& state) {
   const pelmarix::SharedText text = pelmarix::shareText(listing());
   const QString sameText = QString::fromStdString(*text);

@@ -6,18 +6,20 @@
 #include <QMainWindow>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "bench/paired_times.h"
 #include "platform/application.h"
 #include "sample/volume.h"
 
 namespace {
+
+using pelmarix::bench::median;
+using pelmarix::bench::secondsFor;
 
 constexpr const char* untilPaintedVariable = "PELMARIX_BENCH_UNTIL_PAINTED";
 
@@ -61,12 +63,12 @@ class Stage {
     if (!environment.contains(QStringLiteral("DISPLAY")))
       environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     program.setProcessEnvironment(environment);
-    const auto begin = std::chrono::steady_clock::now();
-    program.start(QCoreApplication::applicationFilePath(), QStringList());
-    program.waitForFinished();
-    const auto end = std::chrono::steady_clock::now();
+    const double seconds = secondsFor([&program] {
+      program.start(QCoreApplication::applicationFilePath(), QStringList());
+      program.waitForFinished();
+    });
     if (program.exitStatus() != QProcess::NormalExit || program.exitCode() != 0) std::abort();
-    return std::chrono::duration<double>(end - begin).count();
+    return seconds;
   }
 
  private:
@@ -75,13 +77,6 @@ class Stage {
   QTemporaryDir folder_;
 };
 
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
-/// Both in turn, so that whatever else the machine does meets both alike.
 void firstWindowBesideEmptyOne(benchmark::State& state) {
   const Stage stage;
   std::vector<double> full;
