@@ -34,9 +34,11 @@ std::uint32_t atomNamed(xcb_connection_t* connection, std::string_view name) {
 
 CloseRequests::CloseRequests(QWidget& window) : window_(window) {
   const auto* display = qApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (display == nullptr) return;
-  protocols_ = atomNamed(display->connection(), "WM_PROTOCOLS");
-  deleteWindow_ = atomNamed(display->connection(), "WM_DELETE_WINDOW");
+  // A display in memory may be said to be one of X, too, but then there is no connection.
+  xcb_connection_t* const connection = display == nullptr ? nullptr : display->connection();
+  if (connection == nullptr) return;
+  protocols_ = atomNamed(connection, "WM_PROTOCOLS");
+  deleteWindow_ = atomNamed(connection, "WM_DELETE_WINDOW");
   qApp->installNativeEventFilter(this);
 }
 
