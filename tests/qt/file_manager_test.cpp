@@ -163,7 +163,7 @@ TEST(DirectoryEnumerator, ReadsAllTheBytesOfWhatItYielded) {
   const TemporaryFolder folder;
   // Around the size that one call reads, some with a folder of their own.
   std::map<std::string, std::string> contents;
-  for (const std::size_t size : {0, 1, 4096, 16383, 16384, 16385, 32768, 100'000}) {
+  for (const std::size_t size : {0U, 1U, 4096U, 16383U, 16384U, 16385U, 32768U, 100'000U}) {
     std::string bytes(size, 'x');
     if (size > 0) bytes.back() = '\0';
     const std::string name = std::to_string(size);
