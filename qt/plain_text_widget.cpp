@@ -9,6 +9,7 @@
 
 #include "qt/match_mark.h"
 #include "qt/text_conversion.h"
+#include "qt/text_search.h"
 
 namespace pelmarix::qt {
 namespace {
@@ -117,7 +118,7 @@ void PlainTextWidget::markMatches(const QString& text) {
 bool PlainTextWidget::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
   if (text.isEmpty()) return false;
   // All lines at once: looking into each by itself takes several times as long.
-  const QString shown = document()->toRawText().replace(QChar::Nbsp, QLatin1Char(' '));
+  const QString shown = document()->toRawText();
   const QStringView all = shown;
   QTextCursor selection = textCursor();
   const qsizetype from = start == SearchStart::atSelection || direction == SearchDirection::backward
@@ -127,12 +128,12 @@ bool PlainTextWidget::selectMatch(const QString& text, SearchStart start, Search
   const QStringView before = all.first(std::min(from + text.size() - 1, all.size()));
   qsizetype at = -1;
   if (direction == SearchDirection::forward) {
-    at = all.indexOf(text, from, Qt::CaseInsensitive);
-    if (at < 0) at = before.indexOf(text, 0, Qt::CaseInsensitive);
+    at = indexOfIgnoringCase(all, text, from);
+    if (at < 0) at = indexOfIgnoringCase(before, text);
   } else {
-    at = before.lastIndexOf(text, Qt::CaseInsensitive);
+    at = lastIndexOfIgnoringCase(before, text);
     if (at < 0) {
-      at = all.sliced(from).lastIndexOf(text, Qt::CaseInsensitive);
+      at = lastIndexOfIgnoringCase(all.sliced(from), text);
       if (at >= 0) at += from;
     }
   }
@@ -165,7 +166,7 @@ void PlainTextWidget::paintMatches(QPainter& painter, const QTextBlock& block, c
   const int lastShown = line.xToCursor(viewport()->width() - topLeft.x());
   const int length = static_cast<int>(marked_.size());
   for (qsizetype at = std::max(0, firstShown - length);
-       (at = text.indexOf(marked_, at, Qt::CaseInsensitive)) >= 0 && at <= lastShown; at += length) {
+       (at = indexOfIgnoringCase(text, marked_, at)) >= 0 && at <= lastShown; at += length) {
     const int position = static_cast<int>(at);
     const qreal left = line.cursorToX(position);
     const qreal right = line.cursorToX(position + length);
