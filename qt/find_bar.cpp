@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QToolButton>
 
+#include "qt/palette_colors.h"
 #include "ui_find_bar.h"
 
 namespace pelmarix::qt {
@@ -10,6 +11,7 @@ namespace pelmarix::qt {
 FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FindBar>()) {
   ui_->setupUi(this);
   if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
+  setPlaceholderColor();
   hide();
   connect(ui_->text, &QLineEdit::textChanged, this,
           [this] { find(SearchStart::atSelection, SearchDirection::forward); });
@@ -63,6 +65,18 @@ void FindBar::find(SearchStart start, SearchDirection direction) {
 }
 
 void FindBar::showOutcome(bool isFound) { ui_->outcome->setText(isFound ? QString() : tr("Not found")); }
+
+void FindBar::setPlaceholderColor() {
+  QPalette colors = ui_->text->palette();
+  // The bar has a new palette before its parts have.
+  colors.setColor(QPalette::PlaceholderText, placeholderColor(palette()));
+  ui_->text->setPalette(colors);
+}
+
+void FindBar::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) setPlaceholderColor();
+}
 
 void FindBar::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {

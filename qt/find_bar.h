@@ -29,10 +29,12 @@ class FindBar final : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void find(SearchStart start, SearchDirection direction);
   void showOutcome(bool isFound);
+  void setPlaceholderColor();
 
   std::unique_ptr<Ui::FindBar> ui_;
   QWidget* targetWidget_ = nullptr;

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "qt/match_mark.h"
+#include "qt/palette_colors.h"
 #include "qt/text_conversion.h"
 #include "qt/text_search.h"
 

@@ -7,7 +7,7 @@
 #include <QTextLayout>
 #include <QToolTip>
 
-#include "qt/match_mark.h"
+#include "qt/palette_colors.h"
 
 namespace pelmarix::qt {
 namespace {

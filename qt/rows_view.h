@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "qt/palette_colors.h"
 #include "qt/row_delegate.h"
 #include "qt/row_text.h"
 #include "qt/searchable.h"
@@ -110,10 +111,7 @@ class RowsView : public View, public Searchable {
     View::paintEvent(event);
     if (this->model() == nullptr || this->model()->rowCount() > 0) return;
     QPainter painter(this->viewport());
-    // Not the palette's colour for placeholders, which on some desktops is dark on dark.
-    QColor color = this->palette().color(QPalette::Text);
-    color.setAlphaF(0.6F);
-    painter.setPen(color);
+    painter.setPen(placeholderColor(this->palette()));
     const int margin = this->fontMetrics().averageCharWidth() * 2;
     painter.drawText(this->viewport()->rect().adjusted(margin, margin, -margin, -margin),
                      Qt::AlignCenter | Qt::TextWordWrap, placeholderText_);
