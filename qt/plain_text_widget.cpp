@@ -92,7 +92,9 @@ PlainTextWidget::PlainTextWidget(QWidget* parent) : QPlainTextEdit(parent) {
 void PlainTextWidget::showText(SharedText text) {
   const bool isShown = text == text_ || *text == *text_;
   text_ = std::move(text);
-  if (!isShown) setPlainText(shownText(*text_));
+  if (isShown) return;
+  shown_ = shownText(*text_);
+  setPlainText(shown_);
 }
 
 QMimeData* PlainTextWidget::createMimeDataFromSelection() const {
@@ -117,9 +119,7 @@ void PlainTextWidget::markMatches(const QString& text) {
 
 bool PlainTextWidget::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
   if (text.isEmpty()) return false;
-  // All lines at once: looking into each by itself takes several times as long.
-  const QString shown = document()->toRawText();
-  const QStringView all = shown;
+  const QStringView all = shown_;
   QTextCursor selection = textCursor();
   const qsizetype from = start == SearchStart::atSelection || direction == SearchDirection::backward
                              ? selection.selectionStart()

@@ -36,6 +36,8 @@ class PlainTextWidget final : public QPlainTextEdit, public Searchable {
   void paintMatches(QPainter& painter, const QTextBlock& block, const QPointF& topLeft) const;
 
   SharedText text_ = shareText({});
+  /// What the document shows of it, to search in: putting that together from its lines takes much longer.
+  QString shown_;
   QString marked_;
   int wheelAngle_ = 0;  ///< eighths of a degree, since the last step of zooming
 };
