@@ -1,17 +1,16 @@
 #include "qt/text_conversion.h"
 
 #include <QFile>
-#include <QStringDecoder>
-#include <QStringEncoder>
 
 namespace pelmarix::qt {
 
 QString toQString(std::string_view utf8) {
-  // Not QString::fromUtf8, which drops a byte-order mark. Stateless: a text cut in the middle of a letter
-  // ends there, nothing is kept for a next piece.
-  QStringDecoder decoder(QStringDecoder::Utf8,
-                         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-  return decoder.decode(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));
+  // QString::fromUtf8 drops a byte-order mark at the beginning.
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  QString text;
+  for (; utf8.starts_with(byteOrderMark); utf8.remove_prefix(byteOrderMark.size()))
+    text += QChar(QChar::ByteOrderMark);
+  return text += QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
 std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }

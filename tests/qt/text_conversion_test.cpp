@@ -11,13 +11,13 @@ TEST(TextConversion, KeepsEveryLetterBothWays) {
   EXPECT_EQ(toUtf8(toQString(text)), text);
 }
 
-TEST(TextConversion, KeepsNulAndAByteOrderMark) {
+TEST(TextConversion, KeepsNulAndByteOrderMarks) {
   using namespace std::string_literals;
-  const std::string text =
-      "\xEF\xBB\xBF"
-      "a\0b"s;
-  EXPECT_EQ(toQString(text).size(), 4);
-  EXPECT_EQ(toUtf8(toQString(text)), text);
+  const std::string mark = "\xEF\xBB\xBF";
+  for (const std::string& text : {mark, mark + "a\0b"s, mark + mark + "a", "a" + mark, mark + "\xC3\xA9"}) {
+    EXPECT_EQ(toUtf8(toQString(text)), text);
+    EXPECT_EQ(toQString(text).count(QChar(QChar::ByteOrderMark)), text.starts_with(mark + mark) ? 2 : 1);
+  }
 }
 
 TEST(TextConversion, ReplacesBytesThatAreNotUtf8) {
