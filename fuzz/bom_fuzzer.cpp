@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
+#include <vector>
 
 #include "lsbom/bill_of_materials.h"
 #include "lsbom/listing.h"
@@ -26,21 +27,17 @@ void checkEntries(const BillOfMaterials& bill, std::string_view bytes) {
     return text.empty() ||
            (text.data() >= bytes.data() && text.data() + text.size() <= bytes.data() + bytes.size());
   };
+  std::vector<Entry> above;  // the entry ahead and what stands above that
   for (std::size_t i = 0; i < bill.size(); ++i) {
     const Entry entry = bill.entry(i);
     require(isInside(entry.name) && isInside(entry.record.linkTarget) && isInside(entry.record.programParts));
     require(entry.name.find('\0') == std::string_view::npos);
-    const std::uint32_t parent = bill.parent(i);
-    if (entry.depth == 0) {
-      require(parent == BillOfMaterials::none);
-    } else {
-      require(parent < i && bill.entry(parent).depth + 1 == entry.depth);
-    }
-    if (i > 0) {
-      const Entry before = bill.entry(i - 1);
-      require(entry.depth <= before.depth + 1);
-      require(entry.depth != before.depth || entry.name >= before.name);
-    }
+    require(entry.id != 0 && bill.entryWithId(entry.id).name.data() == entry.name.data());
+    std::string_view sibling;  // the one ahead
+    for (; !above.empty() && above.back().id != entry.parent; above.pop_back()) sibling = above.back().name;
+    require(above.empty() == (entry.parent == 0));
+    require(entry.name >= sibling);
+    above.push_back(entry);
   }
 }
 

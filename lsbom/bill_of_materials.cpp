@@ -20,42 +20,47 @@ namespace {
 constexpr std::size_t leavesAtOnce = 16;
 constexpr std::size_t pathsAtOnce = 8192;
 
+constexpr std::uint32_t none = UINT32_MAX;
+
 }  // namespace
 
 // Finds paths by their ids.
 class BillOfMaterials::Ids {
  public:
-  // Takes the largest id of the paths. Gives the index of a path whose id another path has as well, or none.
-  std::uint32_t fill(std::span<const Path> paths, std::uint32_t largest) {
-    return largest / 8 <= paths.size() ? fillTable(paths, largest) : fillKeys(paths);
+  // Takes the largest id of the paths.
+  Ids(std::span<const Path> paths, std::uint32_t largest) {
+    if (largest / 8 <= paths.size()) {
+      fillTable(paths, largest);
+    } else {
+      fillKeys(paths);
+    }
   }
 
   std::uint32_t find(std::uint32_t id) const {
-    if (!table_.empty()) return id < table_.size() ? table_[id] : none;
+    if (!table_.empty()) return id < table_.size() ? table_[id].load(std::memory_order_relaxed) - 1 : none;
     const auto key = std::lower_bound(keys_.begin(), keys_.end(), std::uint64_t{id} << 32);
     return key == keys_.end() || *key >> 32 != id ? none : static_cast<std::uint32_t>(*key);
   }
 
  private:
-  std::uint32_t fillTable(std::span<const Path> paths, std::uint32_t largest) {
-    table_.assign(std::size_t{largest} + 1, none);
-    for (std::uint32_t i = 0; i < paths.size(); ++i) {
-      if (std::exchange(table_[paths[i].id], i) != none) return i;
-    }
-    return none;
+  // Of several paths with one id, any may be found afterwards.
+  void fillTable(std::span<const Path> paths, std::uint32_t largest) {
+    table_ = std::vector<std::atomic<std::uint32_t>>(std::size_t{largest} + 1);
+    inParallel(paths.size(), pathsAtOnce, [this, paths](std::size_t begin, std::size_t end) {
+      for (std::size_t i = begin; i < end; ++i) {
+        table_[paths[i].id].store(static_cast<std::uint32_t>(i + 1), std::memory_order_relaxed);
+      }
+    });
   }
 
-  std::uint32_t fillKeys(std::span<const Path> paths) {
+  void fillKeys(std::span<const Path> paths) {
     keys_.reserve(paths.size());
     for (std::uint32_t i = 0; i < paths.size(); ++i) keys_.push_back((std::uint64_t{paths[i].id} << 32) | i);
     std::sort(keys_.begin(), keys_.end());
-    const auto sameId = [](std::uint64_t left, std::uint64_t right) { return left >> 32 == right >> 32; };
-    const auto twice = std::adjacent_find(keys_.begin(), keys_.end(), sameId);
-    return twice == keys_.end() ? none : static_cast<std::uint32_t>(*twice);
   }
 
-  std::vector<std::uint32_t> table_;  // indices by id, where ids are dense enough
-  std::vector<std::uint64_t> keys_;   // else sorted: an id above its index
+  std::vector<std::atomic<std::uint32_t>> table_;  // indices plus 1, by id, where ids are dense enough
+  std::vector<std::uint64_t> keys_;                // else sorted: an id above its index
 };
 
 class BillOfMaterials::Reader {
@@ -67,12 +72,7 @@ class BillOfMaterials::Reader {
     Leaves leaves;
     if (const Failure failure = readTree(store_, leaves)) return failure;
     if (const Failure failure = readPaths(leaves)) return failure;
-    const Survey all = survey();
-    if (!all.sorted) {
-      std::sort(paths_.begin(), paths_.end(),
-                [this](const Path& left, const Path& right) { return precedes(left, right); });
-    }
-    if (const Failure failure = findChildren(all.largestId)) return failure;
+    if (const Failure failure = findChildren()) return failure;
     return arrange();
   }
 
@@ -82,25 +82,50 @@ class BillOfMaterials::Reader {
     return static_cast<std::uint32_t>(store_.offsetOf(bytes));
   }
 
+  // What was seen of some paths while they were read.
+  struct Survey {
+    Failure failure;
+    bool sorted = true;  // as the usual writer sorts; others need not
+    std::uint32_t largestId = 0;
+    std::uint32_t longestName = 0;
+
+    void add(const Survey& other) {
+      if (!failure) failure = other.failure;
+      sorted = sorted && other.sorted;
+      largestId = std::max(largestId, other.largestId);
+      longestName = std::max(longestName, other.longestName);
+    }
+  };
+
   Failure readPaths(const Leaves& tree) {
     // Not cleared ahead: every path is written below, by several threads at once.
     bill_.pathStore_.reset(new Path[tree.pathCount]);
     bill_.paths_ = paths_ = {bill_.pathStore_.get(), tree.pathCount};
     std::atomic<std::size_t> namesLength = 0;
-    std::vector<Failure> failures((tree.leaves.size() + leavesAtOnce - 1) / leavesAtOnce);
-    inParallel(failures.size(), [&](std::size_t i) {
-      const std::size_t end = std::min(tree.leaves.size(), (i + 1) * leavesAtOnce);
-      for (std::size_t leaf = i * leavesAtOnce; leaf < end && !failures[i]; ++leaf) {
-        failures[i] = readLeaf(tree.leaves[leaf], namesLength);
+    std::vector<Survey> surveys(tree.leaves.size());
+    inParallel(surveys.size(), leavesAtOnce, [&](std::size_t begin, std::size_t end) {
+      bool ok = true;
+      for (std::size_t i = begin; i < end && ok; ++i) {
+        surveys[i].failure = readLeaf(tree.leaves[i], namesLength, surveys[i]);
+        ok = !surveys[i].failure;
       }
     });
-    const auto failed =
-        std::find_if(failures.begin(), failures.end(), [](const Failure& failure) { return bool{failure}; });
-    return failed == failures.end() ? Failure{} : *failed;
+    for (const Survey& survey : surveys) all_.add(survey);
+    if (all_.failure) return all_.failure;
+    for (const Leaf& leaf : tree.leaves) {
+      const std::size_t first = leaf.firstPath;
+      if (first == 0 || first == paths_.size()) continue;
+      all_.sorted = all_.sorted && !precedes(paths_[first], paths_[first - 1]);
+    }
+    if (!all_.sorted) {
+      std::sort(paths_.begin(), paths_.end(),
+                [this](const Path& left, const Path& right) { return precedes(left, right); });
+    }
+    return {};
   }
 
   // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and over.
-  Failure readLeaf(const Leaf& leaf, std::atomic<std::size_t>& namesLength) const {
+  Failure readLeaf(const Leaf& leaf, std::atomic<std::size_t>& namesLength, Survey& survey) const {
     std::size_t index = leaf.firstPath;
     std::size_t length = 0;
     for (Cursor cursor(leaf.pairs); !cursor.rest().empty(); ++index) {
@@ -111,6 +136,9 @@ class BillOfMaterials::Reader {
       if (const Failure failure = readName(name, path)) return failure;
       length += path.nameLength;
       if (length > bytes_.size()) return {Fault::namesTooLong, path.name};
+      survey.largestId = std::max(survey.largestId, path.id);
+      survey.longestName = std::max(survey.longestName, path.nameLength);
+      if (index > leaf.firstPath && precedes(path, paths_[index - 1])) survey.sorted = false;
     }
     namesLength += length;
     if (namesLength > bytes_.size()) return {Fault::namesTooLong, store_.offsetOf(leaf.pairs)};
@@ -155,44 +183,31 @@ class BillOfMaterials::Reader {
     return order < 0 || (order == 0 && left.id < right.id);
   }
 
-  // What one look at all paths tells.
-  struct Survey {
-    bool sorted = true;  // as the usual writer sorts; others need not
-    std::uint32_t largestId = 0;
-  };
-
-  Survey survey() const {
-    std::vector<Survey> parts((paths_.size() + pathsAtOnce - 1) / pathsAtOnce);
-    inParallel(parts.size(), [&](std::size_t part) {
-      const std::size_t end = std::min(paths_.size(), (part + 1) * pathsAtOnce);
-      for (std::size_t i = part * pathsAtOnce; i < end; ++i) {
-        parts[part].largestId = std::max(parts[part].largestId, paths_[i].id);
-        if (i > 0 && precedes(paths_[i], paths_[i - 1])) parts[part].sorted = false;
-      }
-    });
-    Survey all;
-    for (const Survey& part : parts) {
-      all.sorted = all.sorted && part.sorted;
-      all.largestId = std::max(all.largestId, part.largestId);
-    }
-    return all;
-  }
-
   // The paths are sorted by now, so children of one parent stand next to each other.
-  bool isFirstChild(std::size_t index) const {
-    return index == 0 || paths_[index].parent != paths_[index - 1].parent;
+  Failure findChildren() {
+    bill_.ids_ = std::make_unique<Ids>(paths_, all_.largestId);
+    firstChild_.assign(paths_.size(), none);
+    isLastChild_.assign(paths_.size(), 0);
+    std::vector<Failure> failures(paths_.size() / pathsAtOnce + 1);
+    inParallel(paths_.size(), pathsAtOnce, [&](std::size_t begin, std::size_t end) {
+      failures[begin / pathsAtOnce] = findChildren(begin, end);
+    });
+    const auto failed =
+        std::find_if(failures.begin(), failures.end(), [](const Failure& failure) { return bool{failure}; });
+    return failed == failures.end() ? Failure{} : *failed;
   }
 
-  Failure findChildren(std::uint32_t largestId) {
-    Ids ids;
-    if (const std::uint32_t twice = ids.fill(paths_, largestId); twice != none)
-      return {Fault::idTwice, paths_[twice].name};
-    firstChild_.assign(paths_.size(), none);
-    for (std::uint32_t i = 0; i < paths_.size(); ++i) {
-      if (!isFirstChild(i) || paths_[i].parent == 0) continue;
-      const std::uint32_t parent = ids.find(paths_[i].parent);
-      if (parent == none) return {Fault::unknownParent, paths_[i].name};
-      firstChild_[parent] = i;
+  // No two parents have a child in common, so several threads can do this for different children.
+  Failure findChildren(std::size_t begin, std::size_t end) {
+    const Ids& ids = *bill_.ids_;
+    for (std::size_t i = begin; i < end; ++i) {
+      const Path& path = paths_[i];
+      if (ids.find(path.id) != i) return {Fault::idTwice, path.name};
+      isLastChild_[i] = i + 1 == paths_.size() || paths_[i + 1].parent != path.parent;
+      if (path.parent == 0 || (i > 0 && paths_[i - 1].parent == path.parent)) continue;
+      const std::uint32_t parent = ids.find(path.parent);
+      if (parent == none) return {Fault::unknownParent, path.name};
+      firstChild_[parent] = static_cast<std::uint32_t>(i);
     }
     return {};
   }
@@ -200,28 +215,23 @@ class BillOfMaterials::Reader {
   Failure arrange() {
     struct Next {
       std::uint32_t path;
-      std::uint32_t depth;
-      std::uint32_t parent;     // its place
       std::size_t lengthAbove;  // of the path of what stands above it, with the "/" behind that
     };
-    std::vector<Place>& places = bill_.places_;
-    places.reserve(paths_.size());
+    bill_.orderStore_.reset(new std::uint32_t[paths_.size()]);
+    std::uint32_t* end = bill_.orderStore_.get();
     std::vector<Next> stack;  // what comes behind the children of the folders above
-    Next next{0, 0, none, 0};
+    Next next{0, 0};
     bool more = !paths_.empty() && paths_.front().parent == 0;
     while (more) {
-      const std::uint32_t index = next.path;
-      const std::size_t length = next.lengthAbove + paths_[index].nameLength;
-      if (length > longestPath) return {Fault::pathTooLong, paths_[index].name};
-      const auto place = static_cast<std::uint32_t>(places.size());
-      places.push_back({index, next.depth, next.parent});
-
-      const bool hasSibling = index + 1 < paths_.size() && !isFirstChild(index + 1);
+      const auto [path, lengthAbove] = next;
+      if (lengthAbove + all_.longestName > longestPath && lengthAbove + paths_[path].nameLength > longestPath)
+        return {Fault::pathTooLong, paths_[path].name};
+      *end++ = path;
       ++next.path;
-      if (firstChild_[index] != none) {
-        if (hasSibling) stack.push_back(next);
-        next = {firstChild_[index], next.depth + 1, place, length + 1};
-      } else if (!hasSibling) {
+      if (firstChild_[path] != none) {
+        if (isLastChild_[path] == 0) stack.push_back(next);
+        next = {firstChild_[path], lengthAbove + paths_[path].nameLength + 1};
+      } else if (isLastChild_[path] != 0) {
         more = !stack.empty();
         if (more) {
           next = stack.back();
@@ -229,13 +239,14 @@ class BillOfMaterials::Reader {
         }
       }
     }
-    return places.size() < paths_.size() ? parentCycle() : Failure{};
+    bill_.order_ = {bill_.orderStore_.get(), end};
+    return bill_.order_.size() < paths_.size() ? parentCycle() : Failure{};
   }
 
   // Every parent is known, so what cannot be reached from the top is in a circle or below one.
   Failure parentCycle() const {
     std::vector<bool> reached(paths_.size());
-    for (const Place& place : bill_.places_) reached[place.path] = true;
+    for (const std::uint32_t path : bill_.order_) reached[path] = true;
     const auto missed = std::find(reached.begin(), reached.end(), false) - reached.begin();
     return {Fault::parentCycle, paths_[static_cast<std::size_t>(missed)].name};
   }
@@ -244,21 +255,27 @@ class BillOfMaterials::Reader {
   std::string_view bytes_;
   Store store_;
   std::span<Path> paths_;
+  Survey all_;
   std::vector<std::uint32_t> firstChild_;  // by path
+  std::vector<std::uint8_t> isLastChild_;  // by path
 };
+
+BillOfMaterials::BillOfMaterials() = default;
+BillOfMaterials::~BillOfMaterials() = default;
 
 Failure BillOfMaterials::read(std::string_view bytes) {
   bytes_ = bytes.substr(0, largestFile);
-  places_.clear();
+  order_ = {};
   const Failure failure = Reader(*this).run();
-  if (failure) places_.clear();
+  if (failure) order_ = {};
   return failure;
 }
 
-Entry BillOfMaterials::entry(std::size_t index) const {
-  const Place& place = places_[index];
-  const Path& path = paths_[place.path];
-  Entry entry{bytes_.substr(path.name, path.nameLength), place.depth, {}};
+Entry BillOfMaterials::entryWithId(std::uint32_t id) const { return entryOf(ids_->find(id)); }
+
+Entry BillOfMaterials::entryOf(std::uint32_t index) const {
+  const Path& path = paths_[index];
+  Entry entry{path.id, path.parent, bytes_.substr(path.name, path.nameLength), {}};
   decodeRecord(bytes_.substr(path.record, path.recordLength), entry.record);
   return entry;
 }

@@ -22,31 +22,33 @@ inline constexpr std::size_t longestPath = 65535;
 
 // One path. Its texts are views into the bytes that were read.
 struct Entry {
-  std::string_view name;    // the path's last component: any bytes but NUL
-  std::uint32_t depth = 0;  // how many components stand above it
+  std::uint32_t id = 0;      // never 0, and no other path's
+  std::uint32_t parent = 0;  // the id of what stands above it; 0 at the top
+  std::string_view name;     // the path's last component: any bytes but NUL
   Record record;
 };
 
-// The entries of a file, depth first, children by the bytes of their names: what stands above an entry is the
-// nearest one ahead of it with a smaller depth.
+// The entries of a file, depth first, children by the bytes of their names.
 class BillOfMaterials {
  public:
-  BillOfMaterials() = default;
+  BillOfMaterials();
+  BillOfMaterials(const BillOfMaterials&) = delete;
+  BillOfMaterials& operator=(const BillOfMaterials&) = delete;
+  ~BillOfMaterials();
 
   // Reads a whole file. The bytes must outlive this object. Work and memory are in proportion to their number
   // (but for what has to be sorted), whatever they say; nothing is allocated by a count that they do not bear
   // out. After a failure there are no entries.
   Failure read(std::string_view bytes);
 
-  std::size_t size() const { return places_.size(); }
-  Entry entry(std::size_t index) const;
+  std::size_t size() const { return order_.size(); }
+  Entry entry(std::size_t index) const { return entryOf(order_[index]); }
 
-  // The index of the entry that stands above another, or none.
-  static constexpr std::uint32_t none = UINT32_MAX;
-  std::uint32_t parent(std::size_t index) const { return places_[index].parent; }
+  // The entry with an id, which there must be.
+  Entry entryWithId(std::uint32_t id) const;
 
  private:
-  // A path as the file has it: ranges are offsets into the bytes, its place is told by ids.
+  // A path as the file has it: ranges are offsets into the bytes.
   struct Path {
     std::uint32_t id;
     std::uint32_t parent;
@@ -56,20 +58,17 @@ class BillOfMaterials {
     std::uint32_t recordLength;
   };
 
-  // Where in the listing a path stands.
-  struct Place {
-    std::uint32_t path;
-    std::uint32_t depth;
-    std::uint32_t parent;  // its place, or none
-  };
-
-  class Reader;
   class Ids;
+  class Reader;
+
+  Entry entryOf(std::uint32_t path) const;
 
   std::string_view bytes_;
   std::unique_ptr<Path[]> pathStore_;
-  std::span<Path> paths_;      // by the parent's id, then by name
-  std::vector<Place> places_;  // in the order of the listing
+  std::span<Path> paths_;  // by the parent's id, then by name
+  std::unique_ptr<Ids> ids_;
+  std::unique_ptr<std::uint32_t[]> orderStore_;
+  std::span<std::uint32_t> order_;  // the paths in the order of the listing
 };
 
 }  // namespace pelmarix::lsbom

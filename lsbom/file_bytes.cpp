@@ -54,9 +54,8 @@ int FileBytes::read(const std::string& path) {
 int FileBytes::readSlices(const std::string& path, std::size_t size) {
   reserve(size);
   std::atomic<int> error = 0;
-  inParallel((size + sliceLength - 1) / sliceLength, [&](std::size_t slice) {
-    const std::size_t offset = slice * sliceLength;
-    const int failure = readSlice(path, offset, data_.get() + offset, std::min(sliceLength, size - offset));
+  inParallel(size, sliceLength, [&](std::size_t begin, std::size_t end) {
+    const int failure = readSlice(path, begin, data_.get() + begin, end - begin);
     if (failure != 0) error = failure;
   });
   if (error == 0) size_ = size;

@@ -15,33 +15,40 @@ constexpr std::uint16_t characterDevice = 0020000;
 constexpr std::uint16_t blockDevice = 0060000;
 
 // So many entries are made into text at once.
-constexpr std::size_t entriesPerText = 2048;
+constexpr std::size_t entriesPerText = 1024;
 
 // The path of the entry that was last moved to.
 class PathText {
  public:
   // The first entry needs what stands above it.
-  PathText(const BillOfMaterials& bill, std::size_t first) {
-    std::vector<std::size_t> above;
-    for (std::size_t index = bill.parent(first); index != BillOfMaterials::none; index = bill.parent(index)) {
-      above.push_back(index);
+  PathText(const BillOfMaterials& bill, const Entry& first) {
+    std::vector<Entry> above;
+    for (std::uint32_t id = first.parent; id != 0; id = above.back().parent) {
+      above.push_back(bill.entryWithId(id));
     }
-    for (auto index = above.rbegin(); index != above.rend(); ++index) moveTo(bill.entry(*index));
+    for (auto entry = above.rbegin(); entry != above.rend(); ++entry) moveTo(*entry);
   }
 
+  // The next entry stands below the last one or below something above that.
   void moveTo(const Entry& entry) {
-    text_.resize(entry.depth == 0 ? 0 : ends_[entry.depth - 1]);
-    if (entry.depth > 0) text_ += '/';
+    while (!parts_.empty() && parts_.back().id != entry.parent) parts_.pop_back();
+    text_.resize(parts_.empty() ? 0 : parts_.back().end);
+    if (!parts_.empty()) text_ += '/';
     text_ += entry.name;
-    ends_.resize(entry.depth);
-    ends_.push_back(text_.size());
+    parts_.push_back({entry.id, text_.size()});
   }
 
   std::string_view text() const { return text_; }
 
  private:
+  // A component: the id of the entry it is of, and where it ends.
+  struct Part {
+    std::uint32_t id;
+    std::size_t end;
+  };
+
   std::string text_;
-  std::vector<std::size_t> ends_;  // of the path's components, by depth
+  std::vector<Part> parts_;
 };
 
 class Lister {
@@ -201,14 +208,11 @@ class Lister {
 
 void list(const BillOfMaterials& bill, const ListOptions& options, const AccountNames& names,
           Output& output) {
-  const std::size_t texts = (bill.size() + entriesPerText - 1) / entriesPerText;
-  inParallel(texts, [&](std::size_t number) {
-    Text text(output, number);
+  inParallel(bill.size(), entriesPerText, [&](std::size_t begin, std::size_t end) {
+    Text text(output, begin / entriesPerText);
     Lister lister(options, names, text);
-    const std::size_t first = number * entriesPerText;
-    const std::size_t end = std::min(bill.size(), first + entriesPerText);
-    PathText path(bill, first);
-    for (std::size_t i = first; i < end && output.error() == 0; ++i) {
+    PathText path(bill, bill.entry(begin));
+    for (std::size_t i = begin; i < end && output.error() == 0; ++i) {
       const Entry entry = bill.entry(i);
       path.moveTo(entry);
       if (lister.isChosen(entry.record)) lister.printLine(entry, path.text());

@@ -6,9 +6,10 @@
 
 namespace pelmarix::lsbom {
 
-// Calls work(0), work(1) ... work(count - 1), each once, and returns when all have returned. The calls begin
-// in this order but run side by side, on this thread and a few more; a single one needs no other thread. They
-// must not throw.
-void inParallel(std::size_t count, const std::function<void(std::size_t)>& work);
+// Calls work(begin, end) for the ranges that [0, count) is cut into, each of `atOnce` but the last, and
+// returns when all calls have returned. They begin in this order but run side by side, on this thread and a
+// few more; a single one needs no other thread. They must not throw.
+void inParallel(std::size_t count, std::size_t atOnce,
+                const std::function<void(std::size_t begin, std::size_t end)>& work);
 
 }  // namespace pelmarix::lsbom

@@ -19,6 +19,7 @@
 namespace pelmarix::lsbom {
 namespace {
 
+constexpr std::size_t fixedLength = 23;
 constexpr std::size_t programPartLength = 16;
 constexpr std::uint16_t programFlags = 0xF000;
 
@@ -47,19 +48,19 @@ Fault decodeFile(Cursor cursor, std::uint16_t flags, Record& record) {
 }  // namespace
 
 Fault decodeRecord(std::string_view bytes, Record& record) {
-  Cursor cursor(bytes);
-  record.kind = kindOf(cursor.u8());
-  cursor.u8();
-  const std::uint16_t flags = cursor.u16();
-  record.mode = cursor.u16();
-  record.user = cursor.u32();
-  record.group = cursor.u32();
-  record.modificationTime = cursor.u32();
-  record.size = cursor.u32();
-  cursor.u8();
-  if (!cursor.ok()) return Fault::shortRecord;
-  if (record.kind == Kind::link) return decodeLink(cursor, record);
-  if (record.kind == Kind::file) return decodeFile(cursor, flags, record);
+  if (bytes.size() < fixedLength) return Fault::shortRecord;
+  Cursor fixed(bytes.substr(0, fixedLength));
+  record.kind = kindOf(fixed.u8());
+  fixed.u8();
+  const std::uint16_t flags = fixed.u16();
+  record.mode = fixed.u16();
+  record.user = fixed.u32();
+  record.group = fixed.u32();
+  record.modificationTime = fixed.u32();
+  record.size = fixed.u32();
+  const Cursor rest(bytes.substr(fixedLength));
+  if (record.kind == Kind::link) return decodeLink(rest, record);
+  if (record.kind == Kind::file) return decodeFile(rest, flags, record);
   return Fault::none;
 }
 

@@ -9,20 +9,7 @@
 //   variables  u32 count, and for each u32 block, u8 length of the name, the name
 #include "lsbom/store.h"
 
-#include "lsbom/cursor.h"
-
 namespace pelmarix::lsbom {
-namespace {
-
-constexpr std::size_t pairLength = 8;
-
-// 32-bit numbers added in 64 bits cannot wrap.
-bool isInside(std::string_view file, std::uint64_t offset, std::uint64_t length) {
-  return offset + length <= file.size();
-}
-
-}  // namespace
-
 Failure Store::open(std::string_view file) {
   file_ = file;
   Cursor header(file);
@@ -41,16 +28,16 @@ Failure Store::open(std::string_view file) {
 }
 
 Failure Store::openIndex(std::uint32_t offset, std::uint32_t length) {
-  if (!isInside(file_, offset, length)) return {Fault::indexPastEnd, offset};
+  if (!isInside(offset, length)) return {Fault::indexPastEnd, offset};
   Cursor cursor(file_.substr(offset, length));
   blockCount_ = cursor.u32();
-  index_ = cursor.take(blockCount_ * pairLength);
+  index_ = cursor.take(blockCount_ * indexPairLength);
   if (!cursor.ok()) return {Fault::indexTooShort, offset};
   return {};
 }
 
 Failure Store::openVariables(std::uint32_t offset, std::uint32_t length) {
-  if (!isInside(file_, offset, length)) return {Fault::variablesPastEnd, offset};
+  if (!isInside(offset, length)) return {Fault::variablesPastEnd, offset};
   Cursor cursor(file_.substr(offset, length));
   bool found = false;
   for (std::uint32_t left = cursor.u32(); left > 0 && cursor.ok(); --left) {
@@ -63,16 +50,6 @@ Failure Store::openVariables(std::uint32_t offset, std::uint32_t length) {
   }
   if (!cursor.ok()) return {Fault::variablesTooShort, offset};
   if (!found) return {Fault::noPaths, offset};
-  return {};
-}
-
-Failure Store::block(std::uint32_t number, std::string_view& bytes) const {
-  if (number == 0 || number >= blockCount_) return {Fault::unknownBlock, offsetOf(index_)};
-  Cursor pair(index_.substr(number * pairLength, pairLength));
-  const std::uint32_t offset = pair.u32();
-  const std::uint32_t length = pair.u32();
-  if (!isInside(file_, offset, length)) return {Fault::blockPastEnd, offset};
-  bytes = file_.substr(offset, length);
   return {};
 }
 

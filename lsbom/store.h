@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "lsbom/cursor.h"
 #include "lsbom/fault.h"
 
 namespace pelmarix::lsbom {
@@ -20,7 +21,16 @@ class Store {
   // How many numbers the index has: no block's number is as large.
   std::uint32_t blockCount() const { return blockCount_; }
 
-  Failure block(std::uint32_t number, std::string_view& bytes) const;
+  // Defined here, since it is called for every part of every path.
+  Failure block(std::uint32_t number, std::string_view& bytes) const {
+    if (number == 0 || number >= blockCount_) return {Fault::unknownBlock, offsetOf(index_)};
+    Cursor pair(index_.substr(number * indexPairLength, indexPairLength));
+    const std::uint32_t offset = pair.u32();
+    const std::uint32_t length = pair.u32();
+    if (!isInside(offset, length)) return {Fault::blockPastEnd, offset};
+    bytes = file_.substr(offset, length);
+    return {};
+  }
 
   // Where a view into the file begins.
   std::uint64_t offsetOf(std::string_view bytes) const {
@@ -28,6 +38,11 @@ class Store {
   }
 
  private:
+  static constexpr std::size_t indexPairLength = 8;
+
+  // 32-bit numbers added in 64 bits cannot wrap.
+  bool isInside(std::uint64_t offset, std::uint64_t length) const { return offset + length <= file_.size(); }
+
   Failure openIndex(std::uint32_t offset, std::uint32_t length);
   Failure openVariables(std::uint32_t offset, std::uint32_t length);
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <thread>
 
+#include "lsbom/parallel.h"
 #include "tests/lsbom/support.h"
 
 namespace pelmarix::lsbom {
@@ -21,6 +22,35 @@ TEST(Output, WritesTextsInTheOrderOfTheirNumbers) {
   }
   output.finish();
   EXPECT_EQ(file.content(), "first secondthird");
+}
+
+TEST(Output, KeepsTextsThatEndAheadOfTheirTurn) {
+  const TemporaryFile file;
+  Output output(file.get());
+  {
+    Text first(output, 0);
+    Text(output, 1).append("second ");
+    Text(output, 2).append("third");
+    first.append("first ");
+  }
+  output.finish();
+  EXPECT_EQ(file.content(), "first second third");
+}
+
+TEST(Output, WritesManyTextsOfManyLengthsInOrder) {
+  std::string expected;
+  const auto textOf = [](std::size_t number) {
+    return std::string(number % 7 == 0 ? 300000 : number, static_cast<char>('a' + number % 26));
+  };
+  for (std::size_t number = 0; number < 500; ++number) expected += textOf(number);
+  const TemporaryFile file;
+  Output output(file.get());
+  inParallel(500, 1, [&](std::size_t number, std::size_t) {
+    Text text(output, number);
+    for (const char character : textOf(number)) text.append(character);
+  });
+  output.finish();
+  EXPECT_EQ(file.content(), expected);
 }
 
 TEST(Output, WritesALongTextByAndBy) {
