@@ -84,7 +84,8 @@ std::string description(Date date) {
   appendTwoDigits(text, ' ', secondOfDay / 3600);
   appendTwoDigits(text, ':', secondOfDay / 60 % 60);
   appendTwoDigits(text, ':', secondOfDay % 60);
-  return text += " +0000";
+  text += " +0000";
+  return text;
 }
 
 }  // namespace pelmarix

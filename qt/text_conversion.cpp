@@ -5,12 +5,10 @@
 namespace pelmarix::qt {
 
 QString toQString(std::string_view utf8) {
-  // QString::fromUtf8 drops a byte-order mark at the beginning.
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  QString text;
-  for (; utf8.starts_with(byteOrderMark); utf8.remove_prefix(byteOrderMark.size()))
-    text += QChar(QChar::ByteOrderMark);
-  return text += QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  // Which has dropped a byte-order mark at the beginning.
+  if (utf8.starts_with("\xEF\xBB\xBF")) text.prepend(QChar(QChar::ByteOrderMark));
+  return text;
 }
 
 std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }

@@ -1,4 +1,6 @@
 // The outline of the install history.
+#include <string_view>
+
 #include "platform/date.h"
 #include "platform/fatal.h"
 #include "ui/view_controller.h"
@@ -17,19 +19,20 @@ View* cell(OutlineView& outlineView, const char* identifier, const std::string& 
   return view;
 }
 
-View* groupCell(OutlineView& outlineView, const std::string& column, const History& group) {
+View* groupCell(OutlineView& outlineView, std::string_view column, const History& group) {
   if (column == "NameColumn") return cell(outlineView, "NameCell", group.name);
   if (column == "DateColumn") return cell(outlineView, "DateCell", "");
   if (column == "VersionColumn") return cell(outlineView, "VersionCell", "");
   return nullptr;
 }
 
-View* itemCell(OutlineView& outlineView, const std::string& column, const HistoryItem& item) {
+View* itemCell(OutlineView& outlineView, std::string_view column, const HistoryItem& item) {
   if (column == "DateColumn") return cell(outlineView, "DateCell", description(item.installDate));
   if (column == "VersionColumn") return cell(outlineView, "VersionCell", item.version);
   // A tab sets configuration data apart inside the column of names.
-  const bool isSetApart = item.type >= history_type::configurationData;
-  return cell(outlineView, "NameItemCell", isSetApart ? "\t" + item.name : item.name);
+  if (item.type >= history_type::configurationData)
+    return cell(outlineView, "NameItemCell", "\t" + item.name);
+  return cell(outlineView, "NameItemCell", item.name);
 }
 
 template <typename List>
@@ -58,8 +61,7 @@ bool ViewController::outlineViewIsItemExpandable(OutlineView& /*outlineView*/, O
 
 View* ViewController::outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
                                                         Object* item) {
-  static const std::string none;
-  const std::string& identifier = column != nullptr ? column->identifier() : none;
+  const std::string_view identifier = column != nullptr ? column->identifier() : std::string_view();
   if (const auto* entry = dynamic_cast<const HistoryItem*>(item))
     return itemCell(outlineView, identifier, *entry);
   if (const auto* group = dynamic_cast<const History*>(item))
