@@ -1,25 +1,24 @@
 #include "qt/cell_templates.h"
 
-#include "qt/text_conversion.h"
-
 namespace pelmarix::qt {
 
 CellTemplates::CellTemplates(const std::vector<std::string>& identifiers) {
-  for (const std::string& identifier : identifiers) cells_.try_emplace(identifier);
+  for (const std::string& identifier : identifiers) cells_.emplace_back(identifier);
 }
 
 View* CellTemplates::makeView(const std::string& identifier) {
-  const auto found = cells_.find(identifier);
-  if (found == cells_.end()) return nullptr;
-  found->second.field.setStringValue({});
-  return &found->second.view;
+  for (Cell& cell : cells_) {
+    if (cell.identifier != identifier) continue;
+    cell.field.text.clear();
+    return &cell.view;
+  }
+  return nullptr;
 }
 
-QVariant CellTemplates::textOf(View* view) {
-  const auto* cell = dynamic_cast<TableCellView*>(view);
-  if (cell == nullptr) return {};
-  const auto* field = dynamic_cast<Field*>(cell->textField());
-  return field == nullptr ? QVariant() : QVariant(toQString(field->stringValue()));
+QVariant CellTemplates::textOf(const View* view) const {
+  for (const Cell& cell : cells_)
+    if (&cell.view == view) return cell.field.text;
+  return {};
 }
 
 Columns::Columns(const std::vector<ColumnTemplate>& templates) {

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QVariant>
-#include <map>
+#include <deque>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/table_view.h"
+#include "qt/text_conversion.h"
 
 namespace pelmarix::qt {
 
@@ -19,26 +21,26 @@ class CellTemplates {
   /// With an empty text; null when no template has the identifier.
   View* makeView(const std::string& identifier);
 
-  /// What the cell says; an invalid value when there is no cell or the cell has no text.
-  static QVariant textOf(View* view);
+  /// What the cell says; an invalid value for a view that is none of the cells.
+  QVariant textOf(const View* view) const;
 
  private:
-  class Field final : public TextField {
-   public:
-    void setStringValue(const std::string& text) override { text_ = text; }
+  struct Field final : TextField {
+    void setStringValue(const std::string& value) override { text = toQString(value); }
     void sizeToFit() override {}  // the view's delegate lays out each text anew in the space there is
-    const std::string& stringValue() const { return text_; }
 
-   private:
-    std::string text_;
+    QString text;
   };
 
   struct Cell {
+    explicit Cell(std::string identifierOfCell) : identifier(std::move(identifierOfCell)) {}
+
+    std::string identifier;
     Field field;
     TableCellView view{&field};
   };
 
-  std::map<std::string, Cell> cells_;
+  std::deque<Cell> cells_;  // of which no one moves: each view points to its field
 };
 
 /// A column as the interface file describes it.

@@ -8,7 +8,7 @@ namespace pelmarix::qt {
 
 OutlineAdapter::OutlineAdapter(OutlineWidget& widget, const std::vector<ColumnTemplate>& columns,
                                const std::vector<std::string>& cellIdentifiers)
-    : widget_(widget), model_(*this, columns), cells_(cellIdentifiers) {
+    : widget_(widget), cells_(cellIdentifiers), model_(*this, cells_, columns) {
   widget_.setModel(&model_);
   QObject::connect(&widget_, &OutlineWidget::rowDoubleClicked, &model_, [this](const QModelIndex& index) {
     clicked_ = index.siblingAtColumn(0);

@@ -45,8 +45,8 @@ class OutlineAdapter final : public OutlineView {
   void spanGroups();
 
   OutlineWidget& widget_;
-  OutlineModel model_;
   CellTemplates cells_;
+  OutlineModel model_;
   QPersistentModelIndex clicked_;
   std::function<void()> doubleAction_;
 };

@@ -6,8 +6,9 @@
 
 namespace pelmarix::qt {
 
-OutlineModel::OutlineModel(OutlineView& outlineView, const std::vector<ColumnTemplate>& columns)
-    : outlineView_(outlineView), columns_(columns) {}
+OutlineModel::OutlineModel(OutlineView& outlineView, const CellTemplates& cells,
+                           const std::vector<ColumnTemplate>& columns)
+    : outlineView_(outlineView), cells_(cells), columns_(columns) {}
 
 void OutlineModel::setDataSource(OutlineViewDataSource* dataSource) {
   dataSource_ = dataSource;
@@ -90,9 +91,14 @@ QModelIndexList OutlineModel::loadedGroups() const {
   return groups;
 }
 
+QModelIndex OutlineModel::indexBelow(Node& parent, int row, int column) const {
+  std::vector<Node>& children = loaded(parent).children;
+  if (row < 0 || row >= std::ssize(children) || column < 0 || column >= columns_.count()) return {};
+  return createIndex(row, column, &children[static_cast<std::size_t>(row)]);
+}
+
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex& parent) const {
-  if (!hasIndex(row, column, parent)) return {};
-  return createIndex(row, column, &loaded(nodeOf(parent)).children[static_cast<std::size_t>(row)]);
+  return parent.column() > 0 ? QModelIndex() : indexBelow(nodeOf(parent), row, column);
 }
 
 QModelIndex OutlineModel::parent(const QModelIndex& child) const {
@@ -100,10 +106,7 @@ QModelIndex OutlineModel::parent(const QModelIndex& child) const {
 }
 
 QModelIndex OutlineModel::sibling(int row, int column, const QModelIndex& index) const {
-  // The cells of one row are asked for most of all.
-  if (row != index.row() || column < 0 || column >= columns_.count())
-    return QAbstractItemModel::sibling(row, column, index);
-  return createIndex(row, column, index.internalPointer());
+  return index.isValid() ? indexBelow(*nodeOf(index).parent, row, column) : QModelIndex();
 }
 
 int OutlineModel::rowCount(const QModelIndex& parent) const {
@@ -130,7 +133,7 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole: {
       if (delegate_ == nullptr) return {};
-      return CellTemplates::textOf(
+      return cells_.textOf(
           delegate_->outlineViewViewForTableColumnItem(outlineView_, columns_.at(index.column()), node.item));
     }
     case Qt::ToolTipRole:

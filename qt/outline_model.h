@@ -18,8 +18,9 @@ class OutlineModel final : public QAbstractItemModel {
   Q_OBJECT
 
  public:
-  /// Data source and delegate are asked on behalf of `outlineView`.
-  OutlineModel(OutlineView& outlineView, const std::vector<ColumnTemplate>& columns);
+  /// Data source and delegate are asked on behalf of `outlineView`, whose cells are `cells`.
+  OutlineModel(OutlineView& outlineView, const CellTemplates& cells,
+               const std::vector<ColumnTemplate>& columns);
 
   /// Neither is owned; null for none.
   void setDataSource(OutlineViewDataSource* dataSource);
@@ -62,6 +63,8 @@ class OutlineModel final : public QAbstractItemModel {
 
   Node& nodeOf(const QModelIndex& index) const;
   QModelIndex indexOf(const Node& node) const;
+  /// Invalid when there is no such row or column.
+  QModelIndex indexBelow(Node& parent, int row, int column) const;
   int numberOfChildren(const Node& node) const;
   /// The node, once its children are there.
   Node& loaded(Node& node) const;
@@ -70,6 +73,7 @@ class OutlineModel final : public QAbstractItemModel {
   QString countText(const Node& node) const;
 
   OutlineView& outlineView_;
+  const CellTemplates& cells_;
   OutlineViewDataSource* dataSource_ = nullptr;
   OutlineViewDelegate* delegate_ = nullptr;
   Columns columns_;

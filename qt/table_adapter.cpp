@@ -7,7 +7,7 @@ namespace pelmarix::qt {
 
 TableAdapter::TableAdapter(TableWidget& widget, const std::vector<ColumnTemplate>& columns,
                            const std::vector<std::string>& cellIdentifiers)
-    : widget_(widget), model_(*this, columns), cells_(cellIdentifiers) {
+    : widget_(widget), cells_(cellIdentifiers), model_(*this, cells_, columns) {
   widget_.setModel(&model_);
 }
 

@@ -29,8 +29,8 @@ class TableAdapter final : public TableView {
 
  private:
   TableWidget& widget_;
-  TableModel model_;
   CellTemplates cells_;
+  TableModel model_;
 };
 
 }  // namespace pelmarix::qt

@@ -7,8 +7,9 @@
 
 namespace pelmarix::qt {
 
-TableModel::TableModel(TableView& tableView, const std::vector<ColumnTemplate>& columns)
-    : tableView_(tableView), columns_(columns) {}
+TableModel::TableModel(TableView& tableView, const CellTemplates& cells,
+                       const std::vector<ColumnTemplate>& columns)
+    : tableView_(tableView), cells_(cells), columns_(columns) {}
 
 void TableModel::setDataSource(TableViewDataSource* dataSource) {
   dataSource_ = dataSource;
@@ -45,7 +46,7 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole || delegate_ == nullptr) return {};
-  return CellTemplates::textOf(
+  return cells_.textOf(
       delegate_->tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
 }
 

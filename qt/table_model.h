@@ -15,8 +15,8 @@ class TableModel final : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  /// Data source and delegate are asked on behalf of `tableView`.
-  TableModel(TableView& tableView, const std::vector<ColumnTemplate>& columns);
+  /// Data source and delegate are asked on behalf of `tableView`, whose cells are `cells`.
+  TableModel(TableView& tableView, const CellTemplates& cells, const std::vector<ColumnTemplate>& columns);
 
   /// Neither is owned; null for none.
   void setDataSource(TableViewDataSource* dataSource);
@@ -36,6 +36,7 @@ class TableModel final : public QAbstractTableModel {
 
  private:
   TableView& tableView_;
+  const CellTemplates& cells_;
   TableViewDataSource* dataSource_ = nullptr;
   TableViewDelegate* delegate_ = nullptr;
   Columns columns_;
