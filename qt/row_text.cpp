@@ -2,7 +2,9 @@
 
 #include <QHash>
 #include <QMimeData>
-#include <map>
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace pelmarix::qt {
 namespace {
@@ -10,31 +12,36 @@ namespace {
 /// Rows in the order in which a view shows them: an item stands before those below it.
 class RowsInOrder {
  public:
-  void add(const QModelIndex& row) {
-    const QModelIndex parent = row.parent();
-    if (!below_.contains(parent) && parent.isValid()) leadTo(parent);
-    below_[parent][row.row()] = true;
-  }
+  void add(const QModelIndex& row) { add(row, Row::oneOfThem); }
 
   template <typename Visit>
-  void forEachBelow(const QModelIndex& parent, const QAbstractItemModel& model, Visit visit) const {
+  void forEachBelow(const QModelIndex& parent, const QAbstractItemModel& model, Visit visit) {
     const auto found = below_.find(parent);
     if (found == below_.end()) return;
-    for (const auto& [row, isOneOfThem] : *found) {
+    std::vector<std::pair<int, Row>>& rows = *found;
+    std::sort(rows.begin(), rows.end());
+    int last = -1;
+    for (const auto& [row, kind] : rows) {
+      if (row == last) continue;
+      last = row;
       const QModelIndex index = model.index(row, 0, parent);
-      if (isOneOfThem) visit(index);
-      forEachBelow(index, model, visit);
+      if (kind == Row::oneOfThem) visit(index);
+      if (model.hasChildren(index)) forEachBelow(index, model, visit);
     }
   }
 
  private:
-  void leadTo(const QModelIndex& row) {
-    below_[row.parent()].try_emplace(row.row(), false);
-    if (row.parent().isValid()) leadTo(row.parent());
+  /// A row that was added itself stands before the same one that only leads to some below it.
+  enum class Row { oneOfThem, leadsToSome };
+
+  void add(const QModelIndex& row, Row kind) {
+    const QModelIndex parent = row.parent();
+    std::vector<std::pair<int, Row>>& siblings = below_[parent];
+    siblings.emplace_back(row.row(), kind);
+    if (siblings.size() == 1 && parent.isValid()) add(parent, Row::leadsToSome);
   }
 
-  /// By their parents, each with whether it is one of the rows itself or only leads to some.
-  QHash<QModelIndex, std::map<int, bool>> below_;
+  QHash<QModelIndex, std::vector<std::pair<int, Row>>> below_;  // by their parents
 };
 
 void appendRow(QString& text, const QModelIndex& row, int columns) {
