@@ -56,6 +56,8 @@ int applicationMain(int argc, char** argv) {
   interface.show();
   firstPainting.then([&] { delegate.applicationDidFinishLaunching(); });
   const int status = application.isTerminating() ? 0 : QApplication::exec();
+  // A window may be closed before it is painted; a launch it was nevertheless.
+  firstPainting.waitNoLonger();
   delegate.applicationWillTerminate();
   // Nothing is unsaved, so the end needn't wait for a name that is being looked up.
   if (!session.shutDown()) std::_Exit(status);

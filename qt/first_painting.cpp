@@ -7,12 +7,19 @@ namespace pelmarix::qt {
 
 FirstPainting::FirstPainting(QWidget& window) {
   timer_.setSingleShot(true);
+  timer_.callOnTimeout([this] { callback_(); });
   window.installEventFilter(this);
 }
 
 void FirstPainting::then(std::function<void()> callback, std::chrono::milliseconds patience) {
-  timer_.callOnTimeout(std::move(callback));
+  callback_ = std::move(callback);
   timer_.start(isPainted_ ? std::chrono::milliseconds(0) : patience);
+}
+
+void FirstPainting::waitNoLonger() {
+  if (!timer_.isActive()) return;
+  timer_.stop();
+  callback_();
 }
 
 bool FirstPainting::eventFilter(QObject* window, QEvent* event) {

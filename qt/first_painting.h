@@ -19,11 +19,14 @@ class FirstPainting final : private QObject {
   /// Calls back once, from the event loop, when all of the window has been painted. A window on another
   /// desktop may never be: then that is after `patience`. Nothing is called when this object has gone.
   void then(std::function<void()> callback, std::chrono::milliseconds patience = std::chrono::seconds(1));
+  /// Calls back at once if that is still to come.
+  void waitNoLonger();
 
  private:
   bool eventFilter(QObject* window, QEvent* event) override;
 
-  QTimer timer_;
+  std::function<void()> callback_;
+  QTimer timer_;  // runs as long as the call is to come
   bool isPainted_ = false;
 };
 

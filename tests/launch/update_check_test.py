@@ -48,10 +48,14 @@ class UpdateCheckTest(unittest.TestCase):
         self.server.list = update_list((VERSION, DOWNLOADS))
         self.server.requests.clear()
 
-    def launch(self, path="list", server="good", **environment):
+    def start(self, path="list", server="good", **environment):
         program = Program(EXECUTABLE, self.home.folder, self.server.address(server, path), self.server.authority,
                           self.display, **environment)
         self.addCleanup(program.process.kill)
+        return program
+
+    def launch(self, *arguments, **environment):
+        program = self.start(*arguments, **environment)
         program.wait_for("window")
         return program
 
@@ -83,6 +87,15 @@ class UpdateCheckTest(unittest.TestCase):
         self.assert_ends_well(program)
         self.assertEqual(self.server.requests, ["/list"])
         self.assertEqual(self.home.settings(), settings)
+
+    def test_a_window_that_is_closed_before_it_is_painted_makes_a_launch_too(self):
+        program = self.start()
+        _, status, error = program.close()  # long before the window is there
+        self.assertEqual((status, error), (0, ""))
+        settings = self.home.settings()
+        self.assertEqual(sorted(settings), ["dateLastUpdateCheck", "noUpdateCheck", "updateCheckInt"])
+        self.assertEqual(settings["noUpdateCheck"], "false")
+        self.assertEqual(float(settings["updateCheckInt"]), 43200)
 
     def test_a_launch_after_the_interval_checks_again(self):
         self.home.write_settings(dateLastUpdateCheck=time.time() - REFERENCE_DATE - 3700, updateCheckInt=3600)

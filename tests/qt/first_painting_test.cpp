@@ -85,6 +85,21 @@ TEST_F(FirstPaintingTest, CallsBackWhenTheWindowHasGone) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
 }
 
+TEST_F(FirstPaintingTest, CallsBackAtOnceWhenItIsToWaitNoLonger) {
+  FirstPainting painting(*window);
+  painting.waitNoLonger();
+  painting.then([&] { ++calls; }, anHour);
+  EXPECT_EQ(calls, 0);
+  painting.waitNoLonger();
+  EXPECT_EQ(calls, 1);
+
+  window->show();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
+  QCoreApplication::processEvents();
+  painting.waitNoLonger();
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(FirstPaintingTest, CallsNothingOnceItHasGone) {
   {
     FirstPainting painting(*window);
