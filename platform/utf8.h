@@ -1,9 +1,10 @@
 // UTF-8, byte by byte: what is well-formed and what is plain ASCII (The Unicode Standard, table 3-7).
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace pelmarix {
@@ -15,20 +16,31 @@ std::size_t utf8SequenceLength(const char* first, const char* last);
 /// The first byte in [first, last) that begins no well-formed UTF-8 sequence; `last` if there is none.
 const char* findInvalidUtf8(const char* first, const char* last);
 
+/// Eight bytes as one number, the first byte lowest. Compilers make one load of it.
 inline std::uint64_t loadEightBytes(const char* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return word;
+  const auto byte = [bytes](std::size_t i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])}; };
+  return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24 | byte(4) << 32 | byte(5) << 40 |
+         byte(6) << 48 | byte(7) << 56;
 }
 
 inline constexpr std::uint64_t highBitOfEachByte = 0x8080808080808080;
 inline constexpr std::uint64_t lowBitOfEachByte = 0x0101010101010101;
 
+/// The first of eight loaded bytes whose high bit is set; at least one is.
+inline std::ptrdiff_t firstHighBit(std::uint64_t word) {
+  return std::countr_zero(word & highBitOfEachByte) / 8;
+}
+
 /// The first byte from 0x80 in [first, last); `last` if there is none.
 inline const char* findNonAscii(const char* first, const char* last) {
-  while (last - first >= 8 && (loadEightBytes(first) & highBitOfEachByte) == 0) first += 8;
-  while (first != last && (static_cast<unsigned char>(*first) & 0x80) == 0) ++first;
-  return first;
+  if (last - first < 8) return std::find_if(first, last, [](char byte) { return (byte & 0x80) != 0; });
+  for (; last - first > 8; first += 8) {
+    const std::uint64_t word = loadEightBytes(first);
+    if ((word & highBitOfEachByte) != 0) return first + firstHighBit(word);
+  }
+  // The last eight, of which some may have been seen.
+  const std::uint64_t word = loadEightBytes(last - 8);
+  return (word & highBitOfEachByte) == 0 ? last : last - 8 + firstHighBit(word);
 }
 
 /// True when all of the text is well-formed. NUL is a character like any other.

@@ -40,20 +40,18 @@ bool isSpace(char character) {
 
 /// The first "<", "&" or byte from 0x80 in [first, last); `last` if there is none. Eight bytes are looked at
 /// together: a byte that equals the one sought becomes zero by exclusive or, and subtracting one from a zero
-/// borrows into its high bit.
+/// borrows into its high bit. Above that byte the borrow may set more.
 const char* findMarkup(const char* first, const char* last) {
   constexpr std::uint64_t openings = lowBitOfEachByte * '<';
   constexpr std::uint64_t ampersands = lowBitOfEachByte * '&';
-  while (last - first >= 8) {
+  for (; last - first >= 8; first += 8) {
     const std::uint64_t word = loadEightBytes(first);
     const std::uint64_t hits =
         ((word ^ openings) - lowBitOfEachByte) | ((word ^ ampersands) - lowBitOfEachByte) | word;
-    if ((hits & highBitOfEachByte) != 0) break;
-    first += 8;
+    if ((hits & highBitOfEachByte) != 0) return first + firstHighBit(hits);
   }
-  while (first != last && *first != '<' && *first != '&' && (static_cast<unsigned char>(*first) & 0x80) == 0)
-    ++first;
-  return first;
+  return std::find_if(first, last,
+                      [](char byte) { return byte == '<' || byte == '&' || (byte & 0x80) != 0; });
 }
 
 class Decoder {
@@ -129,20 +127,30 @@ class Decoder {
   const char* failedAt_ = nullptr;
 };
 
+/// How often [first, first + size) has a "<" that no "/" follows. At least one byte must stand behind it.
+template <typename Size>
+std::size_t countOpenings(const char* first, Size size) {
+  std::uint8_t count = 0;
+  for (std::size_t i = 0; i < size; ++i)
+    count = static_cast<std::uint8_t>(count + ((first[i] == '<') & (first[i + 1] != '/')));
+  return count;
+}
+
 /// Every node begins with a "<" that no "/" follows. Reserving that many makes the array no larger than
-/// needed, where growing would leave up to half of it unused and hold a second copy meanwhile.
+/// needed, where growing would leave up to half of it unused and hold a second copy meanwhile. With a small
+/// text neither matters, and a guess is had sooner.
 void Decoder::reserveNodes(std::string_view text) {
-  // Blocks short enough to be counted in a byte: the compiler then looks at many characters at once.
-  constexpr std::size_t blockSize = 128;
+  constexpr std::size_t smallText = 4096;
+  constexpr std::size_t usualBytesPerNode = 32;
+  if (text.size() < smallText) return tree_.nodes.reserve(text.size() / usualBytesPerNode);
+
+  // Blocks short enough to be counted in a byte, and of one size: the compiler then looks at many characters
+  // at once.
+  constexpr std::integral_constant<std::size_t, 128> blockSize;
   std::size_t nodes = 0;
-  for (std::size_t i = 1; i < text.size(); i += blockSize) {
-    const std::string_view block = text.substr(i, blockSize);
-    const char* const before = block.data() - 1;
-    std::uint8_t count = 0;
-    for (std::size_t j = 0; j < block.size(); ++j)
-      count = static_cast<std::uint8_t>(count + ((before[j] == '<') & (block[j] != '/')));
-    nodes += count;
-  }
+  std::size_t at = 0;
+  for (; text.size() - at > blockSize; at += blockSize) nodes += countOpenings(text.data() + at, blockSize);
+  nodes += countOpenings(text.data() + at, text.size() - at - 1);
   tree_.nodes.reserve(nodes);
 }
 

@@ -28,5 +28,18 @@ TEST(IsValidUtf8, NotOfStrayOrMissingContinuations) {
     EXPECT_FALSE(isValidUtf8(bytes));
 }
 
+TEST(FindNonAscii, FindsTheFirstAtEveryPlaceOfTextsOfEveryLength) {
+  for (std::size_t length = 0; length < 34; ++length) {
+    const std::string plain(length, '\x7F');
+    EXPECT_EQ(findNonAscii(plain.data(), plain.data() + length), plain.data() + length);
+    for (std::size_t place = 0; place < length; ++place) {
+      std::string text = plain;
+      text[place] = '\x80';
+      text[length - 1] = '\xFF';
+      EXPECT_EQ(findNonAscii(text.data(), text.data() + length), text.data() + place);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace pelmarix

@@ -161,6 +161,30 @@ TEST(XmlDictionary, theLastOfARepeatedKeyWins) {
   EXPECT_EQ(document->root().find("b")->integer(), 2);
 }
 
+TEST(XmlString, mayHaveAReferenceOrAnotherLetterAtAnyPlace) {
+  for (std::size_t length = 0; length < 20; ++length) {
+    // "=" and "%" are the neighbours of what is looked for, and "\x7F" that of what is not ASCII.
+    const std::string before(length, '=');
+    const std::string after = "%\x7F;' " + before;
+    for (const auto& [written, read] : {std::pair{"&lt;", "<"}, std::pair{"&#xE9;", "\u00E9"},
+                                        std::pair{"\u00E9", "\u00E9"}, std::pair{"<![CDATA[&]]>", "&"}})
+      EXPECT_EQ(decoded("<string>" + before + written + after + "</string>"),
+                decoded("<string><![CDATA[" + before + read + after + "]]></string>"));
+  }
+}
+
+TEST(XmlArray, mayBeOfAnySize) {
+  for (const std::size_t count : {1U, 300U, 700U, 20000U}) {
+    std::string text = "<array>";
+    std::string description = "[";
+    for (std::size_t i = 0; i < count; ++i) {
+      text += "<true/>";
+      description += i == 0 ? "true" : ", true";
+    }
+    EXPECT_EQ(decoded(text + "</array>"), description + "]");
+  }
+}
+
 TEST(XmlString, mayHaveTenMillionBytes) {
   std::string text;
   text.assign(10000000, 'x');
