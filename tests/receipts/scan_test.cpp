@@ -68,6 +68,19 @@ TEST_F(Scan, KeepsTheFileSystemsOrderBetweenEqualDates) {
   EXPECT_THAT(scannedNames(), ElementsAre("new", "z", "a", "m"));
 }
 
+TEST_F(Scan, KeepsThatOrderHoweverManyAndHoweverLargeTheReceiptsAre) {
+  std::vector<std::string> expected;
+  for (int i = 0; i < 1000; ++i) {
+    std::string name = "receipt " + std::to_string(i * 7919 % 1000);
+    const std::string large = i % 300 == 0 ? std::string(200000, ' ') : "";
+    addFile(name + ".plist", test::receipt(name, "2019-03-01T00:00:00Z") + large);
+    if (i % 10 == 0) addFile(name + " broken.plist", "<dict>" + large);
+    expected.push_back(std::move(name));
+  }
+  EXPECT_EQ(scannedNames(), expected);
+  EXPECT_EQ(bom.children[1]->path, folder + expected[1]);
+}
+
 TEST_F(Scan, TakesNameDateAndPathFromTheReceiptAndItsPlace) {
   addReceipt("g.plist", "com.example.pkg.g", "2019-03-26T10:11:12Z");
   bom.readBoMPLists();
