@@ -112,7 +112,10 @@ class Decoder {
   /// A container whose contents are being decoded.
   struct Level {
     std::size_t object;
-    std::size_t nextReference;
+    const char* nextReference;
+    /// Behind the references to keys; of an array or set, where they begin.
+    const char* endOfKeys;
+    const char* endOfReferences;
     State deepestElement;
   };
 
@@ -135,8 +138,9 @@ class Decoder {
   bool checkDepth(std::size_t levels, std::size_t object);
 
   bool decodeObject(std::size_t object);
+  bool decodeSingleton(unsigned nibble, Node& node);
   bool decodeInteger(unsigned sizeExponent, Node& node);
-  bool decodeReal(Type type, std::size_t width, Node& node);
+  bool decodeReal(Type type, unsigned sizeExponent, Node& node);
   bool decodeUid(std::size_t width, Node& node);
   bool decodeString(unsigned nibble, Node& node);
   bool decodeUtf16(unsigned nibble, Node& node);
@@ -174,9 +178,7 @@ void Decoder::decodeContents() {
   if (tree_.nodes[trailer_.topObject].isContainer() && !enter(trailer_.topObject)) return;
   while (depth_ > 0) {
     Level& level = levels_[depth_ - 1];
-    const Node& node = tree_.nodes[level.object];
-    const std::size_t references = node.type == Type::dictionary ? 2 * node.size : node.size;
-    if (level.nextReference < references) {
+    if (level.nextReference != level.endOfReferences) {
       if (!decodeElement(level)) return;
       continue;
     }
@@ -188,20 +190,19 @@ void Decoder::decodeContents() {
 }
 
 bool Decoder::decodeElement(Level& level) {
-  const Node& container = tree_.nodes[level.object];
-  const char* const reference = container.bytes + level.nextReference * trailer_.referenceWidth;
-  const bool isKey = container.type == Type::dictionary && level.nextReference < container.size;
-  const auto referenceOffset = static_cast<std::size_t>(reference - bytes_.data());
-  ++level.nextReference;
-
+  const char* const reference = level.nextReference;
+  level.nextReference += trailer_.referenceWidth;
   const std::size_t object = bigEndianBeforeTrailer(reference, trailer_.referenceWidth);
-  if (object >= trailer_.objectCount) return fail(Reason::badReference, referenceOffset);
+  const auto failHere = [&](Reason reason) {
+    return fail(reason, static_cast<std::size_t>(reference - bytes_.data()));
+  };
+  if (object >= trailer_.objectCount) return failHere(Reason::badReference);
   State& state = states_[object];
-  if (state == open) return fail(Reason::cycle, referenceOffset);
+  if (state == open) return failHere(Reason::cycle);
   const bool isNew = state == unseen;
   if (isNew && !decodeObject(object)) return false;
   const Node& node = tree_.nodes[object];
-  if (isKey && node.type != Type::string) return fail(Reason::keyNotString, referenceOffset);
+  if (reference < level.endOfKeys && node.type != Type::string) return failHere(Reason::keyNotString);
   if (isNew && node.isContainer()) return enter(object);
   level.deepestElement = std::max(level.deepestElement, state);
   return checkDepth(state - leaf, object);
@@ -210,7 +211,10 @@ bool Decoder::decodeElement(Level& level) {
 bool Decoder::enter(std::size_t object) {
   if (!checkDepth(1, object)) return false;
   states_[object] = open;
-  levels_[depth_++] = {object, 0, leaf};
+  const Node& node = tree_.nodes[object];
+  const std::size_t size = node.size * trailer_.referenceWidth;
+  const char* const endOfKeys = node.type == Type::dictionary ? node.bytes + size : node.bytes;
+  levels_[depth_++] = {object, node.bytes, endOfKeys, endOfKeys + size, leaf};
   return true;
 }
 
@@ -227,26 +231,15 @@ bool Decoder::decodeObject(std::size_t object) {
   const auto marker = static_cast<unsigned char>(bytes_[start_]);
   at_ = start_ + 1;
   const unsigned nibble = marker & 0xF;
-  switch (marker) {
-    case 0x00:
-      node = Node(Type::null, std::uint64_t{0});
-      return true;
-    case 0x08:
-    case 0x09:
-      node = Node(Type::boolean, std::uint64_t{nibble & 1});
-      return true;
-    case 0x22:
-      return decodeReal(Type::real, sizeof(float), node);
-    case 0x23:
-      return decodeReal(Type::real, sizeof(double), node);
-    case 0x33:
-      return decodeReal(Type::date, sizeof(double), node);
-    default:
-      break;
-  }
   switch (marker >> 4) {
+    case 0x0:
+      return decodeSingleton(nibble, node);
     case 0x1:
       return decodeInteger(nibble, node);
+    case 0x2:
+      return decodeReal(Type::real, nibble, node);
+    case 0x3:
+      return decodeReal(Type::date, nibble, node);
     case 0x4: {
       const auto data = takeCounted(nibble, 1);
       if (data) node = Node(Type::data, *data);
@@ -308,6 +301,20 @@ std::optional<std::string_view> Decoder::takeCounted(unsigned nibble, std::size_
   return std::string_view(take(size), size);
 }
 
+bool Decoder::decodeSingleton(unsigned nibble, Node& node) {
+  switch (nibble) {
+    case 0x0:
+      node = Node(Type::null, std::uint64_t{0});
+      return true;
+    case 0x8:
+    case 0x9:
+      node = Node(Type::boolean, std::uint64_t{nibble & 1});
+      return true;
+    default:
+      return fail(Reason::unknownMarker, start_);
+  }
+}
+
 bool Decoder::decodeInteger(unsigned sizeExponent, Node& node) {
   if (sizeExponent > 4) return fail(Reason::unknownMarker, start_);
   const std::size_t width = std::size_t{1} << sizeExponent;
@@ -319,7 +326,10 @@ bool Decoder::decodeInteger(unsigned sizeExponent, Node& node) {
   return true;
 }
 
-bool Decoder::decodeReal(Type type, std::size_t width, Node& node) {
+bool Decoder::decodeReal(Type type, unsigned sizeExponent, Node& node) {
+  if (sizeExponent != 3 && (sizeExponent != 2 || type == Type::date))
+    return fail(Reason::unknownMarker, start_);
+  const std::size_t width = std::size_t{1} << sizeExponent;
   const char* const bytes = take(width);
   if (bytes == nullptr) return false;
   const std::uint64_t bits = bigEndian(bytes, width);

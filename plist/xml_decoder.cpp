@@ -100,6 +100,7 @@ class Decoder {
   bool decodeNext();
   bool skipDeclaration();
   bool openElement();
+  bool acceptUsualTag(Tag& tag);
   bool readTag(Tag& tag, bool& isEmpty);
   bool decodeEmpty(Tag tag, const char* start);
   bool enter(Tag tag, const char* start);
@@ -200,6 +201,22 @@ bool Decoder::skipDeclaration() {
   return true;
 }
 
+/// Passes over one of the tags that files are full of, if it comes next and has no attributes.
+bool Decoder::acceptUsualTag(Tag& tag) {
+  if (accept("<key>")) {
+    tag = Tag::key;
+  } else if (accept("<string>")) {
+    tag = Tag::string;
+  } else if (accept("<date>")) {
+    tag = Tag::date;
+  } else if (accept("<dict>")) {
+    tag = Tag::dict;
+  } else {
+    return false;
+  }
+  return true;
+}
+
 bool Decoder::readTag(Tag& tag, bool& isEmpty) {
   const char* const start = at_;
   const char* const name = start + 1;
@@ -220,13 +237,7 @@ bool Decoder::openElement() {
   const char* const start = at_;
   Tag tag = Tag::key;
   bool isEmpty = false;
-  if (accept("<key>")) {
-    tag = Tag::key;
-  } else if (accept("<string>")) {
-    tag = Tag::string;
-  } else if (!readTag(tag, isEmpty)) {
-    return false;
-  }
+  if (!acceptUsualTag(tag) && !readTag(tag, isEmpty)) return false;
 
   Level& level = levels_[depth_ - 1];
   if (level.tag == Tag::dict && level.objects % 2 == 0 && tag != Tag::key)
