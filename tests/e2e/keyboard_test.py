@@ -103,6 +103,12 @@ class Keyboard(WindowTestCase):
         self.assertEqual(self.program.report, expectation.report(self.groups, True, True))
         self.assert_leaves_well(self.program)
 
+    def test_underlined_letters_lead_to_the_parts_of_the_window(self):
+        for keys, stop in (("alt+p", STOPS[-1]), ("alt+r", STOPS[1]), ("alt+i", STOPS[0])):
+            self.program.keys(keys)
+            self.expect_focus(*stop)
+        self.assert_leaves_well(self.program)
+
     def test_copied_rows_are_lines_of_cells_with_tabs_between(self):
         program = self.program
         program.keys("Tab", "Down", "Up", "ctrl+c", "ctrl+s")
