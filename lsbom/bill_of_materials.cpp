@@ -20,6 +20,9 @@ namespace {
 constexpr std::size_t leavesAtOnce = 16;
 constexpr std::size_t pathsAtOnce = 8192;
 
+// So many times the texts of one record may count, by and large.
+constexpr std::size_t mostSharing = 16;
+
 constexpr std::uint32_t none = UINT32_MAX;
 
 }  // namespace
@@ -43,12 +46,16 @@ class BillOfMaterials::Ids {
   }
 
  private:
-  // Of several paths with one id, any may be found afterwards.
+  // Of several paths with one id the last is found afterwards, whichever thread comes first.
   void fillTable(std::span<const Path> paths, std::uint32_t largest) {
     table_ = std::vector<std::atomic<std::uint32_t>>(std::size_t{largest} + 1);
     inParallel(paths.size(), pathsAtOnce, [this, paths](std::size_t begin, std::size_t end) {
       for (std::size_t i = begin; i < end; ++i) {
-        table_[paths[i].id].store(static_cast<std::uint32_t>(i + 1), std::memory_order_relaxed);
+        std::atomic<std::uint32_t>& place = table_[paths[i].id];
+        const auto own = static_cast<std::uint32_t>(i + 1);
+        std::uint32_t last = place.load(std::memory_order_relaxed);
+        while (last < own && !place.compare_exchange_weak(last, own, std::memory_order_relaxed)) {
+        }
       }
     });
   }
@@ -87,13 +94,11 @@ class BillOfMaterials::Reader {
     Failure failure;
     bool sorted = true;  // as the usual writer sorts; others need not
     std::uint32_t largestId = 0;
-    std::uint32_t longestName = 0;
 
     void add(const Survey& other) {
       if (!failure) failure = other.failure;
       sorted = sorted && other.sorted;
       largestId = std::max(largestId, other.largestId);
-      longestName = std::max(longestName, other.longestName);
     }
   };
 
@@ -101,13 +106,13 @@ class BillOfMaterials::Reader {
     // Not cleared ahead: every path is written below, by several threads at once.
     bill_.pathStore_.reset(new Path[tree.pathCount]);
     bill_.paths_ = paths_ = {bill_.pathStore_.get(), tree.pathCount};
-    std::atomic<std::size_t> namesLength = 0;
+    std::atomic<std::size_t> textLength = 0;
     std::vector<Survey> surveys(tree.leaves.size());
+    std::atomic<std::size_t> failed = SIZE_MAX;  // leaves that are begun behind this one are not read
     inParallel(surveys.size(), leavesAtOnce, [&](std::size_t begin, std::size_t end) {
-      bool ok = true;
-      for (std::size_t i = begin; i < end && ok; ++i) {
-        surveys[i].failure = readLeaf(tree.leaves[i], namesLength, surveys[i]);
-        ok = !surveys[i].failure;
+      for (std::size_t i = begin; i < end && begin < failed; ++i) {
+        surveys[i].failure = readLeaf(tree.leaves[i], textLength, surveys[i]);
+        if (surveys[i].failure) failed = begin;
       }
     });
     for (const Survey& survey : surveys) all_.add(survey);
@@ -124,28 +129,29 @@ class BillOfMaterials::Reader {
     return {};
   }
 
-  // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and over.
-  Failure readLeaf(const Leaf& leaf, std::atomic<std::size_t>& namesLength, Survey& survey) const {
+  // Blocks may overlap, but texts that are far longer in all than the file would be the same bytes over and
+  // over. No two paths have their names in common; records they may well share.
+  Failure readLeaf(const Leaf& leaf, std::atomic<std::size_t>& textLength, Survey& survey) const {
     std::size_t index = leaf.firstPath;
     std::size_t length = 0;
     for (Cursor cursor(leaf.pairs); !cursor.rest().empty(); ++index) {
       const std::uint32_t numbers = cursor.u32();
       const std::uint32_t name = cursor.u32();
       Path& path = paths_[index];
-      if (const Failure failure = readNumbers(numbers, path)) return failure;
+      Record record;
+      if (const Failure failure = readNumbers(numbers, path, record)) return failure;
       if (const Failure failure = readName(name, path)) return failure;
-      length += path.nameLength;
-      if (length > bytes_.size()) return {Fault::namesTooLong, path.name};
+      length += path.nameLength + (record.linkTarget.size() + record.programParts.size()) / mostSharing;
+      if (length > bytes_.size()) return {Fault::textsTooLong, 0};
       survey.largestId = std::max(survey.largestId, path.id);
-      survey.longestName = std::max(survey.longestName, path.nameLength);
       if (index > leaf.firstPath && precedes(path, paths_[index - 1])) survey.sorted = false;
     }
-    namesLength += length;
-    if (namesLength > bytes_.size()) return {Fault::namesTooLong, store_.offsetOf(leaf.pairs)};
+    textLength += length;
+    if (textLength > bytes_.size()) return {Fault::textsTooLong, 0};
     return {};
   }
 
-  Failure readNumbers(std::uint32_t number, Path& path) const {
+  Failure readNumbers(std::uint32_t number, Path& path, Record& record) const {
     std::string_view block;
     if (const Failure failure = store_.block(number, block)) return failure;
     Cursor cursor(block);
@@ -154,12 +160,10 @@ class BillOfMaterials::Reader {
     if (!cursor.ok()) return {Fault::shortNumbers, offsetOf(block)};
     if (path.id == 0) return {Fault::idZero, offsetOf(block)};
 
-    std::string_view record;
-    if (const Failure failure = store_.block(recordNumber, record)) return failure;
-    path.record = offsetOf(record);
-    path.recordLength = static_cast<std::uint32_t>(record.size());
-    Record decoded;
-    return {decodeRecord(record, decoded), path.record};
+    if (const Failure failure = store_.block(recordNumber, block)) return failure;
+    path.record = offsetOf(block);
+    path.recordLength = static_cast<std::uint32_t>(block.size());
+    return {decodeRecord(block, record), path.record};
   }
 
   Failure readName(std::uint32_t number, Path& path) const {
@@ -224,8 +228,7 @@ class BillOfMaterials::Reader {
     bool more = !paths_.empty() && paths_.front().parent == 0;
     while (more) {
       const auto [path, lengthAbove] = next;
-      if (lengthAbove + all_.longestName > longestPath && lengthAbove + paths_[path].nameLength > longestPath)
-        return {Fault::pathTooLong, paths_[path].name};
+      if (lengthAbove + paths_[path].nameLength > longestPath) return {Fault::pathTooLong, paths_[path].name};
       *end++ = path;
       ++next.path;
       if (firstChild_[path] != none) {

@@ -32,7 +32,7 @@ enum class Fault : std::uint8_t {
   shortNumbers,
   shortName,
   unendedName,
-  namesTooLong,
+  textsTooLong,
   shortRecord,
   targetPastEnd,
   unendedTarget,

@@ -35,7 +35,8 @@ class Output {
   // Writes a piece of a text once all texts of smaller numbers are written.
   void write(std::size_t number, std::string_view piece);
 
-  // Takes what is left of a text, which ends it. Does not wait.
+  // Takes what is left of a text, which ends it. Waits for no other text; may write it, and those that have
+  // ended ahead of their turn.
   void end(std::size_t number, Buffer buffer, std::size_t length);
 
   // Starts again with number 0, for another list, when all texts have ended. Hands what was written to the
@@ -53,7 +54,7 @@ class Output {
 
   void put(std::string_view piece);
 
-  std::FILE* file_;
+  std::FILE* file_;  // written without the mutex, by whoever works on the text whose turn it is
   std::atomic<int> error_ = 0;
   std::mutex mutex_;                    // guards what stands below
   std::condition_variable written_;     // some text is

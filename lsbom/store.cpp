@@ -1,15 +1,14 @@
 // The layout, from public format notes and real files:
 //
-//   header     "BOMStore", u32 version, u32 number of blocks (often wrong: not used), u32 offset and u32
-//   length of the
-//              index, u32 offset and u32 length of the variables
-//   index      u32 count, and for each block u32 offset and u32 length; block 0 is the null block. A list of
-//   free
-//              ranges follows, which a reader does not need
+//   header     "BOMStore", u32 version, u32 number of blocks (often wrong: not used),
+//              u32 offset and u32 length of the index, u32 offset and u32 length of the variables
+//   index      u32 count, and for each block u32 offset and u32 length; block 0 is the null block.
+//              A list of free ranges follows, which a reader does not need
 //   variables  u32 count, and for each u32 block, u8 length of the name, the name
 #include "lsbom/store.h"
 
 namespace pelmarix::lsbom {
+
 Failure Store::open(std::string_view file) {
   file_ = file;
   Cursor header(file);

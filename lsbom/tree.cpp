@@ -1,11 +1,11 @@
 // The layout, from public format notes and real files:
 //
 //   tree  "tree", u32 version, u32 block of the root node, u32 node size, u32 number of paths, u8
-//   node  u16 1 in a leaf and 0 in an inner node, u16 count, u32 next leaf (0 ends), u32 leaf before, and
-//   pairs of u32:
+//   node  u16 1 in a leaf and 0 in an inner node, u16 count, u32 next leaf (0 ends), u32 leaf before,
+//         and pairs of u32:
 //           leaf   `count` pairs: block of the path's numbers, block of its name
-//           inner  `count` + 1 pairs: block of a child node, block of the last name below it (0 in the last
-//           pair)
+//           inner  `count` + 1 pairs: block of a child node, block of the last name below it
+//                  (0 in the last pair)
 //
 // A node's block may be shorter than the node size, which is therefore of no use to a reader.
 #include "lsbom/tree.h"

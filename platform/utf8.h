@@ -1,4 +1,4 @@
-// UTF-8, byte by byte: what is well-formed and what is plain ASCII (The Unicode Standard, table 3-7).
+// UTF-8: what is well-formed and what is plain ASCII (The Unicode Standard, table 3-7).
 #pragma once
 
 #include <algorithm>

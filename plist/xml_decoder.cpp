@@ -14,9 +14,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <optional>
+#include <type_traits>
 
+#include "platform/utf8.h"
 #include "plist/limits.h"
 #include "plist/unicode.h"
 #include "plist/xml_scalars.h"
@@ -129,6 +132,7 @@ class Decoder {
 };
 
 /// How often [first, first + size) has a "<" that no "/" follows. At least one byte must stand behind it.
+/// With a constant for a size the compiler looks at many characters at once.
 template <typename Size>
 std::size_t countOpenings(const char* first, Size size) {
   std::uint8_t count = 0;
@@ -145,8 +149,7 @@ void Decoder::reserveNodes(std::string_view text) {
   constexpr std::size_t usualBytesPerNode = 32;
   if (text.size() < smallText) return tree_.nodes.reserve(text.size() / usualBytesPerNode);
 
-  // Blocks short enough to be counted in a byte, and of one size: the compiler then looks at many characters
-  // at once.
+  // Blocks short enough to be counted in a byte.
   constexpr std::integral_constant<std::size_t, 128> blockSize;
   std::size_t nodes = 0;
   std::size_t at = 0;

@@ -19,7 +19,7 @@ class FirstPainting final : private QObject {
   /// Calls back once, from the event loop, when all of the window has been painted. A window on another
   /// desktop may never be: then that is after `patience`. Nothing is called when this object has gone.
   void then(std::function<void()> callback, std::chrono::milliseconds patience = std::chrono::seconds(1));
-  /// Calls back at once if that is still to come.
+  /// Calls back now and from here if that is still to come.
   void waitNoLonger();
 
  private:

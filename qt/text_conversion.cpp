@@ -6,7 +6,7 @@ namespace pelmarix::qt {
 
 QString toQString(std::string_view utf8) {
   QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-  // Which has dropped a byte-order mark at the beginning.
+  // fromUtf8 drops a byte-order mark at the beginning.
   if (utf8.starts_with("\xEF\xBB\xBF")) text.prepend(QChar(QChar::ByteOrderMark));
   return text;
 }

@@ -259,7 +259,61 @@ TEST(MalformedBillOfMaterials, IsRefusedForNamesThatTogetherAreLongerThanTheFile
         }
       }
     }
-    EXPECT_EQ(bill.read(bom.bytes).fault, Fault::namesTooLong);
+    EXPECT_EQ(bill.read(bom.bytes).fault, Fault::textsTooLong);
+  }
+}
+
+// Links share one record with a long target.
+EditableBom linksToOneTarget(std::uint32_t count) {
+  std::vector<BomEntry> links;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    links.push_back({.path = std::to_string(1000 + i),
+                     .kind = sample::BomKind::link,
+                     .linkTarget = i == 0 ? std::string(60000, 't') : "t"});
+  }
+  EditableBom bom(links);
+  for (std::uint32_t i = 1; i < count; ++i)
+    bom.setU32(bom.block(bom.numbersBlock(i)) + 4, bom.recordBlock(0));
+  return bom;
+}
+
+TEST(MalformedBillOfMaterials, IsRefusedForLinkTargetsThatTogetherAreFarLongerThanTheFile) {
+  BillOfMaterials bill;
+  const EditableBom few = linksToOneTarget(10);
+  EXPECT_FALSE(bill.read(few.bytes));
+  EXPECT_EQ(bill.size(), 10U);
+  const EditableBom many = linksToOneTarget(100);
+  EXPECT_EQ(bill.read(many.bytes).fault, Fault::textsTooLong);
+}
+
+TEST(MalformedBillOfMaterials, IsRefusedForTheSameReasonEachTime) {
+  std::vector<BomEntry> files;
+  files.reserve(30000);
+  for (int i = 0; i < 30000; ++i) files.push_back({.path = std::to_string(100000 + i)});
+  EditableBom bom(files, {.pathsPerNode = 30000});
+  for (const std::uint32_t path : {8100U, 12000U, 29000U}) bom.setU32(numbersOf(bom, path), 20001);
+  for (int i = 0; i < 50; ++i) {
+    BillOfMaterials bill;
+    const Failure failure = bill.read(bom.bytes);
+    EXPECT_EQ(failure.fault, Fault::idTwice);
+    EXPECT_EQ(failure.offset, nameOf(bom, 8100) + 4);
+  }
+}
+
+TEST(MalformedBillOfMaterials, IsRefusedForTheFirstOfManyDamages) {
+  std::vector<BomEntry> files;
+  files.reserve(20000);
+  for (int i = 0; i < 20000; ++i) files.push_back({.path = std::to_string(100000 + i)});
+  EditableBom bom(files, {.pathsPerNode = 2});
+  for (std::uint32_t block = 1; block < bom.u32(bom.index()); ++block) {
+    if (bom.u32(bom.indexPair(block) + 4) == 11)
+      bom.setU32(bom.indexPair(block) + 4, 10);  // names lose their NUL
+  }
+  for (int i = 0; i < 20; ++i) {
+    BillOfMaterials bill;
+    const Failure failure = bill.read(bom.bytes);
+    EXPECT_EQ(failure.fault, Fault::unendedName);
+    EXPECT_EQ(failure.offset, nameOf(bom, 0));
   }
 }
 

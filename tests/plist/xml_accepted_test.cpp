@@ -169,7 +169,7 @@ TEST(XmlString, mayHaveAReferenceOrAnotherLetterAtAnyPlace) {
     for (const auto& [written, read] : {std::pair{"&lt;", "<"}, std::pair{"&#xE9;", "\u00E9"},
                                         std::pair{"\u00E9", "\u00E9"}, std::pair{"<![CDATA[&]]>", "&"}})
       EXPECT_EQ(decoded("<string>" + before + written + after + "</string>"),
-                decoded("<string><![CDATA[" + before + read + after + "]]></string>"));
+                "\"" + before + read + after + "\"");
   }
 }
 
