@@ -88,9 +88,9 @@ class UpdateCheckTest(unittest.TestCase):
         self.assertEqual(self.server.requests, ["/list"])
         self.assertEqual(self.home.settings(), settings)
 
-    def test_a_window_that_is_closed_before_it_is_painted_makes_a_launch_too(self):
+    def test_a_window_that_is_closed_at_once_makes_a_launch_too(self):
         program = self.start()
-        _, status, error = program.close()  # long before the window is there
+        _, status, error = program.close()  # as a rule before the window is painted
         self.assertEqual((status, error), (0, ""))
         settings = self.home.settings()
         self.assertEqual(sorted(settings), ["dateLastUpdateCheck", "noUpdateCheck", "updateCheckInt"])
