@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <utility>
+#include <vector>
 
 #include "lsbom/cursor.h"
 #include "lsbom/parallel.h"
@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t leavesAtOnce = 16;
 constexpr std::size_t pathsAtOnce = 8192;
 
-// So many times the texts of one record may count, by and large.
+// Several paths may share a record, so the texts of all records may be about so many times the file.
 constexpr std::size_t mostSharing = 16;
 
 constexpr std::uint32_t none = UINT32_MAX;
@@ -111,7 +111,7 @@ class BillOfMaterials::Reader {
     std::atomic<std::size_t> failed = SIZE_MAX;  // leaves that are begun behind this one are not read
     inParallel(surveys.size(), leavesAtOnce, [&](std::size_t begin, std::size_t end) {
       for (std::size_t i = begin; i < end && begin < failed; ++i) {
-        surveys[i].failure = readLeaf(tree.leaves[i], textLength, surveys[i]);
+        surveys[i] = readLeaf(tree.leaves[i], textLength);
         if (surveys[i].failure) failed = begin;
       }
     });
@@ -131,7 +131,8 @@ class BillOfMaterials::Reader {
 
   // Blocks may overlap, but texts that are far longer in all than the file would be the same bytes over and
   // over. No two paths have their names in common; records they may well share.
-  Failure readLeaf(const Leaf& leaf, std::atomic<std::size_t>& textLength, Survey& survey) const {
+  Survey readLeaf(const Leaf& leaf, std::atomic<std::size_t>& textLength) const {
+    Survey survey;
     std::size_t index = leaf.firstPath;
     std::size_t length = 0;
     for (Cursor cursor(leaf.pairs); !cursor.rest().empty(); ++index) {
@@ -139,16 +140,16 @@ class BillOfMaterials::Reader {
       const std::uint32_t name = cursor.u32();
       Path& path = paths_[index];
       Record record;
-      if (const Failure failure = readNumbers(numbers, path, record)) return failure;
-      if (const Failure failure = readName(name, path)) return failure;
+      if (const Failure failure = readNumbers(numbers, path, record)) return {failure};
+      if (const Failure failure = readName(name, path)) return {failure};
       length += path.nameLength + (record.linkTarget.size() + record.programParts.size()) / mostSharing;
-      if (length > bytes_.size()) return {Fault::textsTooLong, 0};
+      if (length > bytes_.size()) return {{Fault::textsTooLong, 0}};
       survey.largestId = std::max(survey.largestId, path.id);
       if (index > leaf.firstPath && precedes(path, paths_[index - 1])) survey.sorted = false;
     }
     textLength += length;
-    if (textLength > bytes_.size()) return {Fault::textsTooLong, 0};
-    return {};
+    if (textLength > bytes_.size()) return {{Fault::textsTooLong, 0}};
+    return survey;
   }
 
   Failure readNumbers(std::uint32_t number, Path& path, Record& record) const {

@@ -6,7 +6,6 @@
 #include <memory>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "lsbom/fault.h"
 #include "lsbom/record.h"

@@ -263,27 +263,30 @@ TEST(MalformedBillOfMaterials, IsRefusedForNamesThatTogetherAreLongerThanTheFile
   }
 }
 
-// Links share one record with a long target.
-EditableBom linksToOneTarget(std::uint32_t count) {
-  std::vector<BomEntry> links;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    links.push_back({.path = std::to_string(1000 + i),
-                     .kind = sample::BomKind::link,
-                     .linkTarget = i == 0 ? std::string(60000, 't') : "t"});
-  }
-  EditableBom bom(links);
+// All paths have the first one's record.
+EditableBom withOneRecord(const BomEntry& first, std::uint32_t count) {
+  std::vector<BomEntry> paths{first};
+  paths.reserve(count);
+  for (std::uint32_t i = 1; i < count; ++i) paths.push_back({.path = std::to_string(1000 + i)});
+  EditableBom bom(paths);
   for (std::uint32_t i = 1; i < count; ++i)
     bom.setU32(bom.block(bom.numbersBlock(i)) + 4, bom.recordBlock(0));
   return bom;
 }
 
-TEST(MalformedBillOfMaterials, IsRefusedForLinkTargetsThatTogetherAreFarLongerThanTheFile) {
-  BillOfMaterials bill;
-  const EditableBom few = linksToOneTarget(10);
-  EXPECT_FALSE(bill.read(few.bytes));
-  EXPECT_EQ(bill.size(), 10U);
-  const EditableBom many = linksToOneTarget(100);
-  EXPECT_EQ(bill.read(many.bytes).fault, Fault::textsTooLong);
+TEST(MalformedBillOfMaterials, IsRefusedForRecordsThatTogetherAreFarLongerThanTheFile) {
+  const BomEntry longLink{
+      .path = "1000", .kind = sample::BomKind::link, .linkTarget = std::string(60000, 't')};
+  BomEntry largeProgram{.path = "1000"};
+  largeProgram.processors.resize(4000);
+  for (const BomEntry& first : {longLink, largeProgram}) {
+    BillOfMaterials bill;
+    const EditableBom few = withOneRecord(first, 10);
+    EXPECT_FALSE(bill.read(few.bytes));
+    EXPECT_EQ(bill.size(), 10U);
+    const EditableBom many = withOneRecord(first, 100);
+    EXPECT_EQ(bill.read(many.bytes).fault, Fault::textsTooLong);
+  }
 }
 
 TEST(MalformedBillOfMaterials, IsRefusedForTheSameReasonEachTime) {
