@@ -17,7 +17,6 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
-#include <type_traits>
 
 #include "platform/utf8.h"
 #include "plist/limits.h"
@@ -131,10 +130,9 @@ class Decoder {
   const char* failedAt_ = nullptr;
 };
 
-/// How often [first, first + size) has a "<" that no "/" follows. At least one byte must stand behind it.
-/// With a constant for a size the compiler looks at many characters at once.
-template <typename Size>
-std::size_t countOpenings(const char* first, Size size) {
+/// How often [first, first + size), less than 256 bytes, has a "<" that no "/" follows. At least one byte
+/// must stand behind it. With a constant for a size the compiler looks at many characters at once.
+std::size_t countOpenings(const char* first, std::size_t size) {
   std::uint8_t count = 0;
   for (std::size_t i = 0; i < size; ++i)
     count = static_cast<std::uint8_t>(count + ((first[i] == '<') & (first[i + 1] != '/')));
@@ -149,8 +147,7 @@ void Decoder::reserveNodes(std::string_view text) {
   constexpr std::size_t usualBytesPerNode = 32;
   if (text.size() < smallText) return tree_.nodes.reserve(text.size() / usualBytesPerNode);
 
-  // Blocks short enough to be counted in a byte.
-  constexpr std::integral_constant<std::size_t, 128> blockSize;
+  constexpr std::size_t blockSize = 128;
   std::size_t nodes = 0;
   std::size_t at = 0;
   for (; text.size() - at > blockSize; at += blockSize) nodes += countOpenings(text.data() + at, blockSize);
