@@ -1,6 +1,7 @@
 #include "fuzz/plist_check.h"
 
 #include <cstdlib>
+#include <optional>
 #include <vector>
 
 #include "platform/utf8.h"
@@ -48,9 +49,16 @@ void check(std::string_view bytes) {
   const HeapMeter heap;
   const Result<Document> document = Document::decode(bytes);
   require(heap.peak() <= 64 * bytes.size() + 1048576);
+  Document used;
+  require(!used.assign("<array><string>&amp;</string><true/></array>"));
+  const std::optional<Error> error = used.assign(bytes);
+  require(error.has_value() != static_cast<bool>(document));
   if (document) {
     checkValues(*document);
+    checkValues(used);
+    require(used.valueCount() == document->valueCount());
   } else {
+    require(error == document.error());
     // UTF-16 takes up to three bytes of UTF-8 for two of its own.
     require(document.error().offset <= 2 * bytes.size());
     require(!description(document.error()).empty());

@@ -5,8 +5,9 @@
 
 namespace pelmarix::plist {
 
-/// Decodes, looks at every value once, and ends the process where a promise of the decoder is broken: the
-/// bound on the heap, the depth, the validity of text, the position of an error.
+/// Decodes, into a new document and into a used one, looks at every value once, and ends the process where a
+/// promise of the decoder is broken: the bound on the heap, the depth, the validity of text, the position of
+/// an error.
 void check(std::string_view bytes);
 
 }  // namespace pelmarix::plist

@@ -59,10 +59,9 @@ bool isTooNarrow(std::size_t width, std::size_t limit) {
 Result<Trailer> readTrailer(std::string_view bytes) {
   if (bytes.size() < headerSize + 1 + trailerSize) return Error{Reason::tooShort, bytes.size()};
   const std::size_t start = bytes.size() - trailerSize;
-  const auto field = [&](std::size_t at, std::size_t width) {
-    return bigEndian(bytes.data() + start + at, width);
-  };
-  const Trailer trailer{field(6, 1), field(7, 1), field(8, 8), field(16, 8), field(24, 8)};
+  const char* const fields = bytes.data() + start;
+  const Trailer trailer{bigEndian(fields + 6, 1), bigEndian(fields + 7, 1), bigEndian64(fields + 8),
+                        bigEndian64(fields + 16), bigEndian64(fields + 24)};
 
   if (trailer.offsetWidth < 1 || trailer.offsetWidth > maximumWidth)
     return Error{Reason::badWidth, start + 6};
@@ -102,13 +101,6 @@ class Decoder {
   static constexpr std::size_t overlapFactor = 16;
   static constexpr std::size_t overlapAllowance = 262144;
 
-  /// What is known of an object: nothing yet; that it is being decoded; or how many levels of containers it
-  /// is, counted from `leaf`.
-  using State = std::uint16_t;
-  static constexpr State unseen = 0;
-  static constexpr State leaf = 1;
-  static constexpr State open = std::numeric_limits<State>::max();
-
   /// A container whose contents are being decoded.
   struct Level {
     std::size_t object;
@@ -116,7 +108,7 @@ class Decoder {
     /// Behind the references to keys; of an array or set, where they begin.
     const char* endOfKeys;
     const char* endOfReferences;
-    State deepestElement;
+    std::size_t deepestElement;
   };
 
   bool fail(Reason reason, std::size_t offset) {
@@ -154,7 +146,6 @@ class Decoder {
   std::string_view bytes_;
   const Trailer& trailer_;
   Tree& tree_;
-  std::vector<State> states_;
   std::array<Level, maximumDepth> levels_;
   std::size_t depth_ = 0;
   std::size_t bytesToCover_;
@@ -170,7 +161,6 @@ bool Decoder::checkTable() {
   tree_.referenceWidth = trailer_.referenceWidth;
   tree_.root = trailer_.topObject;
   tree_.nodes.resize(trailer_.objectCount);
-  states_.resize(trailer_.objectCount, unseen);
   return true;
 }
 
@@ -182,10 +172,10 @@ void Decoder::decodeContents() {
       if (!decodeElement(level)) return;
       continue;
     }
-    const auto state = static_cast<State>(level.deepestElement + 1);
-    states_[level.object] = state;
+    const std::size_t levels = level.deepestElement + 1;
+    tree_.nodes[level.object].levels = levels & Node::levelsMask;
     if (--depth_ == 0) return;
-    levels_[depth_ - 1].deepestElement = std::max(levels_[depth_ - 1].deepestElement, state);
+    levels_[depth_ - 1].deepestElement = std::max(levels_[depth_ - 1].deepestElement, levels);
   }
 }
 
@@ -197,24 +187,23 @@ bool Decoder::decodeElement(Level& level) {
     return fail(reason, static_cast<std::size_t>(reference - bytes_.data()));
   };
   if (object >= trailer_.objectCount) return failHere(Reason::badReference);
-  State& state = states_[object];
-  if (state == open) return failHere(Reason::cycle);
-  const bool isNew = state == unseen;
-  if (isNew && !decodeObject(object)) return false;
   const Node& node = tree_.nodes[object];
+  if (node.levels == Node::open) return failHere(Reason::cycle);
+  const bool isNew = node.levels == 0;
+  if (isNew && !decodeObject(object)) return false;
   if (reference < level.endOfKeys && node.type != Type::string) return failHere(Reason::keyNotString);
   if (isNew && node.isContainer()) return enter(object);
-  level.deepestElement = std::max(level.deepestElement, state);
-  return checkDepth(state - leaf, object);
+  level.deepestElement = std::max<std::size_t>(level.deepestElement, node.levels);
+  return checkDepth(node.levels - 1, object);
 }
 
 bool Decoder::enter(std::size_t object) {
   if (!checkDepth(1, object)) return false;
-  states_[object] = open;
-  const Node& node = tree_.nodes[object];
+  Node& node = tree_.nodes[object];
+  node.levels = Node::open;
   const std::size_t size = node.size * trailer_.referenceWidth;
   const char* const endOfKeys = node.type == Type::dictionary ? node.bytes + size : node.bytes;
-  levels_[depth_++] = {object, node.bytes, endOfKeys, endOfKeys + size, leaf};
+  levels_[depth_++] = {object, node.bytes, endOfKeys, endOfKeys + size, 1};
   return true;
 }
 
@@ -226,7 +215,6 @@ bool Decoder::checkDepth(std::size_t levels, std::size_t object) {
 bool Decoder::decodeObject(std::size_t object) {
   start_ = offset(object);
   if (start_ < headerSize) return fail(Reason::badOffset, tableEntry(object));
-  states_[object] = leaf;
   Node& node = tree_.nodes[object];
   const auto marker = static_cast<unsigned char>(bytes_[start_]);
   at_ = start_ + 1;
@@ -375,12 +363,10 @@ bool Decoder::decodeContainer(Type type, unsigned nibble, Node& node) {
 
 }  // namespace
 
-Result<std::unique_ptr<const Tree>> decodeBinary(std::string_view bytes) {
+std::optional<Error> decodeBinary(std::string_view bytes, Tree& tree) {
   const Result<Trailer> trailer = readTrailer(bytes);
   if (!trailer) return trailer.error();
-  auto tree = std::make_unique<Tree>();
-  if (const std::optional<Error> error = Decoder(bytes, *trailer, *tree).decode()) return *error;
-  return std::unique_ptr<const Tree>(std::move(tree));
+  return Decoder(bytes, *trailer, tree).decode();
 }
 
 }  // namespace pelmarix::plist

@@ -1,17 +1,17 @@
 // Binary property lists. Private to this folder.
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string_view>
 
-#include "plist/result.h"
+#include "plist/error.h"
 #include "plist/tree.h"
 
 namespace pelmarix::plist {
 
 inline constexpr std::string_view binaryMagic = "bplist0";
 
-/// Decodes a file that begins with binaryMagic.
-Result<std::unique_ptr<const Tree>> decodeBinary(std::string_view bytes);
+/// Decodes a file that begins with binaryMagic into the empty tree; nothing where that succeeds.
+std::optional<Error> decodeBinary(std::string_view bytes, Tree& tree);
 
 }  // namespace pelmarix::plist

@@ -6,16 +6,21 @@
 
 namespace pelmarix::plist {
 
-Document::Document(std::unique_ptr<const Tree> tree) : tree_(std::move(tree)) {}
+Document::Document() : tree_(std::make_unique<Tree>()) {}
 Document::Document(Document&&) noexcept = default;
 Document& Document::operator=(Document&&) noexcept = default;
 Document::~Document() = default;
 
 Result<Document> Document::decode(std::string_view bytes) {
+  Document document;
+  if (const auto error = document.assign(bytes)) return *error;
+  return document;
+}
+
+std::optional<Error> Document::assign(std::string_view bytes) {
+  tree_->clear();
   // What claims to be binary is never tried as XML: the error would then speak of a text that isn't there.
-  auto tree = bytes.starts_with(binaryMagic) ? decodeBinary(bytes) : decodeXml(bytes);
-  if (!tree) return tree.error();
-  return Document(*std::move(tree));
+  return bytes.starts_with(binaryMagic) ? decodeBinary(bytes, *tree_) : decodeXml(bytes, *tree_);
 }
 
 Value Document::root() const { return {*tree_, tree_->nodes[tree_->root]}; }

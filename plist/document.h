@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "plist/result.h"
@@ -27,6 +28,12 @@ class Document {
   /// in place.
   static Result<Document> decode(std::string_view bytes);
 
+  /// Has no values: its root may not be asked for.
+  Document();
+  /// Decodes in place of what was decoded before, whose values end here, and into the same memory: small
+  /// files, one after the other, are decoded a good deal faster that way. After an error it has no values.
+  std::optional<Error> assign(std::string_view bytes);
+
   Document(Document&&) noexcept;
   Document& operator=(Document&&) noexcept;
   ~Document();
@@ -36,9 +43,7 @@ class Document {
   std::size_t valueCount() const;
 
  private:
-  explicit Document(std::unique_ptr<const Tree> tree);
-
-  std::unique_ptr<const Tree> tree_;
+  std::unique_ptr<Tree> tree_;
 };
 
 }  // namespace pelmarix::plist

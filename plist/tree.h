@@ -14,16 +14,19 @@ namespace pelmarix::plist {
 
 /// Sixteen bytes for any value; a large file has millions of them.
 struct Node {
-  static constexpr std::uint64_t sizeMask = (std::uint64_t{1} << 56) - 1;
+  static constexpr std::uint64_t sizeMask = (std::uint64_t{1} << 46) - 1;
+  static constexpr std::uint64_t levelsMask = (std::uint64_t{1} << 10) - 1;
+  /// The levels of a container whose contents are being decoded.
+  static constexpr std::uint64_t open = levelsMask;
   /// The size of an integer above 2^63-1.
   static constexpr std::uint64_t unsignedInteger = 2;
 
-  Node() : number(0), size(0), type(Type::null) {}
+  Node() : number(0), size(0), levels(0), type(Type::null) {}
   Node(Type nodeType, std::uint64_t value, std::uint64_t extent = 1)
-      : number(value), size(extent & sizeMask), type(nodeType) {}
-  Node(Type nodeType, double value) : real(value), size(1), type(nodeType) {}
+      : number(value), size(extent & sizeMask), levels(1), type(nodeType) {}
+  Node(Type nodeType, double value) : real(value), size(1), levels(1), type(nodeType) {}
   Node(Type nodeType, std::string_view view)
-      : bytes(view.data()), size(view.size() & sizeMask), type(nodeType) {}
+      : bytes(view.data()), size(view.size() & sizeMask), levels(1), type(nodeType) {}
 
   std::string_view view() const { return {bytes, size}; }
   bool isContainer() const { return type >= Type::array; }
@@ -38,7 +41,10 @@ struct Node {
   };
   /// Of text in bytes. Of a container in XML the nodes from itself to its last descendant, in a binary file
   /// the elements or entries. Of an integer 1, or 2 when it is unsigned and above 2^63-1.
-  std::uint64_t size : 56;
+  std::uint64_t size : 46;
+  /// In a binary file how many levels of containers the value is, counted from 1 for what is none; 0 as long
+  /// as it has not been decoded.
+  std::uint64_t levels : 10;
   Type type : 8;
 };
 static_assert(sizeof(Node) == 16);
@@ -69,6 +75,13 @@ struct Tree {
   Arena arena;
 
   bool isBinary() const { return referenceWidth != 0; }
+  /// Forgets all, and keeps the memory of the nodes.
+  void clear() {
+    nodes.clear();
+    root = 0;
+    referenceWidth = 0;
+    arena = Arena();
+  }
 };
 
 /// An unsigned number of any number of bytes, the most significant first. Only the last eight count.
@@ -78,13 +91,17 @@ inline std::uint64_t bigEndian(const char* bytes, std::size_t width) {
   return number;
 }
 
+/// The same for eight bytes, of which compilers make one load.
+inline std::uint64_t bigEndian64(const char* bytes) {
+  const auto byte = [bytes](std::size_t i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])}; };
+  return byte(0) << 56 | byte(1) << 48 | byte(2) << 40 | byte(3) << 32 | byte(4) << 24 | byte(5) << 16 |
+         byte(6) << 8 | byte(7);
+}
+
 /// The same for 1 to 8 bytes that a trailer follows: offsets and references. There are millions of them in a
 /// large file, and with the trailer behind them eight bytes can be read at once whatever the width is.
 inline std::uint64_t bigEndianBeforeTrailer(const char* bytes, std::size_t width) {
-  const auto byte = [bytes](std::size_t i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])}; };
-  const std::uint64_t number = byte(0) << 56 | byte(1) << 48 | byte(2) << 40 | byte(3) << 32 | byte(4) << 24 |
-                               byte(5) << 16 | byte(6) << 8 | byte(7);
-  return number >> (64 - 8 * width);
+  return bigEndian64(bytes) >> (64 - 8 * width);
 }
 
 }  // namespace pelmarix::plist

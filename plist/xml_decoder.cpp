@@ -452,12 +452,11 @@ bool Decoder::copyReference(const char* end, char*& out) {
 
 }  // namespace
 
-Result<std::unique_ptr<const Tree>> decodeXml(std::string_view bytes) {
-  auto tree = std::make_unique<Tree>();
-  const Result<std::string_view> text = xmlTextAsUtf8(bytes, tree->arena);
+std::optional<Error> decodeXml(std::string_view bytes, Tree& tree) {
+  const Result<std::string_view> text = xmlTextAsUtf8(bytes, tree.arena);
   if (!text) return text.error();
-  Decoder decoder(*text, *tree);
-  if (decoder.decode()) return std::unique_ptr<const Tree>(std::move(tree));
+  Decoder decoder(*text, tree);
+  if (decoder.decode()) return std::nullopt;
 
   // A byte-order mark of UTF-8 is the one thing that text read in place leaves out.
   const bool isInPlace = text->data() + text->size() == bytes.data() + bytes.size();

@@ -1,14 +1,15 @@
 // XML property lists. Private to this folder.
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string_view>
 
-#include "plist/result.h"
+#include "plist/error.h"
 #include "plist/tree.h"
 
 namespace pelmarix::plist {
 
-Result<std::unique_ptr<const Tree>> decodeXml(std::string_view bytes);
+/// Decodes the file into the empty tree; nothing where that succeeds.
+std::optional<Error> decodeXml(std::string_view bytes, Tree& tree);
 
 }  // namespace pelmarix::plist

@@ -71,7 +71,12 @@ std::string decoded(std::string_view bytes) {
   const ExactBlock block(bytes);
   const Result<Document> document = Document::decode(block);
   if (!document) return std::string("refused: ").append(sentence(document.error().reason));
-  return describe(document->root());
+  std::string description = describe(document->root());
+  // What a document was used for before makes no difference.
+  static Document used;
+  EXPECT_FALSE(used.assign(block));
+  EXPECT_EQ(describe(used.root()), description);
+  return description;
 }
 
 Reason refusal(std::string_view bytes) {
@@ -81,6 +86,9 @@ Reason refusal(std::string_view bytes) {
     ADD_FAILURE() << "accepted as " << describe(document->root());
     return Reason::last;
   }
+  Document used;
+  used.assign("<array><string>&amp;</string><true/></array>");
+  EXPECT_EQ(used.assign(block), document.error());
   return document.error().reason;
 }
 

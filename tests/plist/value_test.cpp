@@ -7,6 +7,7 @@
 
 #include "tests/plist/binary_builder.h"
 #include "tests/plist/describe.h"
+#include "tests/plist/heap_meter.h"
 
 namespace pelmarix::plist {
 namespace {
@@ -129,6 +130,43 @@ TEST(Document, keepsItsValuesWhenItIsMoved) {
   assigned = std::move(moved);
   EXPECT_EQ(root.string(), "<");
   EXPECT_TRUE(assigned.root().isSameAs(root));
+}
+
+TEST(Document, holdsOnlyWhatWasAssignedLast) {
+  Document document;
+  EXPECT_FALSE(document.assign("<array><string>&lt;</string><integer>1</integer></array>"));
+  EXPECT_EQ(describe(document.root()), "[\"<\", 1]");
+  const std::string shared = binary({hex("A2 01 01"), hex("A1 02"), hex("09")});
+  EXPECT_FALSE(document.assign(shared));
+  EXPECT_EQ(describe(document.root()), "[[true], [true]]");
+  EXPECT_EQ(document.valueCount(), 3U);
+  EXPECT_FALSE(document.assign(shared));
+  EXPECT_EQ(describe(document.root()), "[[true], [true]]");
+  EXPECT_FALSE(document.assign("<string>&gt;</string>"));
+  EXPECT_EQ(describe(document.root()), "\">\"");
+  EXPECT_EQ(document.valueCount(), 1U);
+}
+
+TEST(Document, canBeAssignedAnotherFileAfterOneThatWasRefused) {
+  Document document;
+  const std::string cycle = binary({hex("A1 01"), hex("A1 00")});
+  for (const std::string& refused : {std::string("<array><true/>"), cycle, std::string()}) {
+    EXPECT_EQ(document.assign(refused), Document::decode(refused).error());
+    EXPECT_FALSE(document.assign("<true/>"));
+    EXPECT_EQ(describe(document.root()), "true");
+  }
+}
+
+TEST(Document, usesItsMemoryAgain) {
+  const std::string xml = "<array><true/><string>a</string></array>";
+  const std::string binaryFile = binary({hex("A2 01 02"), hex("09"), hex("51") + "a"});
+  Document document;
+  document.assign(xml);
+  document.assign(binaryFile);
+  const HeapMeter heap;
+  EXPECT_FALSE(document.assign(xml));
+  EXPECT_FALSE(document.assign(binaryFile));
+  EXPECT_EQ(heap.peak(), 0U);
 }
 
 }  // namespace
