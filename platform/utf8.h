@@ -34,13 +34,13 @@ inline std::ptrdiff_t firstHighBit(std::uint64_t word) {
 /// The first byte from 0x80 in [first, last); `last` if there is none.
 inline const char* findNonAscii(const char* first, const char* last) {
   if (last - first < 8) return std::find_if(first, last, [](char byte) { return (byte & 0x80) != 0; });
-  for (; last - first > 8; first += 8) {
+  // Of the last eight some may be seen twice.
+  const char* const lastEight = last - 8;
+  for (;; first = std::min(first + 8, lastEight)) {
     const std::uint64_t word = loadEightBytes(first);
     if ((word & highBitOfEachByte) != 0) return first + firstHighBit(word);
+    if (first == lastEight) return last;
   }
-  // The last eight, of which some may have been seen.
-  const std::uint64_t word = loadEightBytes(last - 8);
-  return (word & highBitOfEachByte) == 0 ? last : last - 8 + firstHighBit(word);
 }
 
 /// True when all of the text is well-formed. NUL is a character like any other.
