@@ -32,8 +32,11 @@ FileDescriptor openFile(int folder, const char* path, int flags, mode_t mode) {
   const auto open = [mode](int base, const char* name, int with) {
     return FileDescriptor(uninterrupted([&] { return ::openat(base, name, with | O_CLOEXEC, mode); }));
   };
-  std::string_view rest = path;
+  FileDescriptor file = open(folder, path, flags);
+  if (file || errno != ENAMETOOLONG) return file;
+
   // One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps.
+  std::string_view rest = path;
   FileDescriptor step;
   while (rest.size() >= PATH_MAX) {
     const std::size_t slash = rest.rfind('/', PATH_MAX - 2);

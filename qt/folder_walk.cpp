@@ -36,6 +36,7 @@ bool FolderWalk::enter(FileDescriptor opened) {
   Stream stream(opened ? fdopendir(opened.get()) : nullptr);
   if (!stream) return false;
   opened.release();
+  path_ = entry_;
   if (!path_.empty()) path_ += '/';
   Level level;
   level.prefixLength = path_.size();
@@ -51,8 +52,8 @@ bool FolderWalk::enter(FileDescriptor opened) {
 }
 
 FileDescriptor FolderWalk::openEntry(int flags) const {
-  if (!innermost_) return openFile(top_.get(), path_.c_str(), flags);
-  return openFile(dirfd(innermost_.get()), path_.c_str() + levels_.back().prefixLength, flags);
+  if (!innermost_) return openFile(top_.get(), entry_.data(), flags);
+  return openFile(dirfd(innermost_.get()), entry_.data() + levels_.back().prefixLength, flags);
 }
 
 std::optional<std::string_view> FolderWalk::nextObject() {
@@ -72,9 +73,10 @@ std::optional<std::string_view> FolderWalk::nextObject() {
   const char* name = level.entries.c_str() + level.next + 1;
   const std::size_t length = std::strlen(name);
   level.next += 1 + length + 1;
+  if (level.prefixLength == 0) return entry_ = {name, length};
   path_.resize(level.prefixLength);
   path_.append(name, length);
-  return path_;
+  return entry_ = path_;
 }
 
 std::optional<std::string_view> FolderWalk::readFile() {
