@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/date.h"
+#include "plist/document.h"
 
 namespace pelmarix {
 
@@ -16,7 +17,7 @@ struct theBoMReceipt {
 
 /// The receipt in `bytes`, a property list, XML or binary, whose root is a dictionary; keys are compared
 /// exactly and others are ignored. Nothing when it is anything else, lacks a key or has a value of another
-/// type.
-std::optional<theBoMReceipt> decodeBoMReceipt(std::string_view bytes);
+/// type. The list is decoded into `document`, which lends its memory to one receipt after the other.
+std::optional<theBoMReceipt> decodeBoMReceipt(std::string_view bytes, plist::Document& document);
 
 }  // namespace pelmarix

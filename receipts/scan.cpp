@@ -1,5 +1,9 @@
-#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +24,35 @@ constexpr std::string_view receiptExtension = ".plist";
 /// ".plist" too.
 bool hasReceiptExtension(std::string_view path) { return path.ends_with(receiptExtension); }
 
+/// A receipt by its place among the others.
+struct Place {
+  /// The smaller the later its date is, equal for equal dates.
+  std::uint64_t order;
+  std::size_t item;
+};
+
+std::uint64_t orderNewestFirst(Date date) {
+  constexpr std::uint64_t sign = std::uint64_t{1} << 63;
+  // Adding makes zero of minus zero, which is the same date.
+  const auto bits = std::bit_cast<std::uint64_t>(date.timeIntervalSinceReferenceDate + 0.0);
+  // Without their sign the bits of floating-point numbers grow with these.
+  return (bits & sign) != 0 ? bits : ~bits & ~sign;
+}
+
+/// Sorts by radix, byte after byte from the lowest, and so keeps the order of equal dates. Comparing would
+/// take several times as long, since processors can't guess how dates in no order compare.
+void sortByOrder(std::vector<Place>& places) {
+  std::vector<Place> sorted(places.size());
+  for (unsigned shift = 0; shift < 64; shift += 8) {
+    const auto byteOf = [shift](const Place& place) { return place.order >> shift & 0xFF; };
+    std::array<std::size_t, 257> starts = {};
+    for (const Place& place : places) ++starts[byteOf(place) + 1];
+    std::partial_sum(starts.begin(), starts.end(), starts.begin());
+    for (const Place& place : places) sorted[starts[byteOf(place)]++] = place;
+    places.swap(sorted);
+  }
+}
+
 /// Decodes receipts many at a time: after each call of the system its own code has taken the decoder's place
 /// in the processor's caches, which would make decoding them one by one half as slow again.
 class ReceiptDecoder {
@@ -36,10 +69,14 @@ class ReceiptDecoder {
     if (bytes_.size() > bytesAtOnce) decodeWaiting();
   }
 
-  /// The receipts in the order they were added, without what is none.
-  std::vector<std::shared_ptr<BoMItem>> items() && {
+  /// The receipts newest first, those of one date in the order they were added; without what is none.
+  std::vector<std::shared_ptr<BoMItem>> newestFirst() && {
     decodeWaiting();
-    return std::move(items_);
+    sortByOrder(places_);
+    std::vector<std::shared_ptr<BoMItem>> sorted;
+    sorted.reserve(places_.size());
+    for (const Place& place : places_) sorted.push_back(std::move(items_[place.item]));
+    return sorted;
   }
 
  private:
@@ -62,10 +99,11 @@ class ReceiptDecoder {
   }
 
   void decode(std::string_view entry, std::string_view contents) {
-    std::optional<theBoMReceipt> receipt = decodeBoMReceipt(contents);
+    std::optional<theBoMReceipt> receipt = decodeBoMReceipt(contents, document_);
     if (!receipt) return;
     entry.remove_suffix(receiptExtension.size());
     path_.replace(folderLength, std::string::npos, entry);
+    places_.push_back({orderNewestFirst(receipt->InstallDate), items_.size()});
     items_.push_back(
         std::make_shared<BoMItem>(std::move(receipt->PackageIdentifier), receipt->InstallDate, path_));
   }
@@ -74,7 +112,9 @@ class ReceiptDecoder {
   std::string bytes_;
   std::vector<Sizes> waiting_;
   std::string path_ = receiptsFolder;
+  plist::Document document_;
   std::vector<std::shared_ptr<BoMItem>> items_;
+  std::vector<Place> places_;
 };
 
 }  // namespace
@@ -91,9 +131,7 @@ void BoM::readBoMPLists() {
       }
     }
   }
-  children = std::move(decoder).items();
-  std::stable_sort(children.begin(), children.end(),
-                   [](const auto& a, const auto& b) { return a->installDate > b->installDate; });
+  children = std::move(decoder).newestFirst();
 }
 
 }  // namespace pelmarix

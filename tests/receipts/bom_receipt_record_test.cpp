@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
+#include "tests/support/binary_receipt.h"
 #include "tests/support/property_list_text.h"
 
 namespace pelmarix {
 namespace {
 
+using test::binaryReceipt;
 using test::date;
 using test::key;
 using test::propertyList;
@@ -17,8 +20,13 @@ using test::string;
 const std::string anIdentifier = key("PackageIdentifier", string("com.example.pkg.writer"));
 const std::string aDate = key("InstallDate", date("2019-03-26T10:11:12Z"));
 
+std::optional<theBoMReceipt> decodeFile(const std::string& bytes) {
+  plist::Document document;
+  return decodeBoMReceipt(bytes, document);
+}
+
 std::optional<theBoMReceipt> decode(const std::string& pairs) {
-  return decodeBoMReceipt(propertyList("<dict>" + pairs + "</dict>"));
+  return decodeFile(propertyList("<dict>" + pairs + "</dict>"));
 }
 
 TEST(BoMReceiptRecord, TakesItsFieldsFromTheKeysOfTheSameNames) {
@@ -50,46 +58,32 @@ TEST(BoMReceiptRecord, RefusesValuesOfAnotherType) {
 }
 
 TEST(BoMReceiptRecord, RefusesAnotherRootAndWhatIsNoPropertyList) {
-  EXPECT_FALSE(decodeBoMReceipt(propertyList("<array><dict>" + anIdentifier + aDate + "</dict></array>")));
-  EXPECT_FALSE(decodeBoMReceipt(propertyList("<string>a</string>")));
-  EXPECT_FALSE(decodeBoMReceipt(""));
-  EXPECT_FALSE(decodeBoMReceipt("bplist00"));
-}
-
-/// A binary receipt of "pkg" with the date's eight bytes.
-std::string binaryReceipt(const std::string& dateBytes) {
-  std::string bytes = "bplist00";
-  bytes += "\xD2\x01\x02\x03\x04";  // 8: the dictionary
-  bytes +=
-      "\x5F\x10\x11"
-      "PackageIdentifier";  // 13
-  bytes +=
-      "\x5B"
-      "InstallDate";  // 33
-  bytes +=
-      "\x53"
-      "pkg";                                        // 45
-  bytes += "\x33" + dateBytes;                      // 49
-  bytes += std::string("\x08\x0D\x21\x2D\x31", 5);  // 58: the offset table
-  bytes += std::string(
-      "\0\0\0\0\0\0\x01\x01"
-      "\0\0\0\0\0\0\0\x05"
-      "\0\0\0\0\0\0\0\0"
-      "\0\0\0\0\0\0\0\x3A",
-      32);
-  return bytes;
+  EXPECT_FALSE(decodeFile(propertyList("<array><dict>" + anIdentifier + aDate + "</dict></array>")));
+  EXPECT_FALSE(decodeFile(propertyList("<string>a</string>")));
+  EXPECT_FALSE(decodeFile(""));
+  EXPECT_FALSE(decodeFile("bplist00"));
 }
 
 TEST(BoMReceiptRecord, IsReadFromABinaryPropertyListToo) {
-  const auto record = decodeBoMReceipt(binaryReceipt(std::string("\x40\x00\0\0\0\0\0\0", 8)));
+  const auto record = decodeFile(binaryReceipt("pkg", 2));
   ASSERT_TRUE(record);
   EXPECT_EQ(record->PackageIdentifier, "pkg");
   EXPECT_EQ(record->InstallDate, Date{2});
 }
 
+TEST(BoMReceiptRecord, OwesNothingToTheReceiptDecodedBeforeIt) {
+  plist::Document document;
+  EXPECT_TRUE(decodeBoMReceipt(propertyList("<dict>" + anIdentifier + aDate + "</dict>"), document));
+  EXPECT_FALSE(decodeBoMReceipt(propertyList("<dict>" + anIdentifier + "</dict>"), document));
+  EXPECT_FALSE(decodeBoMReceipt("<dict>", document));
+  const auto record = decodeBoMReceipt(binaryReceipt("pkg", 2), document);
+  ASSERT_TRUE(record);
+  EXPECT_EQ(record->PackageIdentifier, "pkg");
+}
+
 TEST(BoMReceiptRecord, RefusesADateThatIsNotFinite) {
-  EXPECT_FALSE(decodeBoMReceipt(binaryReceipt(std::string("\x7F\xF0\0\0\0\0\0\0", 8))));
-  EXPECT_FALSE(decodeBoMReceipt(binaryReceipt(std::string("\x7F\xF8\0\0\0\0\0\x01", 8))));
+  EXPECT_FALSE(decodeFile(binaryReceipt("pkg", std::numeric_limits<double>::infinity())));
+  EXPECT_FALSE(decodeFile(binaryReceipt("pkg", std::numeric_limits<double>::quiet_NaN())));
 }
 
 }  // namespace

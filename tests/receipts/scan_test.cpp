@@ -1,10 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
+#include <random>
 #include <string>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "receipts/bom.h"
+#include "tests/support/binary_receipt.h"
 #include "tests/support/memory_file_manager.h"
 #include "tests/support/property_list_text.h"
 #include "tests/support/test_services.h"
@@ -79,6 +85,52 @@ TEST_F(Scan, KeepsThatOrderHoweverManyAndHoweverLargeTheReceiptsAre) {
   }
   EXPECT_EQ(scannedNames(), expected);
   EXPECT_EQ(bom.children[1]->path, folder + expected[1]);
+}
+
+TEST_F(Scan, SortsDatesOfAllTimes) {
+  const std::vector<double> newestFirst = {std::numeric_limits<double>::max(),
+                                           6e8,
+                                           2.5,
+                                           2.25,
+                                           1,
+                                           std::numeric_limits<double>::denorm_min(),
+                                           0,
+                                           -std::numeric_limits<double>::denorm_min(),
+                                           -0.5,
+                                           -1,
+                                           -63113904000.0,
+                                           std::numeric_limits<double>::lowest()};
+  std::vector<std::string> expected;
+  for (std::size_t i = 0; i < newestFirst.size(); ++i) expected.push_back("date " + std::to_string(i));
+  for (std::size_t i = 0; i < newestFirst.size(); ++i) {
+    const std::size_t next = (i * 5 + 3) % newestFirst.size();
+    addFile(expected[next] + ".plist", test::binaryReceipt(expected[next], newestFirst[next]));
+  }
+  EXPECT_EQ(scannedNames(), expected);
+}
+
+TEST_F(Scan, TakesMinusZeroForTheDateThatZeroIs) {
+  addFile("1.plist", test::binaryReceipt("first", -0.0));
+  addFile("2.plist", test::binaryReceipt("second", 0.0));
+  addFile("3.plist", test::binaryReceipt("third", -0.0));
+  EXPECT_THAT(scannedNames(), ElementsAre("first", "second", "third"));
+}
+
+TEST_F(Scan, SortsLikeAStableSortByDate) {
+  std::mt19937 random(20191007);
+  std::vector<std::pair<double, std::string>> receipts;
+  for (int i = 0; i < 3000; ++i) {
+    // About ten of each date, on both sides of the reference date.
+    receipts.emplace_back((static_cast<int>(random() % 300) - 100) * 12345.675, "r" + std::to_string(i));
+    addFile(receipts.back().second + ".plist",
+            test::binaryReceipt(receipts.back().second, receipts.back().first));
+  }
+  std::stable_sort(receipts.begin(), receipts.end(),
+                   [](const auto& a, const auto& b) { return a.first > b.first; });
+  std::vector<std::string> expected;
+  expected.reserve(receipts.size());
+  for (const auto& receipt : receipts) expected.push_back(receipt.second);
+  EXPECT_EQ(scannedNames(), expected);
 }
 
 TEST_F(Scan, TakesNameDateAndPathFromTheReceiptAndItsPlace) {
