@@ -36,7 +36,7 @@ bool FolderWalk::enter(FileDescriptor opened) {
   Stream stream(opened ? fdopendir(opened.get()) : nullptr);
   if (!stream) return false;
   opened.release();
-  path_ = entry_;
+  if (levels_.size() == 1) path_ = entry_;
   if (!path_.empty()) path_ += '/';
   Level level;
   level.prefixLength = path_.size();

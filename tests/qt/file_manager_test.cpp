@@ -181,6 +181,27 @@ TEST(DirectoryEnumerator, ReadsAllTheBytesOfWhatItYielded) {
   EXPECT_EQ(read, contents);
 }
 
+TEST(DirectoryEnumerator, ReadsEachFileOfATreeUnderItsOwnName) {
+  const TemporaryFolder folder;
+  std::map<std::string, std::string> contents;
+  // Files and folders side by side on every level, names of one character and long ones.
+  const std::vector<std::string> folders = {
+      "", "d/", "d/e/", "d/e/f/", "d/g/", "a folder with a long name/", "a folder with a long name/d/", "h/"};
+  for (const std::string& parent : folders)
+    for (const char* name : {"a", "m", "z", "a file with a long name"})
+      folder.addFile(contents.emplace(parent + name, parent + name).first->first, parent + name);
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder.path());
+  std::map<std::string, std::string> read;
+  std::size_t count = 0;
+  for (; const auto entry = enumerator->nextObject(); ++count) {
+    const std::string name(*entry);
+    if (const auto bytes = enumerator->readFile()) read.emplace(name, *bytes);
+  }
+  EXPECT_EQ(read, contents);
+  EXPECT_EQ(count, contents.size() + folders.size() - 1);
+}
+
 TEST(ReadingAFile, GivesAllItsBytesAndReplacesWhatWasThere) {
   const TemporaryFolder folder;
   PosixFileManager files{Volume()};
