@@ -33,6 +33,7 @@
 #include <optional>
 
 #include "plist/limits.h"
+#include "plist/result.h"
 #include "plist/unicode.h"
 
 namespace pelmarix::plist {

@@ -20,7 +20,9 @@ Result<Document> Document::decode(std::string_view bytes) {
 std::optional<Error> Document::assign(std::string_view bytes) {
   tree_->clear();
   // What claims to be binary is never tried as XML: the error would then speak of a text that isn't there.
-  return bytes.starts_with(binaryMagic) ? decodeBinary(bytes, *tree_) : decodeXml(bytes, *tree_);
+  auto error = bytes.starts_with(binaryMagic) ? decodeBinary(bytes, *tree_) : decodeXml(bytes, *tree_);
+  if (error) tree_->clear();
+  return error;
 }
 
 Value Document::root() const { return {*tree_, tree_->nodes[tree_->root]}; }

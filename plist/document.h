@@ -31,7 +31,8 @@ class Document {
   /// Has no values: its root may not be asked for.
   Document();
   /// Decodes in place of what was decoded before, whose values end here, and into the same memory: small
-  /// files, one after the other, are decoded a good deal faster that way. After an error it has no values.
+  /// files, one after the other, are decoded a good deal faster that way. The document keeps what the largest
+  /// of them took. After an error it has no values. Not for a document that was moved from.
   std::optional<Error> assign(std::string_view bytes);
 
   Document(Document&&) noexcept;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "plist/limits.h"
 #include "plist/value.h"
 
 namespace pelmarix::plist {
@@ -42,12 +43,13 @@ struct Node {
   /// Of text in bytes. Of a container in XML the nodes from itself to its last descendant, in a binary file
   /// the elements or entries. Of an integer 1, or 2 when it is unsigned and above 2^63-1.
   std::uint64_t size : 46;
-  /// In a binary file how many levels of containers the value is, counted from 1 for what is none; 0 as long
-  /// as it has not been decoded.
+  /// In a binary file 1 for what is no container, and for a container one more than for its deepest element;
+  /// 0 as long as the value has not been decoded.
   std::uint64_t levels : 10;
   Type type : 8;
 };
 static_assert(sizeof(Node) == 16);
+static_assert(maximumDepth + 1 < Node::open);
 
 /// Text that had to be made: entities, CDATA sections, other encodings. Blocks never move.
 class Arena {

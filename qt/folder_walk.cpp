@@ -36,7 +36,6 @@ bool FolderWalk::enter(FileDescriptor opened) {
   Stream stream(opened ? fdopendir(opened.get()) : nullptr);
   if (!stream) return false;
   opened.release();
-  if (levels_.size() == 1) path_ = entry_;
   if (!path_.empty()) path_ += '/';
   Level level;
   level.prefixLength = path_.size();
@@ -52,8 +51,8 @@ bool FolderWalk::enter(FileDescriptor opened) {
 }
 
 FileDescriptor FolderWalk::openEntry(int flags) const {
-  if (!innermost_) return openFile(top_.get(), entry_.data(), flags);
-  return openFile(dirfd(innermost_.get()), entry_.data() + levels_.back().prefixLength, flags);
+  if (!innermost_) return openFile(top_.get(), path_.c_str(), flags);
+  return openFile(dirfd(innermost_.get()), path_.c_str() + levels_.back().prefixLength, flags);
 }
 
 std::optional<std::string_view> FolderWalk::nextObject() {
@@ -73,10 +72,9 @@ std::optional<std::string_view> FolderWalk::nextObject() {
   const char* name = level.entries.c_str() + level.next + 1;
   const std::size_t length = std::strlen(name);
   level.next += 1 + length + 1;
-  if (level.prefixLength == 0) return entry_ = {name, length};
   path_.resize(level.prefixLength);
   path_.append(name, length);
-  return entry_ = path_;
+  return path_;
 }
 
 std::optional<std::string_view> FolderWalk::readFile() {

@@ -56,8 +56,7 @@ class FolderWalk final : public DirectoryEnumerator {
   /// The folder of the last level; none after the walk has come back to it from a deeper one. The way from
   /// there spares the long one from the top to each folder of a deep nest.
   Stream innermost_;
-  /// The entry yielded last, relative to the top and zero-terminated: among the top's entries or in path_.
-  std::string_view entry_;
+  /// The entry yielded last, relative to the top.
   std::string path_;
   Kind kind_ = other;
   /// Takes in one call what a property list of the usual size holds.

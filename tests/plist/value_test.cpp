@@ -152,9 +152,18 @@ TEST(Document, canBeAssignedAnotherFileAfterOneThatWasRefused) {
   const std::string cycle = binary({hex("A1 01"), hex("A1 00")});
   for (const std::string& refused : {std::string("<array><true/>"), cycle, std::string()}) {
     EXPECT_EQ(document.assign(refused), Document::decode(refused).error());
+    EXPECT_EQ(document.valueCount(), 0U);
     EXPECT_FALSE(document.assign("<true/>"));
     EXPECT_EQ(describe(document.root()), "true");
   }
+}
+
+TEST(Document, keepsNoTextThatItMadeForAnEarlierFile) {
+  const std::string file = "<string>&amp;" + std::string(10000, 'x') + "</string>";
+  Document document;
+  const HeapMeter heap;
+  for (int i = 0; i < 100; ++i) EXPECT_FALSE(document.assign(file));
+  EXPECT_LT(heap.peak(), 3 * file.size());
 }
 
 TEST(Document, usesItsMemoryAgain) {
