@@ -20,17 +20,17 @@ void AppDelegate::applicationDidFinishLaunching() { performLaunchTasks(); }
 void AppDelegate::applicationWillTerminate() {}
 
 void AppDelegate::performLaunchTasks() {
-  UserDefaults& defaults = UserDefaults::standardUserDefaults();
+  platform::UserDefaults& defaults = platform::UserDefaults::standardUserDefaults();
   const bool skip = defaults.boolForKey(noUpdateCheckKey);
   const double last = defaults.doubleForKey(lastUpdateCheckKey);
   double interval = defaults.doubleForKey(updateCheckIntervalKey);
   // An interval that is not a number stays: no time is longer than it, so it switches the check off.
   if (interval < shortestInterval) interval = usualInterval;
 
-  const double now = currentDate().timeIntervalSinceReferenceDate;
+  const double now = platform::currentDate().timeIntervalSinceReferenceDate;
   if (now - last > interval && !skip) {
     checkForUpdate();
-    defaults.setDoubleForKey(currentDate().timeIntervalSinceReferenceDate, lastUpdateCheckKey);
+    defaults.setDoubleForKey(platform::currentDate().timeIntervalSinceReferenceDate, lastUpdateCheckKey);
   }
   defaults.setBoolForKey(skip, noUpdateCheckKey);
   defaults.setDoubleForKey(interval, updateCheckIntervalKey);

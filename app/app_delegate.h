@@ -19,7 +19,7 @@ namespace pelmarix {
 ///
 /// It must outlive the URL session's last call and the main queue's last block. All operations but
 /// handleUpdateResponse belong on the main thread.
-class AppDelegate : public Object {
+class AppDelegate : public platform::Object {
  public:
   void applicationDidFinishLaunching();
   void applicationWillTerminate();
@@ -35,7 +35,7 @@ class AppDelegate : public Object {
   /// What the server answered, on the session's background thread. A list is handed to the main queue; any
   /// other answer ends the check silently.
   void handleUpdateResponse(const std::string& runningVersion, std::optional<std::string> body,
-                            const std::shared_ptr<const URLResponse>& response,
+                            const std::shared_ptr<const platform::URLResponse>& response,
                             const std::optional<std::string>& error);
 
   /// Looks for this program in the list, marks the Help menu when it is there, and offers each of its
@@ -44,10 +44,10 @@ class AppDelegate : public Object {
   void processUpdateList(const std::optional<std::string>& body, const std::string& runningVersion);
 
   /// Opens the support page in the user's browser. A browser that can't be opened is not reported.
-  void openSupport(Object* sender);
+  void openSupport(platform::Object* sender);
 
   /// Opens the page about system updates that suits the running system.
-  void openUpdates(Object* sender);
+  void openUpdates(platform::Object* sender);
 };
 
 }  // namespace pelmarix

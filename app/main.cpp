@@ -1,6 +1,6 @@
 #include "platform/application.h"
 
 int main(int argc, char** argv) {
-  pelmarix::applicationMain(argc, argv);
+  pelmarix::platform::applicationMain(argc, argv);
   return 0;
 }

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace pelmarix::bench {
 

@@ -13,7 +13,7 @@
 
 #include "bench/paired_times.h"
 #include "platform/services.h"
-#include "qt/file_manager.h"
+#include "posix/posix_file_manager.h"
 #include "receipts/bom.h"
 #include "sample/receipts.h"
 
@@ -27,9 +27,9 @@ using pelmarix::bench::secondsFor;
 constexpr std::size_t receiptCount = 5000;
 
 /// A volume with nothing but receipts, removed at the end.
-class Volume {
+class posix::Volume {
  public:
-  Volume() {
+  posix::Volume() {
     std::string name = (std::filesystem::temp_directory_path() / "pelmarix-bench-XXXXXX").native();
     if (mkdtemp(name.data()) == nullptr) std::abort();
     root_ = name;
@@ -43,9 +43,9 @@ class Volume {
     while (const auto entry = enumerator->nextObject())
       if (entry->ends_with(".plist")) files_.push_back(root_ + receiptsFolder + std::string(*entry));
   }
-  ~Volume() { std::filesystem::remove_all(root_); }
-  Volume(const Volume&) = delete;
-  Volume& operator=(const Volume&) = delete;
+  ~posix::Volume() { std::filesystem::remove_all(root_); }
+  posix::Volume(const posix::Volume&) = delete;
+  posix::Volume& operator=(const posix::Volume&) = delete;
 
   const std::string& root() const { return root_; }
   /// The receipts by absolute path, in the order of the scan.
@@ -56,8 +56,8 @@ class Volume {
   std::vector<std::string> files_;
 };
 
-const Volume& volume() {
-  static const Volume receipts;
+const posix::Volume& volume() {
+  static const posix::Volume receipts;
   return receipts;
 }
 

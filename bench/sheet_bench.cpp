@@ -14,7 +14,7 @@
 
 #include "bench/paired_times.h"
 #include "platform/text.h"
-#include "qt/bill_of_materials_sheet.h"
+#include "qt/window/bill_of_materials_sheet.h"
 
 namespace {
 

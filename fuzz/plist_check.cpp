@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/utf8.h"
+#include "base/utf8.h"
 #include "plist/document.h"
 #include "tests/plist/heap_meter.h"
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "platform/object.h"
 
 namespace pelmarix {
@@ -25,7 +25,7 @@ inline constexpr std::int64_t configurationData = 4;
 }  // namespace history_type
 
 /// One entry. Nothing of it changes after its creation.
-class HistoryItem final : public Object {
+class HistoryItem final : public platform::Object {
  public:
   HistoryItem(std::string nameOfEntry, std::string versionOfEntry, Date dateOfInstall,
               std::int64_t typeOfEntry)
@@ -41,7 +41,7 @@ class HistoryItem final : public Object {
 };
 
 /// A named group of entries, in the order of the system's own list.
-class History final : public Object {
+class History final : public platform::Object {
  public:
   explicit History(std::string nameOfGroup) : name(std::move(nameOfGroup)) {}
 

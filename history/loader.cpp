@@ -34,13 +34,13 @@ constexpr std::array<std::string_view, 9> systemReleaseMarkers = {
 /// decides.
 std::optional<std::int64_t> classify(const theReceipts& entry) {
   // Composed once, the name is compared byte for byte: all the texts it is compared with are plain ASCII.
-  const std::string composedName = composed(entry.displayName);
+  const std::string composedName = platform::composed(entry.displayName);
   const auto nameEquals = [&](std::string_view name) { return composedName == name; };
   const auto nameContains = [&](std::string_view part) {
     return composedName.find(part) != std::string::npos;
   };
   const auto contentTypeEquals = [&](std::string_view contentType) {
-    return entry.contentType && textEquals(*entry.contentType, contentType);
+    return entry.contentType && platform::textEquals(*entry.contentType, contentType);
   };
 
   if (std::any_of(securityDataNames.begin(), securityDataNames.end(), nameEquals))
@@ -79,9 +79,9 @@ std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theR
 
 std::vector<std::shared_ptr<History>> readInstallHistory() {
   std::string bytes;
-  if (FileManager::defaultManager().readFile(installHistoryPath, bytes))
+  if (platform::FileManager::defaultManager().readFile(installHistoryPath, bytes))
     if (const auto entries = decodeReceipts(bytes)) return groupInstallHistory(*entries);
-  showErrorAlert(lastActionErrorMessage, "Couldn't read install history.");
+  platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read install history.");
   return {};
 }
 

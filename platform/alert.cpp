@@ -1,6 +1,6 @@
 #include "platform/alert.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 void showErrorAlert(const std::string& messageText, const std::string& informativeText) {
   const std::unique_ptr<Alert> alert = Alert::make();
@@ -11,4 +11,4 @@ void showErrorAlert(const std::string& messageText, const std::string& informati
   alert->runModal();
 }
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

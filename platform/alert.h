@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 enum class AlertStyle { warning = 0, informational = 1, critical = 2 };
 
@@ -35,4 +35,4 @@ void showErrorAlert(const std::string& messageText, const std::string& informati
 /// The message text of failures in the main window's work.
 inline constexpr const char* lastActionErrorMessage = "An error occurred in your last action:";
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -5,7 +5,7 @@
 
 #include "platform/object.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class MenuItem {
  public:
@@ -37,4 +37,4 @@ class Application {
 /// Defined by the toolkit's own library. Returns the exit status.
 int applicationMain(int argc, char** argv);
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

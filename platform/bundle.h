@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// Text values are std::string; values of other types are held as something else.
 using InfoDictionary = std::map<std::string, std::any>;
@@ -20,4 +20,4 @@ class Bundle {
   virtual std::optional<InfoDictionary> infoDictionary() const = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -1,10 +1,12 @@
 // Buttons with a state, and text views.
 #pragma once
 
+#include <optional>
+
 #include "platform/object.h"
 #include "platform/text.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// The states of check boxes and menu items.
 inline constexpr int stateOff = 0;
@@ -16,6 +18,23 @@ class Button : public Object {
   virtual int state() const = 0;
   /// Doesn't send the button's action.
   virtual void setState(int state) = 0;
+};
+
+enum class Color {
+  text,  ///< the toolkit's standard colour of text, which follows light and dark appearance
+};
+
+/// The system's own font at a size in points.
+struct SystemFont {
+  double pointSize;
+  friend bool operator==(const SystemFont&, const SystemFont&) = default;
+};
+
+/// Text with the attributes of all of it; an absent attribute is left to the view that shows it.
+struct AttributedString {
+  SharedText string;
+  std::optional<Color> foregroundColor;
+  std::optional<SystemFont> font;
 };
 
 /// What a text view shows.
@@ -40,4 +59,4 @@ class View : public Object {};
 class ScrollView : public View {};
 class ClipView : public View {};
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// Walks everything below a folder, files and folders, hidden entries included, in the file system's own
 /// order, a folder before what is in it. Symbolic links are yielded, never followed.
@@ -46,4 +46,4 @@ class FileManager {
                                                const std::vector<std::string_view>& parts) = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -2,7 +2,7 @@
 // table shows.
 #pragma once
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// Shared by reference and compared by address; copying one would make another object of it.
 class Object {
@@ -13,4 +13,4 @@ class Object {
   virtual ~Object() = default;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

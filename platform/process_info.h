@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 struct OperatingSystemVersion {
   int majorVersion = 0;
@@ -21,4 +21,4 @@ class ProcessInfo {
   virtual OperatingSystemVersion operatingSystemVersion() const = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

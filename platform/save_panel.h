@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// The response of a panel that ended with its OK button; any other value means that nothing was chosen.
 inline constexpr int modalResponseOK = 1;
@@ -30,4 +30,4 @@ class SavePanel {
   virtual std::optional<std::string> path() const = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

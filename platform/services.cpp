@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "base/fatal.h"
 #include "platform/alert.h"
 #include "platform/application.h"
 #include "platform/bundle.h"
-#include "platform/fatal.h"
 #include "platform/file_manager.h"
 #include "platform/process_info.h"
 #include "platform/save_panel.h"
@@ -14,7 +14,7 @@
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 namespace {
 
 const Services* installedServices = nullptr;
@@ -54,4 +54,4 @@ void dispatchAsyncToMainQueue(std::function<void()> block) {
   call(services().dispatchAsyncToMainQueue, std::move(block));
 }
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/date.h"
+#include "base/date.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class Alert;
 class Application;
@@ -58,4 +58,4 @@ std::string composedForm(std::string_view text);
 
 void dispatchAsyncToMainQueue(std::function<void()> block);
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

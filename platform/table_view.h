@@ -12,7 +12,7 @@
 #include "platform/controls.h"
 #include "platform/object.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class TextField {
  public:
@@ -110,4 +110,4 @@ class OutlineViewDelegate {
                                                   Object* item) = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// Thrown by Task::launch when the program can't be started (missing, not executable, no process to be had).
 class TaskLaunchError : public std::runtime_error {
@@ -46,4 +46,4 @@ class Task {
   virtual int terminationStatus() const = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

@@ -1,9 +1,9 @@
 #include "platform/text.h"
 
+#include "base/utf8.h"
 #include "platform/services.h"
-#include "platform/utf8.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 std::string composed(std::string_view text) { return isAscii(text) ? std::string(text) : composedForm(text); }
 
@@ -18,4 +18,4 @@ bool textContains(std::string_view text, std::string_view literal) {
   return composed(text).find(composed(literal)) != std::string::npos;
 }
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

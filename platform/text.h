@@ -1,13 +1,12 @@
-// Text: UTF-8 in std::string; comparison under Unicode's canonical equivalence; what a text view shows.
+// Text: UTF-8 in std::string; comparison under Unicode's canonical equivalence.
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// Immutable text that several holders share without copying it: a report or a listing can be hundreds of
 /// megabytes. Never null where a function takes or returns one.
@@ -27,21 +26,4 @@ bool textEquals(std::string_view text, std::string_view other);
 /// hence not held.
 bool textContains(std::string_view text, std::string_view literal);
 
-enum class Color {
-  text,  ///< the toolkit's standard colour of text, which follows light and dark appearance
-};
-
-/// The system's own font at a size in points.
-struct SystemFont {
-  double pointSize;
-  friend bool operator==(const SystemFont&, const SystemFont&) = default;
-};
-
-/// Text with the attributes of all of it; an absent attribute is left to the view that shows it.
-struct AttributedString {
-  SharedText string;
-  std::optional<Color> foregroundColor;
-  std::optional<SystemFont> font;
-};
-
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

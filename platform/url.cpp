@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 namespace {
 
 constexpr std::string_view digits = "0123456789";
@@ -30,4 +30,4 @@ std::optional<URL> URL::fromString(const std::string& text) {
   return URL(text);
 }
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

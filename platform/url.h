@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// A valid address; there is no other way to one than fromString.
 class URL {
@@ -22,4 +22,4 @@ class URL {
   std::string text_;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

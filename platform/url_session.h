@@ -9,7 +9,7 @@
 
 #include "platform/url.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class URLResponse {
  public:
@@ -55,4 +55,4 @@ class URLSession {
       const URL& url, URLSessionCompletionHandler completionHandler) = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

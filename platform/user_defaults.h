@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class UserDefaults {
  public:
@@ -19,4 +19,4 @@ class UserDefaults {
   virtual void setBoolForKey(bool value, const std::string& key) = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

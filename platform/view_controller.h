@@ -8,7 +8,7 @@
 #include "platform/object.h"
 #include "platform/window.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class Segue;
 
@@ -51,4 +51,4 @@ class Segue {
   ViewController& destination_;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

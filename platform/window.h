@@ -5,7 +5,7 @@
 
 #include "platform/object.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 /// In points (device-independent pixels).
 struct Rect {
@@ -57,4 +57,4 @@ class Window : public Object {
   bool defer_;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

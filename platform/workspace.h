@@ -3,7 +3,7 @@
 
 #include "platform/url.h"
 
-namespace pelmarix {
+namespace pelmarix::platform {
 
 class Workspace {
  public:
@@ -14,4 +14,4 @@ class Workspace {
   virtual bool openURL(const URL& url) = 0;
 };
 
-}  // namespace pelmarix
+}  // namespace pelmarix::platform

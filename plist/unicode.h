@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "platform/utf8.h"
+#include "base/utf8.h"
 #include "plist/result.h"
 #include "plist/tree.h"
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace pelmarix::plist {
 

@@ -18,7 +18,7 @@
 #include <cstring>
 #include <optional>
 
-#include "platform/utf8.h"
+#include "base/utf8.h"
 #include "plist/limits.h"
 #include "plist/unicode.h"
 #include "plist/xml_scalars.h"

@@ -6,7 +6,7 @@
 #include <locale>
 #include <sstream>
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "plist/unicode.h"
 
 namespace pelmarix::plist {

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "platform/object.h"
 
 namespace pelmarix {
@@ -19,7 +19,7 @@ inline constexpr const char* receiptsFolder = "/System/Library/Receipts/";
 inline constexpr const char* noBomInformation = "No information available from a Bom file";
 
 /// One receipt. Nothing of it changes after its creation.
-class BoMItem final : public Object {
+class BoMItem final : public platform::Object {
  public:
   BoMItem(std::string nameOfPackage, Date dateOfInstall, std::string pathOfReceipt)
       : name(std::move(nameOfPackage)), installDate(dateOfInstall), path(std::move(pathOfReceipt)) {}
@@ -43,7 +43,7 @@ class BoMItem final : public Object {
 };
 
 /// All receipts of the system.
-class BoM final : public Object {
+class BoM final : public platform::Object {
  public:
   /// Replaces `children` by what receiptsFolder and its sub-folders hold now, newest first; equal dates keep
   /// the file system's order. No folder, no children. A receipt that can't be read gives one error alert

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "plist/document.h"
 
 namespace pelmarix {

@@ -1,8 +1,8 @@
 #include <memory>
 
-#include "platform/fatal.h"
+#include "base/fatal.h"
+#include "base/utf8.h"
 #include "platform/task.h"
-#include "platform/utf8.h"
 #include "receipts/bom.h"
 
 namespace pelmarix {
@@ -11,8 +11,8 @@ std::string BoMItem::listBoM() const {
   std::vector<std::string> arguments = theBomParams;
   arguments.push_back(path + theBomExtension);
 
-  const std::unique_ptr<Pipe> pipe = Pipe::make();
-  const std::unique_ptr<Task> task = Task::make();
+  const std::unique_ptr<platform::Pipe> pipe = platform::Pipe::make();
+  const std::unique_ptr<platform::Task> task = platform::Task::make();
   task->setLaunchPath(theBomCmd);
   task->setArguments(arguments);
   task->setStandardOutput(*pipe);

@@ -121,13 +121,13 @@ class ReceiptDecoder {
 
 void BoM::readBoMPLists() {
   ReceiptDecoder decoder;
-  if (const auto enumerator = FileManager::defaultManager().enumeratorAtPath(receiptsFolder)) {
+  if (const auto enumerator = platform::FileManager::defaultManager().enumeratorAtPath(receiptsFolder)) {
     while (const auto entry = enumerator->nextObject()) {
       if (!hasReceiptExtension(*entry)) continue;
       if (const auto contents = enumerator->readFile()) {
         decoder.add(*entry, *contents);
       } else {
-        showErrorAlert(lastActionErrorMessage, "Couldn't read BoM PLists.");
+        platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read BoM PLists.");
       }
     }
   }

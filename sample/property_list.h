@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace pelmarix::sample {
 

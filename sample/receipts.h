@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace pelmarix::sample {
 

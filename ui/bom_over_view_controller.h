@@ -11,7 +11,7 @@ namespace pelmarix::ui {
 
 /// Made anew each time the sheet is opened: first its represented object is set to the listing, then its view
 /// loads.
-class BoMoverViewController final : public pelmarix::ViewController {
+class BoMoverViewController final : public platform::ViewController {
  public:
   /// Text (a SharedText) becomes what the sheet will show; anything else leaves that as it was. What is on
   /// screen already doesn't change.
@@ -21,11 +21,11 @@ class BoMoverViewController final : public pelmarix::ViewController {
   /// Puts theOutText into outputTextbox, which must be connected.
   void showOutText();
   /// The close button's action.
-  void closeButton(Object* sender);
+  void closeButton(platform::Object* sender);
 
-  SharedText theOutText = shareText({});
-  ScrollView* outputScrollView = nullptr;
-  TextView* outputTextbox = nullptr;
+  platform::SharedText theOutText = platform::shareText({});
+  platform::ScrollView* outputScrollView = nullptr;
+  platform::TextView* outputTextbox = nullptr;
 };
 
 }  // namespace pelmarix::ui

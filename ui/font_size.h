@@ -17,7 +17,7 @@ inline constexpr const char* fontSizeKey = "fontSize";
 
 /// The size to start with: defaultFontSize where none is stored or one below the minimum.
 inline double storedFontSize() {
-  const double stored = UserDefaults::standardUserDefaults().doubleForKey(fontSizeKey);
+  const double stored = platform::UserDefaults::standardUserDefaults().doubleForKey(fontSizeKey);
   return stored < minimumFontSize ? defaultFontSize : stored;
 }
 

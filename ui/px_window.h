@@ -6,10 +6,11 @@
 namespace pelmarix::ui {
 
 /// A window like any other; the toolkit's own library derives from it what is seen on screen.
-class PXWindow : public Window {
+class PXWindow : public platform::Window {
  public:
-  PXWindow(const Rect& contentRect, WindowStyleMask styleMask, BackingStore backing, bool defer)
-      : Window(contentRect, styleMask, backing, defer) {}
+  PXWindow(const platform::Rect& contentRect, platform::WindowStyleMask styleMask,
+           platform::BackingStore backing, bool defer)
+      : platform::Window(contentRect, styleMask, backing, defer) {}
 };
 
 }  // namespace pelmarix::ui

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "base/fatal.h"
 #include "platform/alert.h"
-#include "platform/fatal.h"
 #include "platform/file_manager.h"
 #include "platform/save_panel.h"
 #include "platform/services.h"
@@ -16,7 +16,9 @@ namespace {
 // Every report that is shown, and hence every file that is saved, starts with it.
 constexpr std::string_view reportLead = "\n\n";
 
-int stateOf(const Button* button) { return required(button, "a check box is not connected").state(); }
+int stateOf(const platform::Button* button) {
+  return required(button, "a check box is not connected").state();
+}
 
 }  // namespace
 
@@ -43,40 +45,40 @@ std::string ViewController::joinedLines(LineOrder order) const {
 }
 
 ViewController::LineOrder ViewController::chosenOrder() const {
-  return stateOf(newestLastCheckbox) == stateOff ? LineOrder::lastToFirst : LineOrder::firstToLast;
+  return stateOf(newestLastCheckbox) == platform::stateOff ? LineOrder::lastToFirst : LineOrder::firstToLast;
 }
 
 void ViewController::setOutputText(std::string reportText) {
   reportText.insert(0, reportLead);
-  showInReportView(shareText(std::move(reportText)));
+  showInReportView(platform::shareText(std::move(reportText)));
 }
 
-void ViewController::showInReportView(const SharedText& text) {
-  if (TextStorage* storage = required(outputText, "outputText is not connected").textStorage())
-    storage->setAttributedString({text, Color::text, SystemFont{theFontSize}});
+void ViewController::showInReportView(const platform::SharedText& text) {
+  if (platform::TextStorage* storage = required(outputText, "outputText is not connected").textStorage())
+    storage->setAttributedString({text, platform::Color::text, platform::SystemFont{theFontSize}});
 }
 
 void ViewController::setFontSize(double pointSize) {
   theFontSize = pointSize;
-  UserDefaults::standardUserDefaults().setDoubleForKey(theFontSize, fontSizeKey);
+  platform::UserDefaults::standardUserDefaults().setDoubleForKey(theFontSize, fontSizeKey);
   showInReportView(required(outputText, "outputText is not connected").string());
 }
 
-void ViewController::incFontSize(Object* /*sender*/) {
+void ViewController::incFontSize(platform::Object* /*sender*/) {
   setFontSize(std::min(theFontSize + fontSizeStep, maximumFontSize));
 }
 
-void ViewController::decFontSize(Object* /*sender*/) {
+void ViewController::decFontSize(platform::Object* /*sender*/) {
   setFontSize(std::max(theFontSize - fontSizeStep, minimumFontSize));
 }
 
-void ViewController::skipNonCheckbox(Object* /*sender*/) {
-  rebuildLines(stateOf(skipCheckbox) == stateOn);
+void ViewController::skipNonCheckbox(platform::Object* /*sender*/) {
+  rebuildLines(stateOf(skipCheckbox) == platform::stateOn);
   setOutputText(joinedLines(chosenOrder()));
   reloadOutline();
 }
 
-void ViewController::newestNonCheckbox(Object* /*sender*/) {
+void ViewController::newestNonCheckbox(platform::Object* /*sender*/) {
   setOutputText(joinedLines(chosenOrder()));
   reloadOutline();
   // The receipts follow the check box because each click changes it once; their order is turned, never
@@ -85,20 +87,20 @@ void ViewController::newestNonCheckbox(Object* /*sender*/) {
   required(BoMTable, "BoMTable is not connected").reloadData();
 }
 
-void ViewController::saveButton(Object* /*sender*/) {
-  const std::string stamp = "Checked by Pelmarix at: " + description(currentDate()) + "\n";
-  const SharedText report = required(outputText, "outputText is not connected").string();
+void ViewController::saveButton(platform::Object* /*sender*/) {
+  const std::string stamp = "Checked by Pelmarix at: " + description(platform::currentDate()) + "\n";
+  const platform::SharedText report = required(outputText, "outputText is not connected").string();
 
-  const std::shared_ptr<SavePanel> panel = SavePanel::make();
+  const std::shared_ptr<platform::SavePanel> panel = platform::SavePanel::make();
   panel->setCanCreateDirectories(true);
   panel->setAllowedFileTypes({"text", "txt"});
   // The panel holds the handler, so the handler must not hold the panel.
   panel->beginWithCompletionHandler([report, stamp, &chosen = *panel](int response) {
-    if (response != modalResponseOK) return;
+    if (response != platform::modalResponseOK) return;
     const std::optional<std::string> path = chosen.path();
     if (!path) return;
-    if (const auto failure = FileManager::defaultManager().writeFile(*path, {*report, stamp}))
-      showErrorAlert(lastActionErrorMessage, *failure);
+    if (const auto failure = platform::FileManager::defaultManager().writeFile(*path, {*report, stamp}))
+      platform::showErrorAlert(platform::lastActionErrorMessage, *failure);
   });
 }
 

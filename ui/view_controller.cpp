@@ -1,8 +1,8 @@
 #include "ui/view_controller.h"
 
+#include "base/fatal.h"
 #include "history/loader.h"
 #include "platform/application.h"
-#include "platform/fatal.h"
 #include "platform/process_info.h"
 #include "platform/user_defaults.h"
 #include "ui/font_size.h"
@@ -10,10 +10,10 @@
 namespace pelmarix::ui {
 
 void ViewController::viewDidLoad() {
-  pelmarix::ViewController::viewDidLoad();
+  platform::ViewController::viewDidLoad();
   theFontSize = storedFontSize();
-  required(skipCheckbox, "skipCheckbox is not connected").setState(stateOn);
-  required(newestLastCheckbox, "newestLastCheckbox is not connected").setState(stateOff);
+  required(skipCheckbox, "skipCheckbox is not connected").setState(platform::stateOn);
+  required(newestLastCheckbox, "newestLastCheckbox is not connected").setState(platform::stateOff);
   histories = readInstallHistory();
   rebuildLines(true);
   setOutputText(joinedLines(LineOrder::lastToFirst));
@@ -23,13 +23,13 @@ void ViewController::viewDidLoad() {
 
 void ViewController::viewDidAppear() {
   if (window() != nullptr) window()->setDelegate(this);
-  const std::string version = ProcessInfo::processInfo().operatingSystemVersionString();
+  const std::string version = platform::ProcessInfo::processInfo().operatingSystemVersionString();
   if (window() != nullptr) window()->setTitle("Pelmarix \u2013 currently running macOS " + version);
   reloadOutline();
 }
 
-bool ViewController::windowShouldClose(Window& sender) {
-  Application::sharedApplication().terminate(&sender);
+bool ViewController::windowShouldClose(platform::Window& sender) {
+  platform::Application::sharedApplication().terminate(&sender);
   return true;
 }
 

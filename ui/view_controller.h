@@ -18,12 +18,12 @@ namespace pelmarix::ui {
 /// Data source and delegate of the history outline and the receipts table, and the window's delegate once it
 /// has appeared. The interface file connects outlets and actions; using an outlet that it left out stops the
 /// program. An action's sender may be null unless said otherwise. Main thread only.
-class ViewController final : public pelmarix::ViewController,
-                             public WindowDelegate,
-                             public OutlineViewDataSource,
-                             public OutlineViewDelegate,
-                             public TableViewDataSource,
-                             public TableViewDelegate {
+class ViewController final : public platform::ViewController,
+                             public platform::WindowDelegate,
+                             public platform::OutlineViewDataSource,
+                             public platform::OutlineViewDelegate,
+                             public platform::TableViewDataSource,
+                             public platform::TableViewDelegate {
  public:
   /// Reads preferences, history and receipts and shows the report and the receipts. Failures to read are
   /// shown by modal alerts, and loading goes on with what could be read.
@@ -31,36 +31,41 @@ class ViewController final : public pelmarix::ViewController,
   /// Becomes the window's delegate, sets its title and shows the outline.
   void viewDidAppear() override;
   /// Ends the application; always true.
-  bool windowShouldClose(Window& sender) override;
+  bool windowShouldClose(platform::Window& sender) override;
 
   /// Shows two line feeds and then the report text, in theFontSize.
   void setOutputText(std::string reportText);
 
   // The report's actions.
-  void saveButton(Object* sender);
-  void skipNonCheckbox(Object* sender);
-  void newestNonCheckbox(Object* sender);
-  void incFontSize(Object* sender);
-  void decFontSize(Object* sender);
+  void saveButton(platform::Object* sender);
+  void skipNonCheckbox(platform::Object* sender);
+  void newestNonCheckbox(platform::Object* sender);
+  void incFontSize(platform::Object* sender);
+  void decFontSize(platform::Object* sender);
 
   // The outline's rows: groups, and their entries below them.
   /// Double click: expands or collapses the group that was clicked. The sender is the outline.
-  void doubleClickedItem(Object* sender);
-  std::ptrdiff_t outlineViewNumberOfChildrenOfItem(OutlineView& outlineView, Object* item) override;
-  Object* outlineViewChildOfItem(OutlineView& outlineView, std::ptrdiff_t index, Object* item) override;
-  bool outlineViewIsItemExpandable(OutlineView& outlineView, Object* item) override;
-  View* outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
-                                          Object* item) override;
+  void doubleClickedItem(platform::Object* sender);
+  std::ptrdiff_t outlineViewNumberOfChildrenOfItem(platform::OutlineView& outlineView,
+                                                   platform::Object* item) override;
+  platform::Object* outlineViewChildOfItem(platform::OutlineView& outlineView, std::ptrdiff_t index,
+                                           platform::Object* item) override;
+  bool outlineViewIsItemExpandable(platform::OutlineView& outlineView, platform::Object* item) override;
+  platform::View* outlineViewViewForTableColumnItem(platform::OutlineView& outlineView,
+                                                    const platform::TableColumn* column,
+                                                    platform::Object* item) override;
 
   // The table's rows: receipts.
-  std::ptrdiff_t numberOfRowsInTableView(TableView& tableView) override;
-  Object* tableViewObjectValueForTableColumnRow(TableView& tableView, const TableColumn* column,
-                                                std::ptrdiff_t row) override;
-  View* tableViewViewForTableColumnRow(TableView& tableView, const TableColumn* column,
-                                       std::ptrdiff_t row) override;
+  std::ptrdiff_t numberOfRowsInTableView(platform::TableView& tableView) override;
+  platform::Object* tableViewObjectValueForTableColumnRow(platform::TableView& tableView,
+                                                          const platform::TableColumn* column,
+                                                          std::ptrdiff_t row) override;
+  platform::View* tableViewViewForTableColumnRow(platform::TableView& tableView,
+                                                 const platform::TableColumn* column,
+                                                 std::ptrdiff_t row) override;
   /// Gives the sheet the listing of the selected receipt; nothing when no row is selected. Blocks while the
   /// lister runs; throws TaskLaunchError when there is none.
-  void prepareForSegue(Segue& segue, Object* sender) override;
+  void prepareForSegue(platform::Segue& segue, platform::Object* sender) override;
 
   std::vector<std::shared_ptr<History>> histories;
   std::vector<std::string> lines;  ///< of the report, as the loader's order has them
@@ -68,15 +73,15 @@ class ViewController final : public pelmarix::ViewController,
   double theFontSize = 12.0;  ///< points
 
   // Outlets. They are not owned; those of the last two lines need only be there to be connected.
-  TextView* outputText = nullptr;
-  OutlineView* bsvOutlineView = nullptr;
-  TableView* BoMTable = nullptr;
-  Button* skipCheckbox = nullptr;
-  Button* newestLastCheckbox = nullptr;
-  ScrollView *outputScroller = nullptr, *output2Scroller = nullptr;
-  TextView* output2Text = nullptr;
-  ClipView* outputFoldClipView = nullptr;
-  View *bsvTopView = nullptr, *bomTopView = nullptr;
+  platform::TextView* outputText = nullptr;
+  platform::OutlineView* bsvOutlineView = nullptr;
+  platform::TableView* BoMTable = nullptr;
+  platform::Button* skipCheckbox = nullptr;
+  platform::Button* newestLastCheckbox = nullptr;
+  platform::ScrollView *outputScroller = nullptr, *output2Scroller = nullptr;
+  platform::TextView* output2Text = nullptr;
+  platform::ClipView* outputFoldClipView = nullptr;
+  platform::View *bsvTopView = nullptr, *bomTopView = nullptr;
 
  private:
   enum class LineOrder { firstToLast, lastToFirst };
@@ -86,7 +91,7 @@ class ViewController final : public pelmarix::ViewController,
   std::string joinedLines(LineOrder order) const;
   LineOrder chosenOrder() const;
   void setFontSize(double pointSize);
-  void showInReportView(const SharedText& text);
+  void showInReportView(const platform::SharedText& text);
   void reloadOutline();
 };
 

@@ -113,7 +113,7 @@ TEST_F(Launch, StoresTheTimeAtWhichTheCheckHadBeenStarted) {
 }
 
 TEST_F(Launch, StoresTheTimeOfACheckThatCouldNotBeStarted) {
-  bundle.info = InfoDictionary{{"CFBundleName", std::string("Pelmarix")}};
+  bundle.info = platform::InfoDictionary{{"CFBundleName", std::string("Pelmarix")}};
   EXPECT_EQ(checksAfterLaunch(), 0u);
   EXPECT_EQ(services.alerts.size(), 1u);
   EXPECT_EQ(stored("dateLastUpdateCheck"), launch);

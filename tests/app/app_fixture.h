@@ -23,23 +23,23 @@
 
 namespace pelmarix::test {
 
-class FixedBundle final : public Bundle {
+class FixedBundle final : public platform::Bundle {
  public:
-  std::optional<InfoDictionary> infoDictionary() const override { return info; }
-  std::optional<InfoDictionary> info;
+  std::optional<platform::InfoDictionary> infoDictionary() const override { return info; }
+  std::optional<platform::InfoDictionary> info;
 };
 
-class FixedProcessInfo final : public ProcessInfo {
+class FixedProcessInfo final : public platform::ProcessInfo {
  public:
   std::string operatingSystemVersionString() const override { return "Version 10.14.6 (Build 18G103)"; }
-  OperatingSystemVersion operatingSystemVersion() const override { return version; }
-  OperatingSystemVersion version;
+  platform::OperatingSystemVersion operatingSystemVersion() const override { return version; }
+  platform::OperatingSystemVersion version;
 };
 
 /// Never has a browser, and keeps what it was to show.
-class RecordingWorkspace final : public Workspace {
+class RecordingWorkspace final : public platform::Workspace {
  public:
-  bool openURL(const URL& url) override {
+  bool openURL(const platform::URL& url) override {
     opened.push_back(url.absoluteString());
     return false;
   }
@@ -47,21 +47,21 @@ class RecordingWorkspace final : public Workspace {
 };
 
 /// Keeps the requests that were started, for the test to answer.
-class RecordingSession final : public URLSession {
+class RecordingSession final : public platform::URLSession {
  public:
   struct Request {
     std::string address;
-    URLSessionCompletionHandler completionHandler;
+    platform::URLSessionCompletionHandler completionHandler;
   };
 
-  std::unique_ptr<URLSessionDataTask> dataTaskWithURLCompletionHandler(
-      const URL& url, URLSessionCompletionHandler completionHandler) override {
+  std::unique_ptr<platform::URLSessionDataTask> dataTaskWithURLCompletionHandler(
+      const platform::URL& url, platform::URLSessionCompletionHandler completionHandler) override {
     return std::make_unique<Task>(*this, Request{url.absoluteString(), std::move(completionHandler)});
   }
   std::vector<Request> requests;
 
  private:
-  class Task final : public URLSessionDataTask {
+  class Task final : public platform::URLSessionDataTask {
    public:
     Task(RecordingSession& session, Request request) : session_(session), request_(std::move(request)) {}
     void resume() override { session_.requests.push_back(std::move(request_)); }
@@ -72,31 +72,33 @@ class RecordingSession final : public URLSession {
   };
 };
 
-class HelpMenu final : public Menu {
+class HelpMenu final : public platform::Menu {
  public:
-  struct Item final : MenuItem {
+  struct Item final : platform::MenuItem {
     void setState(int newState) override { state = newState; }
     void setTitle(const std::string& newTitle) override { title = newTitle; }
     std::string title = "Update not checked";
-    int state = stateOff;
+    int state = platform::stateOff;
   };
 
-  MenuItem* itemWithTitle(const std::string& title) override { return item.title == title ? &item : nullptr; }
+  platform::MenuItem* itemWithTitle(const std::string& title) override {
+    return item.title == title ? &item : nullptr;
+  }
   Item item;
 };
 
-class ApplicationWithHelpMenu final : public Application {
+class ApplicationWithHelpMenu final : public platform::Application {
  public:
-  void terminate(Object* /*sender*/) override {}
-  Menu* helpMenu() override { return menu; }
+  void terminate(platform::Object* /*sender*/) override {}
+  platform::Menu* helpMenu() override { return menu; }
   HelpMenu help;
-  Menu* menu = &help;
+  platform::Menu* menu = &help;
 };
 
 class AppTest : public testing::Test {
  protected:
   AppTest() {
-    bundle.info = InfoDictionary{{"CFBundleShortVersionString", std::string("1.2")}};
+    bundle.info = platform::InfoDictionary{{"CFBundleShortVersionString", std::string("1.2")}};
     services.services.application = &application;
     services.services.bundle = &bundle;
     services.services.processInfo = &processInfo;

@@ -47,7 +47,7 @@ TEST_F(HelpLinks, DoNotReportABrowserThatCannotBeOpened) {
 TEST(Addresses, AreAllValidAndDifferentPages) {
   for (const char* address : {updateListAddress, downloadHostPrefix, supportPageAddress,
                               olderSystemUpdatesPageAddress, newerSystemUpdatesPageAddress})
-    EXPECT_TRUE(URL::fromString(address)) << address;
+    EXPECT_TRUE(platform::URL::fromString(address)) << address;
   EXPECT_STRNE(olderSystemUpdatesPageAddress, newerSystemUpdatesPageAddress);
 }
 

@@ -11,10 +11,10 @@ namespace {
 using test::ShownAlert;
 
 /// A response of some protocol other than HTTP.
-class OtherResponse final : public URLResponse {};
+class OtherResponse final : public platform::URLResponse {};
 
-std::shared_ptr<const URLResponse> http(int statusCode, std::optional<std::string> mimeType) {
-  return std::make_shared<HTTPURLResponse>(statusCode, std::move(mimeType));
+std::shared_ptr<const platform::URLResponse> http(int statusCode, std::optional<std::string> mimeType) {
+  return std::make_shared<platform::HTTPURLResponse>(statusCode, std::move(mimeType));
 }
 
 std::string plist(const std::string& root) {
@@ -37,14 +37,14 @@ ShownAlert offer(const std::string& version, const std::string& runningVersion =
   return {"An update to this app to version " + version + " is available.",
           "You are currently running Pelmarix version " + runningVersion +
               ".\nPlease choose whether to download this update now in your default browser.",
-          AlertStyle::informational,
+          platform::AlertStyle::informational,
           {"Ignore", "Download"}};
 }
 
 class UpdateCheck : public test::AppTest {
  protected:
   /// What the server answers to a check, from the request to the end of the main queue's work.
-  void answer(std::optional<std::string> body, std::shared_ptr<const URLResponse> response,
+  void answer(std::optional<std::string> body, std::shared_ptr<const platform::URLResponse> response,
               std::optional<std::string> error = std::nullopt) {
     delegate.checkForUpdate();
     session.requests.at(0).completionHandler(std::move(body), std::move(response), std::move(error));
@@ -56,10 +56,12 @@ class UpdateCheck : public test::AppTest {
     return services.alerts.empty() && workspace.opened.empty() && !isHelpMenuMarked() && mainQueue.empty();
   }
   bool isHelpMenuMarked() const {
-    return application.help.item.title == "Checked for update" && application.help.item.state == stateOn;
+    return application.help.item.title == "Checked for update" &&
+           application.help.item.state == platform::stateOn;
   }
   bool isHelpMenuAsBefore() const {
-    return application.help.item.title == "Update not checked" && application.help.item.state == stateOff;
+    return application.help.item.title == "Update not checked" &&
+           application.help.item.state == platform::stateOff;
   }
 
   const std::string goodList = list(entry("Pelmarix", "1.3", download));
@@ -82,14 +84,14 @@ TEST_F(UpdateCheck, IsLeftOutWithoutAnInformationDictionary) {
 }
 
 TEST_F(UpdateCheck, IsLeftOutWithAnEmptyInformationDictionary) {
-  bundle.info = InfoDictionary{};
+  bundle.info = platform::InfoDictionary{};
   delegate.checkForUpdate();
   EXPECT_TRUE(session.requests.empty());
   EXPECT_TRUE(nothingShown());
 }
 
 TEST_F(UpdateCheck, ReportsABundleWithoutAVersion) {
-  bundle.info = InfoDictionary{{"CFBundleName", std::string("Pelmarix")}};
+  bundle.info = platform::InfoDictionary{{"CFBundleName", std::string("Pelmarix")}};
   delegate.checkForUpdate();
   EXPECT_TRUE(session.requests.empty());
   EXPECT_EQ(services.alerts,
@@ -98,7 +100,7 @@ TEST_F(UpdateCheck, ReportsABundleWithoutAVersion) {
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenTheBundlesVersionIsNotAString) {
-  bundle.info = InfoDictionary{{"CFBundleShortVersionString", 1.2}};
+  bundle.info = platform::InfoDictionary{{"CFBundleShortVersionString", 1.2}};
   EXPECT_EXIT(delegate.checkForUpdate(), testing::KilledBySignal(SIGABRT), "");
 }
 
@@ -229,7 +231,7 @@ TEST_F(UpdateCheck, TakesCanonicallyEquivalentVersionsAsTheSame) {
   services.services.composedForm = [](std::string_view text) {
     return text == "1.2e\xCC\x81" ? std::string("1.2\xC3\xA9") : std::string(text);
   };
-  bundle.info = InfoDictionary{{"CFBundleShortVersionString", std::string("1.2e\xCC\x81")}};
+  bundle.info = platform::InfoDictionary{{"CFBundleShortVersionString", std::string("1.2e\xCC\x81")}};
   answerWithList(list(entry("Pelmarix", "1.2\xC3\xA9", download)));
   EXPECT_TRUE(services.alerts.empty());
   EXPECT_TRUE(isHelpMenuMarked());
@@ -249,7 +251,7 @@ TEST_F(UpdateCheck, MarksTheHelpMenuBeforeItOffersTheUpdate) {
   bool wasMarked = false;
   services.answer = [&](const ShownAlert&) {
     wasMarked = isHelpMenuMarked();
-    return alertFirstButtonReturn;
+    return platform::alertFirstButtonReturn;
   };
   answerWithList(goodList);
   EXPECT_TRUE(wasMarked);
@@ -279,13 +281,13 @@ TEST_F(UpdateCheck, OffersEachMatchingEntryInTheListsOrder) {
 }
 
 TEST_F(UpdateCheck, OpensTheAddressWhenDownloadIsChosen) {
-  services.answer = [](const ShownAlert&) { return alertSecondButtonReturn; };
+  services.answer = [](const ShownAlert&) { return platform::alertSecondButtonReturn; };
   answerWithList(list(entry("Pelmarix", "1.3", download + "?a=1&amp;b=2")));
   EXPECT_EQ(workspace.opened, std::vector{download + "?a=1&b=2"});
 }
 
 TEST_F(UpdateCheck, OpensNothingWhenTheOfferIsIgnored) {
-  for (const int answered : {alertFirstButtonReturn, 1002, 0}) {
+  for (const int answered : {platform::alertFirstButtonReturn, 1002, 0}) {
     services.answer = [answered](const ShownAlert&) { return answered; };
     answerWithList(goodList);
     EXPECT_TRUE(workspace.opened.empty()) << answered;
@@ -363,7 +365,7 @@ TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenItsOwnEntryHasNoAddressThatIsASt
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenAnInvalidAddressIsToBeDownloaded) {
-  services.answer = [](const ShownAlert&) { return alertSecondButtonReturn; };
+  services.answer = [](const ShownAlert&) { return platform::alertSecondButtonReturn; };
   const std::string body =
       list(entry("Pelmarix", "1.3", std::string(downloadHostPrefix) + "pelmarix 1.3.zip"));
   EXPECT_EXIT(answerWithList(body), testing::KilledBySignal(SIGABRT), "");

@@ -9,12 +9,14 @@
 namespace pelmarix {
 namespace {
 
-TEST(ServicesDeathTest, AskingBeforeAnyAreInstalledStopsTheProgram) { EXPECT_DEATH(currentDate(), ""); }
+TEST(ServicesDeathTest, AskingBeforeAnyAreInstalledStopsTheProgram) {
+  EXPECT_DEATH(platform::currentDate(), "");
+}
 
 TEST(ServicesDeathTest, AskingForOneThatIsNotInstalledStopsTheProgram) {
   test::TestServices services;
-  EXPECT_DEATH(FileManager::defaultManager(), "");
-  EXPECT_DEATH(currentDate(), "");
+  EXPECT_DEATH(platform::FileManager::defaultManager(), "");
+  EXPECT_DEATH(platform::currentDate(), "");
 }
 
 TEST(Services, AreThoseInstalledLast) {
@@ -23,9 +25,9 @@ TEST(Services, AreThoseInstalledLast) {
   {
     test::TestServices inner;
     inner.services.currentDate = [] { return Date{2}; };
-    EXPECT_EQ(currentDate(), Date{2});
+    EXPECT_EQ(platform::currentDate(), Date{2});
   }
-  EXPECT_EQ(currentDate(), Date{1});
+  EXPECT_EQ(platform::currentDate(), Date{1});
 }
 
 /// Composes the one pair of letters that these tests use.
@@ -46,20 +48,20 @@ class Text : public testing::Test {
 };
 
 TEST_F(Text, IsEqualWhenItsSpellingsAreCanonicallyEquivalent) {
-  EXPECT_TRUE(textEquals("U\xCC\x88", "\xC3\x9C"));
-  EXPECT_FALSE(textEquals("U", "\xC3\x9C"));
-  EXPECT_FALSE(textEquals("u", "U"));
+  EXPECT_TRUE(platform::textEquals("U\xCC\x88", "\xC3\x9C"));
+  EXPECT_FALSE(platform::textEquals("U", "\xC3\x9C"));
+  EXPECT_FALSE(platform::textEquals("u", "U"));
 }
 
 TEST_F(Text, DoesNotHoldALiteralWhoseLastLetterIsAccentedThere) {
-  EXPECT_TRUE(textContains("macOS Sierra U", "macOS Sierra U"));
-  EXPECT_TRUE(textContains("\xC3\xA9 macOS Sierra Update", "macOS Sierra U"));
-  EXPECT_FALSE(textContains("macOS Sierra U\xCC\x88", "macOS Sierra U"));
+  EXPECT_TRUE(platform::textContains("macOS Sierra U", "macOS Sierra U"));
+  EXPECT_TRUE(platform::textContains("\xC3\xA9 macOS Sierra Update", "macOS Sierra U"));
+  EXPECT_FALSE(platform::textContains("macOS Sierra U\xCC\x88", "macOS Sierra U"));
 }
 
 TEST_F(Text, OfPlainAsciiIsComparedWithoutAskingForItsComposedForm) {
-  EXPECT_FALSE(textEquals("MRTConfigData ", "MRTConfigData"));
-  EXPECT_TRUE(textContains("My macOS Mojave Installer", "macOS Mojave"));
+  EXPECT_FALSE(platform::textEquals("MRTConfigData ", "MRTConfigData"));
+  EXPECT_TRUE(platform::textContains("My macOS Mojave Installer", "macOS Mojave"));
   EXPECT_EQ(compositions, 0);
 }
 

@@ -30,7 +30,7 @@ class ScriptedLister {
   std::vector<std::string> steps;
 
  private:
-  class ScriptedPipe final : public Pipe {
+  class ScriptedPipe final : public platform::Pipe {
    public:
     explicit ScriptedPipe(ScriptedLister& lister) : lister_(lister) {}
     std::string readDataToEndOfFile() override {
@@ -42,15 +42,15 @@ class ScriptedLister {
     ScriptedLister& lister_;
   };
 
-  class ScriptedTask final : public Task {
+  class ScriptedTask final : public platform::Task {
    public:
     explicit ScriptedTask(ScriptedLister& lister) : lister_(lister) {}
     void setLaunchPath(const std::string& path) override { lister_.launchPath = path; }
     void setArguments(const std::vector<std::string>& list) override { lister_.arguments = list; }
-    void setStandardOutput(Pipe& /*pipe*/) override { lister_.steps.emplace_back("connect"); }
+    void setStandardOutput(platform::Pipe& /*pipe*/) override { lister_.steps.emplace_back("connect"); }
     void launch() override {
       lister_.steps.emplace_back("launch");
-      if (lister_.cannotBeStarted) throw TaskLaunchError("no such program");
+      if (lister_.cannotBeStarted) throw platform::TaskLaunchError("no such program");
     }
     void waitUntilExit() override { lister_.steps.emplace_back("wait"); }
     int terminationStatus() const override { return lister_.status; }
@@ -109,7 +109,7 @@ TEST_F(Listing, OfNoOutputIsTheFixedText) { EXPECT_EQ(list(), "No information av
 
 TEST_F(Listing, OfAListerThatCannotBeStartedFailsOutwards) {
   lister.cannotBeStarted = true;
-  EXPECT_THROW(list(), TaskLaunchError);
+  EXPECT_THROW(list(), platform::TaskLaunchError);
   EXPECT_THAT(services.alerts, testing::IsEmpty());
 }
 

@@ -192,7 +192,7 @@ TEST_F(Scan, ShowsTheAlertBeforeItReadsOn) {
   addReceipt("a.plist", "a", "2019-03-26T10:11:12Z");
   services.answer = [&](const test::ShownAlert&) {
     EXPECT_THAT(fileManager.pathsRead, ElementsAre(folder + "f.plist"));
-    return alertFirstButtonReturn;
+    return platform::alertFirstButtonReturn;
   };
   EXPECT_THAT(scannedNames(), ElementsAre("a"));
   EXPECT_EQ(services.alerts.size(), 1u);

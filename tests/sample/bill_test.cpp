@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace pelmarix::sample {
 namespace {

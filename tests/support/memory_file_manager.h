@@ -13,7 +13,7 @@
 
 namespace pelmarix::test {
 
-class MemoryFileManager final : public FileManager {
+class MemoryFileManager final : public platform::FileManager {
  public:
   /// Files by absolute path. What a folder's enumerator yields is listed apart, since order matters to its
   /// caller.
@@ -25,7 +25,7 @@ class MemoryFileManager final : public FileManager {
   /// Every path that was asked for, in order.
   std::vector<std::string> pathsRead;
 
-  std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) override {
+  std::unique_ptr<platform::DirectoryEnumerator> enumeratorAtPath(const std::string& path) override {
     const auto found = folders.find(path);
     if (found == folders.end()) return nullptr;
     return std::make_unique<ListEnumerator>(*this, path, found->second);
@@ -49,7 +49,7 @@ class MemoryFileManager final : public FileManager {
   }
 
  private:
-  class ListEnumerator final : public DirectoryEnumerator {
+  class ListEnumerator final : public platform::DirectoryEnumerator {
    public:
     ListEnumerator(MemoryFileManager& files, std::string folder, std::vector<std::string> names)
         : files_(files), folder_(std::move(folder)), names_(std::move(names)) {}

@@ -19,16 +19,16 @@ namespace pelmarix::test {
 struct ShownAlert {
   std::string messageText;
   std::string informativeText;
-  AlertStyle style = AlertStyle::warning;
+  platform::AlertStyle style = platform::AlertStyle::warning;
   std::vector<std::string> buttons;
   friend bool operator==(const ShownAlert&, const ShownAlert&) = default;
 };
 
 inline ShownAlert errorAlert(std::string message, std::string informative) {
-  return {std::move(message), std::move(informative), AlertStyle::critical, {"OK"}};
+  return {std::move(message), std::move(informative), platform::AlertStyle::critical, {"OK"}};
 }
 
-class MemoryUserDefaults final : public UserDefaults {
+class MemoryUserDefaults final : public platform::UserDefaults {
  public:
   double doubleForKey(const std::string& key) const override {
     const auto found = doubles.find(key);
@@ -52,26 +52,28 @@ class TestServices {
   TestServices() {
     services.userDefaults = &userDefaults;
     services.makeAlert = [this] { return std::make_unique<RecordingAlert>(*this); };
-    previous_ = installServices(&services);
+    previous_ = platform::installServices(&services);
   }
-  ~TestServices() { installServices(previous_); }
+  ~TestServices() { platform::installServices(previous_); }
   TestServices(const TestServices&) = delete;
   TestServices& operator=(const TestServices&) = delete;
 
-  Services services;
+  platform::Services services;
   MemoryUserDefaults userDefaults;
   /// Every alert shown, in order.
   std::vector<ShownAlert> alerts;
   /// The user's answer to an alert; called while it is up.
-  std::function<int(const ShownAlert&)> answer = [](const ShownAlert&) { return alertFirstButtonReturn; };
+  std::function<int(const ShownAlert&)> answer = [](const ShownAlert&) {
+    return platform::alertFirstButtonReturn;
+  };
 
  private:
-  class RecordingAlert final : public Alert {
+  class RecordingAlert final : public platform::Alert {
    public:
     explicit RecordingAlert(TestServices& services) : services_(services) {}
     void setMessageText(const std::string& text) override { alert_.messageText = text; }
     void setInformativeText(const std::string& text) override { alert_.informativeText = text; }
-    void setAlertStyle(AlertStyle style) override { alert_.style = style; }
+    void setAlertStyle(platform::AlertStyle style) override { alert_.style = style; }
     void addButtonWithTitle(const std::string& title) override { alert_.buttons.push_back(title); }
     int runModal() override {
       services_.alerts.push_back(alert_);
@@ -83,7 +85,7 @@ class TestServices {
     ShownAlert alert_;
   };
 
-  const Services* previous_ = nullptr;
+  const platform::Services* previous_ = nullptr;
 };
 
 }  // namespace pelmarix::test

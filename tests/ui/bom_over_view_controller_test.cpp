@@ -24,10 +24,10 @@ TEST_F(Sheet, StartsEmptyAndUnconnected) {
 }
 
 TEST_F(Sheet, ShowsTheTextThatItWasGivenBeforeItsViewLoads) {
-  controller.setRepresentedObject(shareText("./a\t1\tdate\n"));
+  controller.setRepresentedObject(platform::shareText("./a\t1\tdate\n"));
   controller.viewDidLoad();
   EXPECT_EQ(*textView.shown.string, "./a\t1\tdate\n");
-  EXPECT_EQ(textView.shown.foregroundColor, Color::text);
+  EXPECT_EQ(textView.shown.foregroundColor, platform::Color::text);
   EXPECT_EQ(textView.shown.font, std::nullopt);
 }
 
@@ -41,22 +41,22 @@ TEST_F(Sheet, GivenANumberOrNothingOpensEmpty) {
 }
 
 TEST_F(Sheet, KeepsItsTextWhenGivenAnythingElse) {
-  controller.setRepresentedObject(shareText("text"));
+  controller.setRepresentedObject(platform::shareText("text"));
   controller.setRepresentedObject({});
   EXPECT_FALSE(controller.representedObject().has_value());
   EXPECT_EQ(*controller.theOutText, "text");
 }
 
 TEST_F(Sheet, DoesNotRedrawWhenGivenAnotherTextLater) {
-  controller.setRepresentedObject(shareText("first"));
+  controller.setRepresentedObject(platform::shareText("first"));
   controller.viewDidLoad();
-  controller.setRepresentedObject(shareText("second"));
+  controller.setRepresentedObject(platform::shareText("second"));
   EXPECT_EQ(*controller.theOutText, "second");
   EXPECT_EQ(*textView.shown.string, "first");
 }
 
 TEST_F(Sheet, ShowsALongListingWholeAndWithoutACopyOfIt) {
-  const SharedText listing = shareText(std::string(8'000'000, 'x'));
+  const platform::SharedText listing = platform::shareText(std::string(8'000'000, 'x'));
   controller.setRepresentedObject(listing);
   controller.viewDidLoad();
   EXPECT_EQ(textView.shown.string, listing);
@@ -64,7 +64,7 @@ TEST_F(Sheet, ShowsALongListingWholeAndWithoutACopyOfIt) {
 
 TEST_F(Sheet, WithoutATextStorageShowsNothing) {
   textView.hasStorage = false;
-  controller.setRepresentedObject(shareText("text"));
+  controller.setRepresentedObject(platform::shareText("text"));
   controller.viewDidLoad();
   EXPECT_EQ(*textView.shown.string, "");
 }
@@ -75,8 +75,8 @@ TEST_F(Sheet, WithoutItsTextViewStopsTheProgram) {
 }
 
 TEST_F(Sheet, AsksToBeDismissedByItsCloseButton) {
-  pelmarix::ViewController* dismissed = nullptr;
-  controller.setDismisser([&](pelmarix::ViewController& which) { dismissed = &which; });
+  platform::ViewController* dismissed = nullptr;
+  controller.setDismisser([&](platform::ViewController& which) { dismissed = &which; });
   controller.closeButton(nullptr);
   EXPECT_EQ(dismissed, &controller);
 }

@@ -20,17 +20,17 @@ class HistoryOutline : public MainWindow {
   }
 
   /// The cell that is made, as "IDENTIFIER=TEXT".
-  std::string cell(Object* item, const TableColumn* column) {
+  std::string cell(platform::Object* item, const platform::TableColumn* column) {
     if (controller.outlineViewViewForTableColumnItem(outline, column, item) == nullptr) return "no view";
     EXPECT_TRUE(outline.cells.isSizedToFit);
     return outline.cells.lastIdentifier + "=" + outline.cells.lastText.value_or("no text");
   }
-  Object* child(std::size_t index) { return group->children[index].get(); }
+  platform::Object* child(std::size_t index) { return group->children[index].get(); }
 
   std::shared_ptr<History> group = std::make_shared<History>("macOS Mojave 10.14");
   std::shared_ptr<History> emptyGroup = std::make_shared<History>("macOS 10.15 10.15");
-  TableColumn name{"NameColumn"}, date{"DateColumn"}, version{"VersionColumn"}, other{"namecolumn"};
-  Object stranger;
+  platform::TableColumn name{"NameColumn"}, date{"DateColumn"}, version{"VersionColumn"}, other{"namecolumn"};
+  platform::Object stranger;
 };
 
 TEST_F(HistoryOutline, HasAGroupForEachHistoryAndItsEntriesBelowIt) {

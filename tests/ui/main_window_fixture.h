@@ -20,29 +20,29 @@
 
 namespace pelmarix::test {
 
-class PlainButton final : public Button {
+class PlainButton final : public platform::Button {
  public:
   int state() const override { return value; }
   void setState(int state) override { value = state; }
-  int value = stateMixed;
+  int value = platform::stateMixed;
 };
 
-class PlainTextView final : public TextView, private TextStorage {
+class PlainTextView final : public platform::TextView, private platform::TextStorage {
  public:
-  SharedText string() const override { return shown.string; }
-  TextStorage* textStorage() override { return hasStorage ? this : nullptr; }
-  AttributedString shown{shareText({}), std::nullopt, std::nullopt};
+  platform::SharedText string() const override { return shown.string; }
+  platform::TextStorage* textStorage() override { return hasStorage ? this : nullptr; }
+  platform::AttributedString shown{platform::shareText({}), std::nullopt, std::nullopt};
   bool hasStorage = true;
 
  private:
-  void setAttributedString(const AttributedString& text) override { shown = text; }
+  void setAttributedString(const platform::AttributedString& text) override { shown = text; }
 };
 
 /// Cells with the identifiers that the interface file has; `textFieldless` ones lack their text field, and
 /// under "NoCell" there is a view that is no cell.
 class PlainCells {
  public:
-  View* make(const std::string& identifier) {
+  platform::View* make(const std::string& identifier) {
     if (identifier == "NoCell" || notCells.contains(identifier)) return &notCell_;
     if (missing.contains(identifier)) return nullptr;
     lastIdentifier = identifier;
@@ -57,7 +57,7 @@ class PlainCells {
   bool isSizedToFit = false;
 
  private:
-  class Field final : public TextField {
+  class Field final : public platform::TextField {
    public:
     explicit Field(PlainCells& cells) : cells_(cells) {}
     void setStringValue(const std::string& text) override { cells_.lastText = text; }
@@ -68,71 +68,76 @@ class PlainCells {
   };
 
   Field field_{*this};
-  TableCellView cell_{&field_};
-  TableCellView cellWithoutTextField_{nullptr};
-  View notCell_;
+  platform::TableCellView cell_{&field_};
+  platform::TableCellView cellWithoutTextField_{nullptr};
+  platform::View notCell_;
 };
 
-class PlainOutlineView final : public OutlineView {
+class PlainOutlineView final : public platform::OutlineView {
  public:
-  View* makeViewWithIdentifier(const std::string& identifier) override { return cells.make(identifier); }
-  void reloadItemReloadChildren(Object* item, bool reloadChildren) override {
+  platform::View* makeViewWithIdentifier(const std::string& identifier) override {
+    return cells.make(identifier);
+  }
+  void reloadItemReloadChildren(platform::Object* item, bool reloadChildren) override {
     EXPECT_EQ(item, nullptr);
     EXPECT_TRUE(reloadChildren);
     ++reloads;
   }
   std::ptrdiff_t clickedRow() const override { return clicked; }
-  Object* itemAtRow(std::ptrdiff_t row) override {
+  platform::Object* itemAtRow(std::ptrdiff_t row) override {
     return row < 0 || row >= std::ssize(rows) ? nullptr : rows[static_cast<std::size_t>(row)];
   }
-  bool isItemExpanded(Object* item) override { return expanded.contains(item); }
-  void expandItem(Object* item) override { expanded.insert(item); }
-  void collapseItem(Object* item) override { expanded.erase(item); }
+  bool isItemExpanded(platform::Object* item) override { return expanded.contains(item); }
+  void expandItem(platform::Object* item) override { expanded.insert(item); }
+  void collapseItem(platform::Object* item) override { expanded.erase(item); }
 
   PlainCells cells;
   int reloads = 0;
   std::ptrdiff_t clicked = -1;
-  std::vector<Object*> rows;
-  std::set<Object*> expanded;
+  std::vector<platform::Object*> rows;
+  std::set<platform::Object*> expanded;
 };
 
-class PlainTableView final : public TableView {
+class PlainTableView final : public platform::TableView {
  public:
-  View* makeViewWithIdentifier(const std::string& identifier) override { return cells.make(identifier); }
+  platform::View* makeViewWithIdentifier(const std::string& identifier) override {
+    return cells.make(identifier);
+  }
   void reloadData() override { ++reloads; }
   std::ptrdiff_t selectedRow() const override { return selected; }
-  const std::vector<TableColumn*>& tableColumns() const override { return columns; }
+  const std::vector<platform::TableColumn*>& tableColumns() const override { return columns; }
 
   PlainCells cells;
-  TableColumn first{"a"}, second{"b"}, third{"c"};
-  std::vector<TableColumn*> columns{&first, &second, &third};
+  platform::TableColumn first{"a"}, second{"b"}, third{"c"};
+  std::vector<platform::TableColumn*> columns{&first, &second, &third};
   int reloads = 0;
   std::ptrdiff_t selected = -1;
 };
 
-class PlainWindow final : public Window {
+class PlainWindow final : public platform::Window {
  public:
-  PlainWindow() : Window({}, windowStyleTitled, BackingStore::buffered, false) {}
-  void setDelegate(WindowDelegate* windowDelegate) override { delegate = windowDelegate; }
+  PlainWindow()
+      : platform::Window({}, platform::windowStyleTitled, platform::BackingStore::buffered, false) {}
+  void setDelegate(platform::WindowDelegate* windowDelegate) override { delegate = windowDelegate; }
   void setTitle(const std::string& text) override { title = text; }
-  WindowDelegate* delegate = nullptr;
+  platform::WindowDelegate* delegate = nullptr;
   std::string title;
 };
 
-class PlainApplication final : public Application {
+class PlainApplication final : public platform::Application {
  public:
-  void terminate(Object* sender) override { terminatedBy.push_back(sender); }
-  Menu* helpMenu() override { return nullptr; }
-  std::vector<Object*> terminatedBy;
+  void terminate(platform::Object* sender) override { terminatedBy.push_back(sender); }
+  platform::Menu* helpMenu() override { return nullptr; }
+  std::vector<platform::Object*> terminatedBy;
 };
 
-class PlainProcessInfo final : public ProcessInfo {
+class PlainProcessInfo final : public platform::ProcessInfo {
  public:
   std::string operatingSystemVersionString() const override { return "Version 10.14.6 (Build 18G103)"; }
-  OperatingSystemVersion operatingSystemVersion() const override { return {10, 14, 6}; }
+  platform::OperatingSystemVersion operatingSystemVersion() const override { return {10, 14, 6}; }
 };
 
-class PlainSavePanel final : public SavePanel {
+class PlainSavePanel final : public platform::SavePanel {
  public:
   void setCanCreateDirectories(bool canCreate) override { canCreateDirectories = canCreate; }
   void setAllowedFileTypes(const std::vector<std::string>& types) override { allowedFileTypes = types; }
@@ -149,7 +154,7 @@ class PlainSavePanel final : public SavePanel {
 class MainWindow : public testing::Test {
  protected:
   MainWindow() {
-    Services& platform = services.services;
+    platform::Services& platform = services.services;
     platform.application = &application;
     platform.fileManager = &fileManager;
     platform.processInfo = &processInfo;
@@ -171,7 +176,9 @@ class MainWindow : public testing::Test {
     fileManager.folders[receipts].push_back(name + ".plist");
     fileManager.files[receipts + name + ".plist"] = test::receipt(name, date);
   }
-  void click(PlainButton& checkBox) { checkBox.value = checkBox.value == stateOff ? stateOn : stateOff; }
+  void click(PlainButton& checkBox) {
+    checkBox.value = checkBox.value == platform::stateOff ? platform::stateOn : platform::stateOff;
+  }
   std::string shownReport() const { return *reportView.shown.string; }
   std::vector<std::string> receiptNames() const {
     std::vector<std::string> names;

@@ -13,22 +13,22 @@ using testing::IsEmpty;
 using testing::IsNull;
 using testing::NotNull;
 
-class SilentPipe final : public Pipe {
+class SilentPipe final : public platform::Pipe {
  public:
   std::string readDataToEndOfFile() override { return {}; }
 };
 
 /// A lister that prints the file it was given, so that a test sees which receipt was listed.
-class EchoingTask final : public Task {
+class EchoingTask final : public platform::Task {
  public:
   EchoingTask(std::vector<std::string>& listed, bool canStart) : listed_(listed), canStart_(canStart) {}
   void setLaunchPath(const std::string& /*path*/) override {}
   void setArguments(const std::vector<std::string>& arguments) override {
     listed_.push_back(arguments.back());
   }
-  void setStandardOutput(Pipe& /*pipe*/) override {}
+  void setStandardOutput(platform::Pipe& /*pipe*/) override {}
   void launch() override {
-    if (!canStart_) throw TaskLaunchError("no such program");
+    if (!canStart_) throw platform::TaskLaunchError("no such program");
   }
   void waitUntilExit() override {}
   int terminationStatus() const override { return 0; }
@@ -48,7 +48,7 @@ class ReceiptsTable : public MainWindow {
     controller.viewDidLoad();
   }
 
-  std::string cell(const TableColumn* column, std::ptrdiff_t row) {
+  std::string cell(const platform::TableColumn* column, std::ptrdiff_t row) {
     if (controller.tableViewViewForTableColumnRow(table, column, row) == nullptr) return "no view";
     EXPECT_FALSE(table.cells.isSizedToFit);
     return table.cells.lastIdentifier + "=" + table.cells.lastText.value_or("no text");
@@ -57,7 +57,7 @@ class ReceiptsTable : public MainWindow {
   std::vector<std::string> listed;
   bool canStart = true;
   ui::BoMoverViewController sheet;
-  Segue segue{sheet};
+  platform::Segue segue{sheet};
 };
 
 TEST_F(ReceiptsTable, HasARowForEachReceipt) {
@@ -76,7 +76,7 @@ TEST_F(ReceiptsTable, KnowsItsColumnsByTheirPlaces) {
   EXPECT_EQ(cell(&table.second, 1), "NameCell=old");
   EXPECT_EQ(cell(&table.third, 0), "no view");
   EXPECT_EQ(cell(nullptr, 0), "no view");
-  const TableColumn sameIdentifier("a");
+  const platform::TableColumn sameIdentifier("a");
   EXPECT_EQ(cell(&sameIdentifier, 0), "no view");
   EXPECT_EQ(cell(&table.first, 2), "no view");
   EXPECT_EQ(cell(&table.first, -1), "no view");
@@ -122,7 +122,7 @@ TEST_F(ReceiptsTable, GivesTheSheetTheListingOfTheSelectedReceipt) {
 }
 
 TEST_F(ReceiptsTable, ListsTheReceiptThatTheTurnedTableShowsInTheRow) {
-  newestLast.value = stateOn;
+  newestLast.value = platform::stateOn;
   controller.newestNonCheckbox(nullptr);
   EXPECT_EQ(cell(&table.second, 0), "NameCell=old");
   table.selected = 0;
@@ -140,7 +140,7 @@ TEST_F(ReceiptsTable, WithoutASelectedRowRunsNoListerAndLeavesTheSheetEmpty) {
 TEST_F(ReceiptsTable, PassesOnThatTheListerCannotBeStarted) {
   canStart = false;
   table.selected = 0;
-  EXPECT_THROW(controller.prepareForSegue(segue, nullptr), TaskLaunchError);
+  EXPECT_THROW(controller.prepareForSegue(segue, nullptr), platform::TaskLaunchError);
   EXPECT_EQ(*sheet.theOutText, "");
   EXPECT_THAT(services.alerts, IsEmpty());
 }
@@ -149,14 +149,14 @@ TEST_F(ReceiptsTable, StopsTheProgramAtARowBeyondTheListAndAtAnotherDestination)
   table.selected = 2;
   EXPECT_EXIT(controller.prepareForSegue(segue, nullptr), testing::KilledBySignal(SIGABRT), "");
   table.selected = 0;
-  pelmarix::ViewController other;
-  Segue elsewhere(other);
+  platform::ViewController other;
+  platform::Segue elsewhere(other);
   EXPECT_EXIT(controller.prepareForSegue(elsewhere, nullptr), testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST_F(ReceiptsTable, LetsASegueElsewherePassWithoutASelectedRow) {
-  pelmarix::ViewController other;
-  Segue elsewhere(other);
+  platform::ViewController other;
+  platform::Segue elsewhere(other);
   controller.prepareForSegue(elsewhere, nullptr);
   EXPECT_THAT(listed, IsEmpty());
 }

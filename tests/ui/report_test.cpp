@@ -56,7 +56,7 @@ TEST_F(Report, ShowsAndSkipsConfigurationDataAsTheOptionSays) {
 }
 
 TEST_F(Report, TakesAMixedSkipOptionForOff) {
-  skip.value = stateMixed;
+  skip.value = platform::stateMixed;
   controller.skipNonCheckbox(nullptr);
   EXPECT_EQ(shownVersions(), "4321");
 }
@@ -78,7 +78,7 @@ TEST_F(Report, IsInItsFirstOrderAfterTwoTurns) {
 }
 
 TEST_F(Report, TurnsTheReceiptsOnEveryChangeWhateverTheState) {
-  newestLast.value = stateOn;
+  newestLast.value = platform::stateOn;
   controller.newestNonCheckbox(nullptr);
   controller.newestNonCheckbox(nullptr);
   EXPECT_EQ(shownVersions(), "134");
@@ -86,7 +86,7 @@ TEST_F(Report, TurnsTheReceiptsOnEveryChangeWhateverTheState) {
 }
 
 TEST_F(Report, TakesAnyStateButOffForNewestLast) {
-  newestLast.value = stateMixed;
+  newestLast.value = platform::stateMixed;
   controller.newestNonCheckbox(nullptr);
   EXPECT_EQ(shownVersions(), "134");
   controller.skipNonCheckbox(nullptr);
@@ -102,7 +102,7 @@ TEST_F(Report, KeepsUnskippedLinesWhenItsOrderTurns) {
 }
 
 TEST_F(Report, DoesNotRebuildItsLinesWhenItsOrderTurns) {
-  skip.value = stateOff;  // not applied: no action was sent
+  skip.value = platform::stateOff;  // not applied: no action was sent
   toggleNewestLast();
   EXPECT_EQ(shownVersions(), "134");
 }
@@ -118,7 +118,7 @@ TEST_F(Report, GrowsByStepsThatAreStored) {
   for (int i = 0; i < 3; ++i) controller.incFontSize(nullptr);
   EXPECT_EQ(controller.theFontSize, 15.0);
   EXPECT_EQ(services.userDefaults.doubles["fontSize"], 15.0);
-  EXPECT_EQ(reportView.shown.font, SystemFont{15.0});
+  EXPECT_EQ(reportView.shown.font, platform::SystemFont{15.0});
   ui::ViewController next;
   next.outputText = &reportView;
   next.BoMTable = &table;
@@ -149,18 +149,18 @@ TEST_F(Report, ComesBackFromASizeAboveItsBounds) {
 }
 
 TEST_F(Report, KeepsItsVeryTextWhenItsSizeChanges) {
-  const SharedText before = reportView.shown.string;
+  const platform::SharedText before = reportView.shown.string;
   controller.incFontSize(nullptr);
   controller.decFontSize(nullptr);
   EXPECT_EQ(reportView.shown.string, before);
-  EXPECT_EQ(reportView.shown.foregroundColor, Color::text);
+  EXPECT_EQ(reportView.shown.foregroundColor, platform::Color::text);
 }
 
 TEST_F(Report, WithoutATextStorageStoresTheSizeAndChangesNothingElse) {
   reportView.hasStorage = false;
   controller.incFontSize(nullptr);
   EXPECT_EQ(services.userDefaults.doubles["fontSize"], 13.0);
-  EXPECT_EQ(reportView.shown.font, SystemFont{12.0});
+  EXPECT_EQ(reportView.shown.font, platform::SystemFont{12.0});
 }
 
 TEST_F(Report, AsksWhereToSaveWithoutPresettingAnything) {
@@ -172,7 +172,7 @@ TEST_F(Report, AsksWhereToSaveWithoutPresettingAnything) {
 TEST_F(Report, IsSavedWithAStampLineAtItsEnd) {
   PlainSavePanel& panel = save();
   panel.chosenPath = "/home/a/report.text";
-  panel.completionHandler(modalResponseOK);
+  panel.completionHandler(platform::modalResponseOK);
   EXPECT_EQ(fileManager.files["/home/a/report.text"],
             "\n\nMRTConfigData: 4 2019-03-26 10:11:12 +0000\nmacOS 10.14.1: 3 2019-03-26 10:11:12 +0000\n"
             "macOS Mojave: 1 2019-03-26 10:11:12 +0000\nChecked by Pelmarix at: 2019-03-26 10:11:12 +0000\n");
@@ -184,7 +184,7 @@ TEST_F(Report, IsSavedAsItWasAndStampedWhenTheButtonWasPressed) {
   now = Date{0};
   toggleSkip();
   panel.chosenPath = "/home/a/report.text";
-  panel.completionHandler(modalResponseOK);
+  panel.completionHandler(platform::modalResponseOK);
   const std::string& saved = fileManager.files["/home/a/report.text"];
   EXPECT_TRUE(saved.ends_with("Checked by Pelmarix at: 2019-03-26 10:11:12 +0000\n")) << saved;
   EXPECT_EQ(saved.find("Fonts"), std::string::npos);
@@ -193,9 +193,9 @@ TEST_F(Report, IsSavedAsItWasAndStampedWhenTheButtonWasPressed) {
 TEST_F(Report, IsNotSavedWhenThePanelIsCancelledOrGivesNoPath) {
   const auto filesBefore = fileManager.files;
   PlainSavePanel& panel = save();
-  panel.completionHandler(modalResponseOK);
+  panel.completionHandler(platform::modalResponseOK);
   panel.chosenPath = "/home/a/report.text";
-  panel.completionHandler(modalResponseCancel);
+  panel.completionHandler(platform::modalResponseCancel);
   panel.completionHandler(1000);
   EXPECT_EQ(fileManager.files, filesBefore);
   EXPECT_THAT(services.alerts, IsEmpty());
@@ -205,7 +205,7 @@ TEST_F(Report, ThatCannotBeWrittenShowsTheSystemsWords) {
   fileManager.writeFailure = "No space left on device";
   PlainSavePanel& panel = save();
   panel.chosenPath = "/home/a/report.text";
-  panel.completionHandler(modalResponseOK);
+  panel.completionHandler(platform::modalResponseOK);
   EXPECT_THAT(services.alerts,
               ElementsAre(errorAlert("An error occurred in your last action:", "No space left on device")));
 }

@@ -38,15 +38,15 @@ using Start = MainWindow;
 
 TEST_F(Start, SetsTheSkipOptionOnAndTheNewestLastOptionOff) {
   controller.viewDidLoad();
-  EXPECT_EQ(skip.value, stateOn);
-  EXPECT_EQ(newestLast.value, stateOff);
+  EXPECT_EQ(skip.value, platform::stateOn);
+  EXPECT_EQ(newestLast.value, platform::stateOff);
 }
 
 TEST_F(Start, WithoutAStoredFontSizeShowsTheReportAtTwelvePoints) {
   controller.viewDidLoad();
   EXPECT_EQ(controller.theFontSize, 12.0);
-  EXPECT_EQ(reportView.shown.font, SystemFont{12.0});
-  EXPECT_EQ(reportView.shown.foregroundColor, Color::text);
+  EXPECT_EQ(reportView.shown.font, platform::SystemFont{12.0});
+  EXPECT_EQ(reportView.shown.foregroundColor, platform::Color::text);
 }
 
 TEST_F(Start, TakesAStoredFontSizeFromFourPointsOn) {
@@ -56,7 +56,7 @@ TEST_F(Start, TakesAStoredFontSizeFromFourPointsOn) {
     services.userDefaults.doubles["fontSize"] = stored;
     controller.viewDidLoad();
     EXPECT_EQ(controller.theFontSize, used) << stored;
-    EXPECT_EQ(reportView.shown.font, SystemFont{used}) << stored;
+    EXPECT_EQ(reportView.shown.font, platform::SystemFont{used}) << stored;
     EXPECT_EQ(services.userDefaults.doubles["fontSize"], stored) << "start-up stores nothing";
   }
 }
@@ -102,8 +102,8 @@ TEST_F(Start, GoesOnAfterAHistoryThatCannotBeReadAndReceiptsThatCannot) {
   services.answer = [this](const ShownAlert& alert) {
     // The report stands before the receipts are looked at.
     EXPECT_EQ(shownReport(), alert.informativeText == "Couldn't read install history." ? "" : "\n\n");
-    EXPECT_EQ(skip.value, stateOn);
-    return alertFirstButtonReturn;
+    EXPECT_EQ(skip.value, platform::stateOn);
+    return platform::alertFirstButtonReturn;
   };
   controller.viewDidLoad();
   EXPECT_THAT(
@@ -164,8 +164,8 @@ TEST_F(OutputText, StartsWithTwoLineFeedsAndHasTwoAttributes) {
   controller.theFontSize = 9.0;
   controller.setOutputText("report\n");
   EXPECT_EQ(shownReport(), "\n\nreport\n");
-  EXPECT_EQ(reportView.shown.foregroundColor, Color::text);
-  EXPECT_EQ(reportView.shown.font, SystemFont{9.0});
+  EXPECT_EQ(reportView.shown.foregroundColor, platform::Color::text);
+  EXPECT_EQ(reportView.shown.font, platform::SystemFont{9.0});
 }
 
 TEST_F(OutputText, WithoutATextStorageChangesNothing) {
@@ -178,14 +178,14 @@ TEST(PXWindow, PassesItsFourArgumentsOnUnchanged) {
   class ShownWindow final : public ui::PXWindow {
    public:
     using PXWindow::PXWindow;
-    void setDelegate(WindowDelegate* /*delegate*/) override {}
+    void setDelegate(platform::WindowDelegate* /*delegate*/) override {}
     void setTitle(const std::string& /*title*/) override {}
   };
-  const ShownWindow window({1, 2, 300, 400}, windowStyleTitled | windowStyleResizable, BackingStore::buffered,
-                           true);
-  EXPECT_EQ(window.contentRect(), (Rect{1, 2, 300, 400}));
-  EXPECT_EQ(window.styleMask(), windowStyleTitled | windowStyleResizable);
-  EXPECT_EQ(window.backing(), BackingStore::buffered);
+  const ShownWindow window({1, 2, 300, 400}, platform::windowStyleTitled | platform::windowStyleResizable,
+                           platform::BackingStore::buffered, true);
+  EXPECT_EQ(window.contentRect(), (platform::Rect{1, 2, 300, 400}));
+  EXPECT_EQ(window.styleMask(), platform::windowStyleTitled | platform::windowStyleResizable);
+  EXPECT_EQ(window.backing(), platform::BackingStore::buffered);
   EXPECT_TRUE(window.isDeferred());
 }
 

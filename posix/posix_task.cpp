@@ -1,0 +1,179 @@
+#include "posix/posix_task.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
+#include "base/fatal.h"
+
+namespace pelmarix::posix {
+namespace {
+
+bool makePipe(int (&ends)[2]) {
+#ifdef __APPLE__
+  if (pipe(ends) != 0) return false;
+  for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
+  return true;
+#else
+  return pipe2(ends, O_CLOEXEC) == 0;
+#endif
+}
+
+void check(int errorNumber, const std::string& what) {
+  if (errorNumber != 0) throw platform::TaskLaunchError(what + ": " + systemErrorText(errorNumber));
+}
+
+/// What a child is to be given beside its program and arguments.
+class SpawnSettings {
+ public:
+  SpawnSettings() {
+    check(posix_spawn_file_actions_init(&fileActions), "file actions");
+    const int failure = posix_spawnattr_init(&attributes);
+    if (failure != 0) posix_spawn_file_actions_destroy(&fileActions);
+    check(failure, "attributes");
+  }
+  ~SpawnSettings() {
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&fileActions);
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+  posix_spawn_file_actions_t fileActions;
+  posix_spawnattr_t attributes;
+};
+
+// Nothing but the three standard descriptors: whoever started this program may have left it others open that
+// the child would keep open in turn.
+void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput, short& flags) {
+  if (standardOutput >= 0)
+    check(posix_spawn_file_actions_adddup2(&settings.fileActions, standardOutput, STDOUT_FILENO), "pipe");
+#ifdef __APPLE__
+  flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(descriptor, F_GETFD) >= 0 && (descriptor != STDOUT_FILENO || standardOutput < 0))
+      check(posix_spawn_file_actions_addinherit_np(&settings.fileActions, descriptor), "descriptors");
+#else
+  static_cast<void>(flags);
+  check(posix_spawn_file_actions_addclosefrom_np(&settings.fileActions, STDERR_FILENO + 1), "descriptors");
+#endif
+}
+
+// Qt has this program ignore SIGPIPE once it uses the network; programs that write to a pipe count on it.
+void passUsualSignals(SpawnSettings& settings, short& flags) {
+  flags |= POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+  sigset_t signals;
+  sigemptyset(&signals);
+  check(posix_spawnattr_setsigmask(&settings.attributes, &signals), "signals");
+  sigaddset(&signals, SIGCHLD);
+  sigaddset(&signals, SIGPIPE);
+  check(posix_spawnattr_setsigdefault(&settings.attributes, &signals), "signals");
+}
+
+void stopIgnoringChildren() {
+  struct sigaction action = {};
+  if (sigaction(SIGCHLD, nullptr, &action) != 0) return;
+  if (action.sa_handler != SIG_IGN && (action.sa_flags & SA_NOCLDWAIT) == 0) return;
+  if (action.sa_handler == SIG_IGN) action.sa_handler = SIG_DFL;
+  action.sa_flags &= ~SA_NOCLDWAIT;
+  sigaction(SIGCHLD, &action, nullptr);
+}
+
+/// The child's wait status; nothing to be had when something else has taken it.
+pid_t waitFor(pid_t child, int& status, int options) {
+  for (;;) {
+    const pid_t ended = waitpid(child, &status, options);
+    if (ended >= 0 || errno != EINTR) return ended;
+  }
+}
+
+}  // namespace
+
+PosixPipe::PosixPipe() {
+  int ends[2];
+  check(makePipe(ends) ? 0 : errno, "pipe");
+  readEnd_ = FileDescriptor(ends[0]);
+  writeEnd_ = FileDescriptor(ends[1]);
+}
+
+std::string PosixPipe::readDataToEndOfFile() {
+  // An end of our own would keep the pipe from ending, were the child never launched.
+  closeWriteEnd();
+  constexpr std::size_t firstSize = std::size_t{64} << 10U;
+  std::string data;
+  std::size_t size = 0;
+  for (;;) {
+    if (size == data.size()) data.resize(std::max(firstSize, 2 * size));
+    const ssize_t count = readSome(readEnd_.get(), data.data() + size, data.size() - size);
+    if (count <= 0) break;
+    size += static_cast<std::size_t>(count);
+  }
+  data.resize(size);
+  return data;
+}
+
+std::string locateProgram(const std::string& path, const std::string& companionFolder) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) == 0) return path;
+  const std::string companion = companionFolder + "/" + path.substr(path.rfind('/') + 1);
+  return stat(companion.c_str(), &status) == 0 ? companion : path;
+}
+
+PosixTask::~PosixTask() {
+  int status = 0;
+  if (child_ < 0 || waitFor(child_, status, WNOHANG) != 0) return;
+  try {
+    std::thread([child = child_] {
+      int ignored = 0;
+      waitFor(child, ignored, 0);
+    }).detach();
+  } catch (const std::system_error&) {
+    // No thread to be had: the zombie stays until this program ends.
+  }
+}
+
+void PosixTask::setStandardOutput(platform::Pipe& pipe) {
+  standardOutput_ = &required(dynamic_cast<PosixPipe*>(&pipe), "a pipe of another toolkit");
+}
+
+void PosixTask::launch() {
+  if (child_ >= 0) fatalStop("a task was launched twice");
+  stopIgnoringChildren();
+
+  SpawnSettings settings;
+  short flags = 0;
+  passStandardDescriptorsOnly(settings, standardOutput_ == nullptr ? -1 : standardOutput_->writeEnd(), flags);
+  passUsualSignals(settings, flags);
+  check(posix_spawnattr_setflags(&settings.attributes, flags), "attributes");
+
+  std::string program = locateProgram(launchPath_, companionFolder_);
+  std::vector<char*> argv = {program.data()};
+  for (std::string& argument : arguments_) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+
+  pid_t child = -1;
+  const int failure =
+      posix_spawn(&child, program.c_str(), &settings.fileActions, &settings.attributes, argv.data(), environ);
+  if (standardOutput_ != nullptr) standardOutput_->closeWriteEnd();
+  check(failure, program);
+  child_ = child;
+}
+
+void PosixTask::waitUntilExit() {
+  if (child_ < 0) return;
+  int status = 0;
+  // A status that was taken away counts as a failure: nothing is known of the child's success.
+  if (waitFor(child_, status, 0) == child_)
+    terminationStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
+  child_ = -1;
+}
+
+}  // namespace pelmarix::posix

@@ -1,0 +1,36 @@
+#include "qt/services/machine_services.h"
+
+#include <QCoreApplication>
+#include <chrono>
+#include <memory>
+
+#include "posix/posix_task.h"
+#include "qt/services/text_conversion.h"
+
+namespace pelmarix::qt {
+namespace {
+
+Date now() {
+  const std::chrono::duration<double> sinceUnixEpoch = std::chrono::system_clock::now().time_since_epoch();
+  return Date{sinceUnixEpoch.count() - secondsFromUnixEpochToReferenceDate};
+}
+
+}  // namespace
+
+MachineServices::MachineServices()
+    : fileManager_(posix::Volume::fromEnvironment()), processInfo_(fileManager_) {
+  services_.bundle = &bundle_;
+  services_.fileManager = &fileManager_;
+  services_.processInfo = &processInfo_;
+  services_.userDefaults = &userDefaults_;
+  services_.workspace = &workspace_;
+  services_.makePipe = [] { return std::make_unique<posix::PosixPipe>(); };
+  services_.makeTask = [folder = toFileName(QCoreApplication::applicationDirPath())] {
+    return std::make_unique<posix::PosixTask>(folder);
+  };
+  services_.currentDate = now;
+  services_.composedForm = composedForm;
+  services_.dispatchAsyncToMainQueue = mainQueue_.dispatcher();
+}
+
+}  // namespace pelmarix::qt

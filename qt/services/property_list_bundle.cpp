@@ -1,0 +1,43 @@
+#include "qt/services/property_list_bundle.h"
+
+#include <QCoreApplication>
+#include <any>
+#include <string>
+
+#include "plist/document.h"
+#include "posix/posix_file_manager.h"
+#include "qt/services/info_plist.h"
+#include "qt/services/text_conversion.h"
+
+namespace pelmarix::qt {
+namespace {
+
+std::string ownInfoPlist() {
+#ifdef __APPLE__
+  std::string contents;
+  posix::PosixFileManager(posix::Volume())
+      .readFile(toFileName(QCoreApplication::applicationDirPath()) + "/../Info.plist", contents);
+  return contents;
+#else
+  return infoPlist;
+#endif
+}
+
+std::any held(plist::Value value) {
+  if (const auto text = value.string()) return std::string(*text);
+  return value.type();
+}
+
+}  // namespace
+
+PropertyListBundle::PropertyListBundle() : PropertyListBundle(ownInfoPlist()) {}
+
+PropertyListBundle::PropertyListBundle(std::string_view bytes) {
+  const auto decoded = plist::Document::decode(bytes);
+  if (!decoded || decoded->root().type() != plist::Type::dictionary) return;
+  infoDictionary_.emplace();
+  for (const auto [key, value] : decoded->root().entries())
+    (*infoDictionary_)[std::string(key)] = held(value);
+}
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,22 @@
+#include "qt/services/text_conversion.h"
+
+#include <QFile>
+
+namespace pelmarix::qt {
+
+QString toQString(std::string_view utf8) {
+  QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  // fromUtf8 drops a byte-order mark at the beginning.
+  if (utf8.starts_with("\xEF\xBB\xBF")) text.prepend(QChar(QChar::ByteOrderMark));
+  return text;
+}
+
+std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }
+
+std::string toFileName(const QString& name) { return QFile::encodeName(name).toStdString(); }
+
+std::string composedForm(std::string_view utf8) {
+  return toUtf8(toQString(utf8).normalized(QString::NormalizationForm_C));
+}
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,31 @@
+// The system version of the volume that is looked at.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/file_manager.h"
+#include "platform/process_info.h"
+
+namespace pelmarix::qt {
+
+/// Read once, when it is made, from /System/Library/CoreServices/SystemVersion.plist: "Version " with the
+/// text of ProductVersion and, where there is one, " (Build " with that of ProductBuildVersion and ")".
+/// Without a ProductVersion it is what the machine says of itself.
+class VolumeProcessInfo final : public platform::ProcessInfo {
+ public:
+  explicit VolumeProcessInfo(platform::FileManager& files);
+
+  std::string operatingSystemVersionString() const override { return versionString_; }
+  platform::OperatingSystemVersion operatingSystemVersion() const override { return version_; }
+
+ private:
+  std::string versionString_;
+  platform::OperatingSystemVersion version_;
+};
+
+/// The numbers of a version such as "10.14.6". One that is missing, isn't written in digits alone or is too
+/// large for an int is 0; what follows the third is left out.
+platform::OperatingSystemVersion versionNumbers(std::string_view version);
+
+}  // namespace pelmarix::qt

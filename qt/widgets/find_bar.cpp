@@ -1,0 +1,93 @@
+#include "qt/widgets/find_bar.h"
+
+#include <QKeyEvent>
+#include <QToolButton>
+
+#include "qt/widgets/palette_colors.h"
+#include "ui_find_bar.h"
+
+namespace pelmarix::qt {
+
+FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FindBar>()) {
+  ui_->setupUi(this);
+  if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
+  setPlaceholderColor();
+  hide();
+  connect(ui_->text, &QLineEdit::textChanged, this,
+          [this] { find(SearchStart::atSelection, SearchDirection::forward); });
+  connect(ui_->next, &QPushButton::clicked, this, &FindBar::findNext);
+  connect(ui_->previous, &QPushButton::clicked, this, &FindBar::findPrevious);
+  connect(ui_->done, &QPushButton::clicked, this, &FindBar::close);
+}
+
+FindBar::~FindBar() = default;
+
+void FindBar::setTarget(QWidget* widget, Searchable* searchable) {
+  if (widget == targetWidget_) return;
+  if (target_ != nullptr) target_->markMatches({});
+  targetWidget_ = widget;
+  target_ = searchable;
+  ui_->text->setPlaceholderText(tr("Find in %1").arg(widget->accessibleName()));
+  ui_->outcome->clear();
+  if (isVisible()) target_->markMatches(ui_->text->text());
+}
+
+void FindBar::open() {
+  show();
+  ui_->text->setFocus(Qt::ShortcutFocusReason);
+  ui_->text->selectAll();
+  if (target_ != nullptr) target_->markMatches(ui_->text->text());
+}
+
+void FindBar::close() {
+  // Before the bar goes: hiding what has the focus gives that to some other part, which would be the target.
+  if (targetWidget_ != nullptr) targetWidget_->setFocus();
+  hide();
+  ui_->outcome->clear();
+  if (target_ != nullptr) target_->markMatches({});
+}
+
+void FindBar::findNext() {
+  if (ui_->text->text().isEmpty()) return open();
+  find(SearchStart::pastSelection, SearchDirection::forward);
+}
+
+void FindBar::findPrevious() {
+  if (ui_->text->text().isEmpty()) return open();
+  find(SearchStart::pastSelection, SearchDirection::backward);
+}
+
+void FindBar::find(SearchStart start, SearchDirection direction) {
+  if (target_ == nullptr) return;
+  const QString text = ui_->text->text();
+  if (isVisible()) target_->markMatches(text);
+  showOutcome(text.isEmpty() || target_->selectMatch(text, start, direction));
+}
+
+void FindBar::showOutcome(bool isFound) { ui_->outcome->setText(isFound ? QString() : tr("Not found")); }
+
+void FindBar::setPlaceholderColor() {
+  QPalette colors = ui_->text->palette();
+  // The bar has a new palette before its parts have.
+  colors.setColor(QPalette::PlaceholderText, placeholderColor(palette()));
+  ui_->text->setPalette(colors);
+}
+
+void FindBar::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) setPlaceholderColor();
+}
+
+void FindBar::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Escape:
+      return close();
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return event->modifiers().testFlag(Qt::ShiftModifier) ? findPrevious() : findNext();
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+}  // namespace pelmarix::qt

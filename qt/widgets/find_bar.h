@@ -1,0 +1,44 @@
+// The bar below a window's content that finds text in it.
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "qt/widgets/searchable.h"
+
+namespace Ui {
+class FindBar;
+}
+
+namespace pelmarix::qt {
+
+/// Hidden until it is opened. Escape closes it and gives the focus back to what was searched.
+class FindBar final : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit FindBar(QWidget* parent = nullptr);
+  ~FindBar() override;
+
+  /// What is searched from now on; both are the same object's and outlive the bar.
+  void setTarget(QWidget* widget, Searchable* searchable);
+  void open();
+  void close();
+  void findNext();
+  void findPrevious();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void find(SearchStart start, SearchDirection direction);
+  void showOutcome(bool isFound);
+  void setPlaceholderColor();
+
+  std::unique_ptr<Ui::FindBar> ui_;
+  QWidget* targetWidget_ = nullptr;
+  Searchable* target_ = nullptr;
+};
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,67 @@
+#include "qt/widgets/table_model.h"
+
+#include <QMimeData>
+#include <algorithm>
+
+#include "qt/widgets/row_text.h"
+
+namespace pelmarix::qt {
+
+TableModel::TableModel(platform::TableView& tableView, const CellTemplates& cells,
+                       const std::vector<ColumnTemplate>& columns)
+    : tableView_(tableView), cells_(cells), columns_(columns) {}
+
+void TableModel::setDataSource(platform::TableViewDataSource* dataSource) {
+  dataSource_ = dataSource;
+  reload();
+}
+
+void TableModel::setDelegate(platform::TableViewDelegate* delegate) {
+  delegate_ = delegate;
+  reload();
+}
+
+void TableModel::reload() {
+  const int before = rowCount_;
+  const int now =
+      dataSource_ == nullptr ? 0 : static_cast<int>(dataSource_->numberOfRowsInTableView(tableView_));
+  if (now > before) {
+    beginInsertRows({}, before, now - 1);
+    rowCount_ = now;
+    endInsertRows();
+  } else if (now < before) {
+    beginRemoveRows({}, now, before - 1);
+    rowCount_ = now;
+    endRemoveRows();
+  }
+  const int kept = std::min(before, now);
+  if (kept > 0) emit dataChanged(index(0, 0), index(kept - 1, columns_.count() - 1));
+}
+
+int TableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }
+
+int TableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columns_.count();
+}
+
+QVariant TableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || role != Qt::DisplayRole || delegate_ == nullptr) return {};
+  return cells_.textOf(
+      delegate_->tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
+}
+
+QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  return columns_.headerData(section, orientation, role);
+}
+
+Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
+  return index.isValid() ? QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled : Qt::NoItemFlags;
+}
+
+QMimeData* TableModel::mimeData(const QModelIndexList& indexes) const {
+  return indexes.isEmpty() ? nullptr : rowsAsMimeData(indexes);
+}
+
+QStringList TableModel::mimeTypes() const { return {QStringLiteral("text/plain")}; }
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,47 @@
+// The rows of a table as Qt's views ask for them.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "platform/table_view.h"
+#include "qt/widgets/cell_templates.h"
+
+namespace pelmarix::qt {
+
+/// Asks the table's data source for the number of rows at each reload, and its delegate for every cell that a
+/// view needs.
+class TableModel final : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  /// Data source and delegate are asked on behalf of `tableView`, whose cells are `cells`.
+  TableModel(platform::TableView& tableView, const CellTemplates& cells,
+             const std::vector<ColumnTemplate>& columns);
+
+  /// Neither is owned; null for none.
+  void setDataSource(platform::TableViewDataSource* dataSource);
+  void setDelegate(platform::TableViewDelegate* delegate);
+  /// Rows are added or removed at the end, and every cell is asked anew.
+  void reload();
+
+  const std::vector<platform::TableColumn*>& tableColumns() const { return columns_.all(); }
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+  QStringList mimeTypes() const override;
+
+ private:
+  platform::TableView& tableView_;
+  const CellTemplates& cells_;
+  platform::TableViewDataSource* dataSource_ = nullptr;
+  platform::TableViewDelegate* delegate_ = nullptr;
+  Columns columns_;
+  int rowCount_ = 0;
+};
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,68 @@
+#include <QApplication>
+#include <QIcon>
+#include <cstdlib>
+
+#include "app/app_delegate.h"
+#include "platform/application.h"
+#include "qt/services/machine_services.h"
+#include "qt/services/network_session.h"
+#include "qt/window/application_adapter.h"
+#include "qt/window/close_requests.h"
+#include "qt/window/file_save_panel.h"
+#include "qt/window/first_painting.h"
+#include "qt/window/main_interface.h"
+#include "qt/window/message_alert.h"
+
+namespace pelmarix {
+namespace {
+
+/// The window that an alert belongs to; null as long as none is on screen.
+QWidget* windowForAlerts(QWidget& mainWindow) {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  return mainWindow.isVisible() ? &mainWindow : nullptr;
+}
+
+}  // namespace
+
+int platform::applicationMain(int argc, char** argv) {
+  QApplication qtApplication(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Pelmarix"));
+  // Desktops find the program's entry by this name, and its icon: where it isn't installed, it has none.
+  QApplication::setDesktopFileName(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER)));
+  // The program ends by Application::terminate: an alert before the main window must not be taken for the
+  // last window.
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  AppDelegate delegate;  // outlives whatever may still call it
+  qt::MachineServices machine;
+  qt::NetworkSession session;
+  qt::ApplicationAdapter application;
+  qt::MainInterface interface(delegate);
+  application.setHelpMenu(interface.helpMenu());
+
+  platform::Services& services = machine.services();
+  services.application = &application;
+  services.urlSession = &session;
+  services.makeAlert = [&] {
+    return std::make_unique<qt::MessageAlert>(windowForAlerts(interface.window()), machine.mainQueue(),
+                                              [&] { return application.isTerminating(); });
+  };
+  services.makeSavePanel = [&] { return std::make_shared<qt::FileSavePanel>(&interface.window()); };
+  platform::installServices(&services);
+
+  const qt::CloseRequests closeRequests(interface.window());
+  qt::FirstPainting firstPainting(interface.window());
+  interface.show();
+  firstPainting.then([&] { delegate.applicationDidFinishLaunching(); });
+  const int status = application.isTerminating() ? 0 : QApplication::exec();
+  // A window may be closed before it is painted; a launch it was nevertheless.
+  firstPainting.waitNoLonger();
+  delegate.applicationWillTerminate();
+  // Nothing is unsaved, so the end needn't wait for a name that is being looked up.
+  if (!session.shutDown()) std::_Exit(status);
+  platform::installServices(nullptr);
+  return status;
+}
+
+}  // namespace pelmarix

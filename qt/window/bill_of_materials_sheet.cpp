@@ -1,0 +1,46 @@
+#include "qt/window/bill_of_materials_sheet.h"
+
+#include <QFontDatabase>
+#include <QShortcut>
+
+#include "ui_bill_of_materials_sheet.h"
+
+namespace pelmarix::qt {
+
+BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
+    : QDialog(window), ui_(std::make_unique<Ui::BillOfMaterialsSheet>()) {
+  ui_->setupUi(this);
+  setAttribute(Qt::WA_DeleteOnClose);
+  const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  ui_->listing->setFont(font);
+  ui_->listing->setTabStopDistance(8 * QFontMetricsF(font).horizontalAdvance(QLatin1Char(' ')));
+  resize(window->size() * 9 / 10);
+
+  text_ = std::make_unique<TextAdapter>(*ui_->listing);
+  controller_.outputTextbox = text_.get();
+  controller_.outputScrollView = &scroller_;
+  controller_.setDismisser([this](platform::ViewController&) { reject(); });
+  connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
+
+  ui_->findBar->setTarget(ui_->listing, ui_->listing);
+  connect(ui_->find, &QPushButton::clicked, ui_->findBar, &FindBar::open);
+  const auto onKeys = [this](const char* keys, auto operation) {
+    connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, ui_->findBar,
+            operation);
+  };
+  onKeys("Ctrl+F", &FindBar::open);
+  onKeys("Ctrl+G", &FindBar::findNext);
+  onKeys("Ctrl+Shift+G", &FindBar::findPrevious);
+  connect(ui_->listing, &PlainTextWidget::zoomRequested, ui_->listing,
+          [this](int steps) { ui_->listing->zoomIn(steps); });
+}
+
+BillOfMaterialsSheet::~BillOfMaterialsSheet() = default;
+
+void BillOfMaterialsSheet::present() {
+  controller_.viewDidLoad();
+  open();
+  controller_.viewDidAppear();
+}
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,36 @@
+// The sheet with one receipt's bill of materials.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+#include "platform/controls.h"
+#include "qt/widgets/control_adapters.h"
+#include "ui/bom_over_view_controller.h"
+
+namespace Ui {
+class BillOfMaterialsSheet;
+}
+
+namespace pelmarix::qt {
+
+/// Made anew for each opening; deletes itself once it is closed.
+class BillOfMaterialsSheet final : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit BillOfMaterialsSheet(QWidget* window);
+  ~BillOfMaterialsSheet() override;
+
+  ui::BoMoverViewController& controller() { return controller_; }
+  /// Loads the controller's view and shows the sheet over its window.
+  void present();
+
+ private:
+  std::unique_ptr<Ui::BillOfMaterialsSheet> ui_;
+  ui::BoMoverViewController controller_;
+  std::unique_ptr<TextAdapter> text_;
+  platform::ScrollView scroller_;
+};
+
+}  // namespace pelmarix::qt

@@ -1,0 +1,67 @@
+// The main window as the interface file describes it, and its wiring.
+#pragma once
+
+#include <QPointer>
+#include <memory>
+
+#include "app/app_delegate.h"
+#include "qt/widgets/control_adapters.h"
+#include "qt/widgets/outline_adapter.h"
+#include "qt/widgets/table_adapter.h"
+#include "qt/window/application_adapter.h"
+#include "qt/window/bill_of_materials_sheet.h"
+#include "qt/window/window_adapter.h"
+#include "ui/view_controller.h"
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace pelmarix::qt {
+
+class MainInterface final {
+ public:
+  /// Creates the window with its controller and connects outlets, actions, data sources, the segue to the
+  /// sheet, and the Help menu's items to `delegate`, which outlives the interface.
+  explicit MainInterface(AppDelegate& delegate);
+  ~MainInterface();
+  MainInterface(const MainInterface&) = delete;
+  MainInterface& operator=(const MainInterface&) = delete;
+
+  /// Lets the controller load and then appear, on a window that is seen from in between.
+  void show();
+
+  WindowWidget& window() { return window_; }
+  QMenu& helpMenu();
+  ui::ViewController& controller() { return controller_; }
+
+ private:
+  void connectOutlets();
+  void connectActions();
+  void connectMenus(AppDelegate& delegate);
+  void connectFinding();
+  /// The segue to the sheet.
+  void showBillOfMaterials();
+  void showAbout();
+  void changeFontSize(int steps);
+
+  WindowWidget window_;
+  std::unique_ptr<Ui::MainWindow> ui_;
+  ui::ViewController controller_;
+  WindowAdapter windowAdapter_;
+  std::unique_ptr<OutlineAdapter> outline_;
+  std::unique_ptr<TableAdapter> table_;
+  std::unique_ptr<TextAdapter> report_;
+  std::unique_ptr<CheckBoxAdapter> skip_;
+  std::unique_ptr<CheckBoxAdapter> newestLast_;
+  // Containers that the controller has outlets for and doesn't use.
+  platform::View historyPane_;
+  platform::View receiptsPane_;
+  platform::ScrollView reportScroller_;
+  platform::ClipView reportClip_;
+  QPointer<BillOfMaterialsSheet> sheet_;
+  /// The receiver of every signal. The first to go: a window tells of lost focus and the like as it ends.
+  QObject connections_;
+};
+
+}  // namespace pelmarix::qt

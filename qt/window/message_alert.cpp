@@ -1,0 +1,66 @@
+#include "qt/window/message_alert.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <utility>
+
+#include "qt/services/text_conversion.h"
+
+namespace pelmarix::qt {
+namespace {
+
+QMessageBox::Icon iconOf(platform::AlertStyle style) {
+  switch (style) {
+    case platform::AlertStyle::informational:
+      return QMessageBox::Information;
+    case platform::AlertStyle::critical:
+      return QMessageBox::Critical;
+    default:
+      return QMessageBox::Warning;
+  }
+}
+
+/// Texts can come from files and from the network: nothing in them is markup.
+void showPlainly(QMessageBox& box) {
+  for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+  if (auto* message = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+    QFont bold = message->font();
+    bold.setBold(true);
+    message->setFont(bold);
+  }
+}
+
+}  // namespace
+
+MessageAlert::MessageAlert(QWidget* parent, MainQueue& mainQueue, std::function<bool()> isTerminating)
+    : parent_(parent), mainQueue_(mainQueue), isTerminating_(std::move(isTerminating)) {}
+
+int MessageAlert::runModal() {
+  if (isTerminating_()) return platform::alertFirstButtonReturn;
+  // Not on the stack: a parent that goes while the box is up takes it along.
+  const QPointer<QMessageBox> box(new QMessageBox(parent_));
+  box->setWindowTitle(QStringLiteral("Pelmarix"));
+  box->setIcon(iconOf(style_));
+  box->setText(toQString(messageText_));
+  box->setInformativeText(toQString(informativeText_));
+  showPlainly(*box);
+  int answer = platform::alertFirstButtonReturn;
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    // All of one role: the box keeps their order.
+    const QString text = toQString(buttons_[i]).replace(QLatin1Char('&'), QLatin1String("&&"));
+    QPushButton* button = box->addButton(text, QMessageBox::ActionRole);
+    QObject::connect(button, &QPushButton::clicked,
+                     [&answer, i] { answer = platform::alertFirstButtonReturn + static_cast<int>(i); });
+    if (i != 0) continue;
+    box->setDefaultButton(button);
+    box->setEscapeButton(button);
+  }
+  const MainQueue::Pause pause(mainQueue_);
+  box->exec();
+  delete box;
+  return answer;
+}
+
+}  // namespace pelmarix::qt

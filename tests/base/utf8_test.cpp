@@ -1,0 +1,45 @@
+#include "base/utf8.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace pelmarix {
+namespace {
+
+TEST(IsValidUtf8, OfWellFormedTextOfEveryLength) {
+  for (const char* text :
+       {"", "a", "plain ASCII that is longer than eight bytes", "\u007F", "\u0080", "\u07FF", "\u0800",
+        "\uFFFD", "\U00010000", "\U0010FFFF", "1234567\u00E9\u20AC\U0001F600 and on and on"})
+    EXPECT_TRUE(isValidUtf8(text)) << text;
+  EXPECT_TRUE(isValidUtf8(std::string("a\0b", 3)));
+}
+
+TEST(IsValidUtf8, NotOfOverlongFormsSurrogatesAndWhatLiesAboveUnicode) {
+  for (const char* bytes :
+       {"\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xE0\x9F\xBF", "\xF0\x80\x80\x80", "\xF0\x8F\xBF\xBF",
+        "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"})
+    EXPECT_FALSE(isValidUtf8(bytes));
+}
+
+TEST(IsValidUtf8, NotOfStrayOrMissingContinuations) {
+  for (const char* bytes : {"\x80", "a\xBF", "\xC3", "\xC3\x28", "\xE2\x82", "\xE2\x28\xA1", "\xE2\x82\x28",
+                            "\xF0\x9F\x98", "\xF0\x9F\x98\x28", "12345678\xC3"})
+    EXPECT_FALSE(isValidUtf8(bytes));
+}
+
+TEST(FindNonAscii, FindsTheFirstAtEveryPlaceOfTextsOfEveryLength) {
+  for (std::size_t length = 0; length < 34; ++length) {
+    const std::string plain(length, '\x7F');
+    EXPECT_EQ(findNonAscii(plain.data(), plain.data() + length), plain.data() + length);
+    for (std::size_t place = 0; place < length; ++place) {
+      std::string text = plain;
+      text[place] = '\x80';
+      text[length - 1] = '\xFF';
+      EXPECT_EQ(findNonAscii(text.data(), text.data() + length), text.data() + place);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace pelmarix

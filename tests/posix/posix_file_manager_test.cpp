@@ -1,0 +1,344 @@
+#include "posix/posix_file_manager.h"
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "posix/file_contents.h"
+#include "tests/support/temporary_folder.h"
+
+namespace pelmarix::posix {
+namespace {
+
+using test::TemporaryFolder;
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+std::vector<std::string> entriesBelow(const std::string& path, Volume volume = {}) {
+  PosixFileManager files(std::move(volume));
+  const auto enumerator = files.enumeratorAtPath(path);
+  std::vector<std::string> entries;
+  if (enumerator == nullptr) return {"no enumerator"};
+  while (const auto entry = enumerator->nextObject()) entries.emplace_back(*entry);
+  return entries;
+}
+
+bool canRead(const std::string& path) {
+  PosixFileManager files{Volume()};
+  std::string contents;
+  return files.readFile(path, contents);
+}
+
+TEST(DirectoryEnumerator, YieldsFilesAndFoldersOfAllLevelsAndHiddenOnes) {
+  const TemporaryFolder folder;
+  folder.addFile("a.plist");
+  folder.addFile(".hidden");
+  folder.addFile("sub/.deep/b.plist");
+  folder.addFolder("empty");
+  const auto expected =
+      UnorderedElementsAre("a.plist", ".hidden", "sub", "sub/.deep", "sub/.deep/b.plist", "empty");
+  EXPECT_THAT(entriesBelow(folder.path()), expected);
+  EXPECT_THAT(entriesBelow(folder.path() + "/"), expected);
+}
+
+TEST(DirectoryEnumerator, YieldsAFolderRightBeforeWhatIsInIt) {
+  const TemporaryFolder folder;
+  folder.addFile("x/1");
+  folder.addFile("x/2");
+  folder.addFile("y/3");
+  EXPECT_THAT(entriesBelow(folder.path()),
+              AnyOf(ElementsAre("x", "x/1", "x/2", "y", "y/3"), ElementsAre("x", "x/2", "x/1", "y", "y/3"),
+                    ElementsAre("y", "y/3", "x", "x/1", "x/2"), ElementsAre("y", "y/3", "x", "x/2", "x/1")));
+}
+
+TEST(DirectoryEnumerator, YieldsNothingForAnEmptyFolder) {
+  const TemporaryFolder folder;
+  EXPECT_THAT(entriesBelow(folder.path()), IsEmpty());
+}
+
+TEST(DirectoryEnumerator, IsNoneForAFileAndForNothing) {
+  const TemporaryFolder folder;
+  EXPECT_THAT(entriesBelow(folder / "missing"), ElementsAre("no enumerator"));
+  EXPECT_THAT(entriesBelow(folder.addFile("file")), ElementsAre("no enumerator"));
+}
+
+TEST(DirectoryEnumerator, YieldsLinksAndNeverFollowsThem) {
+  const TemporaryFolder folder;
+  folder.addFile("real/a");
+  folder.addLink("to-folder", "real");
+  folder.addLink("to-file", "real/a");
+  folder.addLink("to-nothing", "nowhere");
+  folder.addLink("real/loop", "..");
+  EXPECT_THAT(entriesBelow(folder.path()),
+              UnorderedElementsAre("real", "real/a", "real/loop", "to-folder", "to-file", "to-nothing"));
+}
+
+TEST(DirectoryEnumerator, WalksAFolderThatALinkLeadsTo) {
+  const TemporaryFolder folder;
+  folder.addFile("real/a");
+  EXPECT_THAT(entriesBelow(folder.addLink("link", "real")), ElementsAre("a"));
+}
+
+TEST(DirectoryEnumerator, KeepsTheBytesOfNamesThatAreNotUtf8) {
+  const TemporaryFolder folder;
+  folder.addFile("\xFF\xFE/caf\xE9.plist");
+  folder.addFile("line\nbreak");
+  EXPECT_THAT(entriesBelow(folder.path()),
+              UnorderedElementsAre("\xFF\xFE", "\xFF\xFE/caf\xE9.plist", "line\nbreak"));
+}
+
+TEST(DirectoryEnumerator, LooksBelowTheVolume) {
+  const TemporaryFolder folder;
+  folder.addFile("System/Library/Receipts/a.plist");
+  EXPECT_THAT(entriesBelow("/System/Library/Receipts/", Volume(folder.path())), ElementsAre("a.plist"));
+}
+
+TEST(DirectoryEnumerator, YieldsAFolderThatVanishedOrBecameALinkAndGoesOn) {
+  const TemporaryFolder folder;
+  folder.addFile("elsewhere/secret");
+  folder.addFile("walked/a/inside");
+  folder.addFile("walked/b/inside");
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const std::string first(enumerator->nextObject().value());
+  const std::string second = first == "a" ? "b" : "a";
+  std::filesystem::remove_all(folder / "walked/a");
+  std::filesystem::remove_all(folder / "walked/b");
+  folder.addLink("walked/" + first, folder / "elsewhere");
+  EXPECT_EQ(enumerator->nextObject(), second);
+  EXPECT_EQ(enumerator->nextObject(), std::nullopt);
+  EXPECT_EQ(enumerator->nextObject(), std::nullopt);
+}
+
+TEST(DirectoryEnumerator, YieldsAFolderThatMayNotBeOpenedAndPassesItOver) {
+  const TemporaryFolder folder;
+  folder.addFile("closed/inside");
+  folder.addFile("open/inside");
+  chmod(folder.path().c_str(), 0755);
+  chmod((folder / "closed").c_str(), 0);
+  const std::string seen = test::withoutPrivileges([&] {
+    std::string all;
+    for (const auto& entry : entriesBelow(folder.path())) all += entry + " ";
+    for (const auto& entry : entriesBelow(folder / "closed")) all += entry;
+    return all;
+  });
+  EXPECT_THAT(seen, AnyOf("closed open open/inside no enumerator", "open open/inside closed no enumerator"));
+  chmod((folder / "closed").c_str(), 0755);
+}
+
+TEST(DirectoryEnumerator, WalksFiveThousandLevelsWithFewDescriptors) {
+  const TemporaryFolder folder;
+  constexpr int levels = 5000;
+  // Made and removed step by step: the whole path is longer than the system takes.
+  const std::string result = test::inChild([&]() -> std::string {
+    const rlimit few = {16, 16};
+    if (setrlimit(RLIMIT_NOFILE, &few) != 0) return "no limit set";
+    if (chdir(folder.path().c_str()) != 0) return "no folder";
+    for (int level = 0; level < levels; ++level)
+      if (mkdir("d", 0755) != 0 || chdir("d") != 0) return "no level";
+    close(creat("x.plist", 0644));
+
+    PosixFileManager files{Volume()};
+    const auto enumerator = files.enumeratorAtPath(folder.path());
+    std::string last;
+    int count = 0;
+    for (; const auto entry = enumerator->nextObject(); ++count) last = *entry;
+    std::string contents;
+    const bool isRead = files.readFile(folder / last, contents);
+    const bool ended = !enumerator->nextObject().has_value();
+
+    unlink("x.plist");
+    for (int level = 0; level < levels; ++level)
+      if (chdir("..") != 0 || rmdir("d") != 0) return "not removed";
+    return std::to_string(count) + " " + std::to_string(last.size()) + (isRead ? " read" : " not read") +
+           (ended ? " ended" : " not ended");
+  });
+  EXPECT_EQ(result, std::to_string(levels + 1) + " " + std::to_string(2 * levels + 7) + " read ended");
+}
+
+TEST(DirectoryEnumerator, ReadsAllTheBytesOfWhatItYielded) {
+  const TemporaryFolder folder;
+  // Around the size that one call reads, some with a folder of their own.
+  std::map<std::string, std::string> contents;
+  for (const std::size_t size : {0U, 1U, 4096U, 16383U, 16384U, 16385U, 32768U, 100'000U}) {
+    std::string bytes(size, 'x');
+    if (size > 0) bytes.back() = '\0';
+    const std::string name = std::to_string(size);
+    folder.addFile(contents.emplace(size % 2 == 0 ? name : "odd/" + name, bytes).first->first, bytes);
+  }
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder.path());
+  std::map<std::string, std::string> read;
+  while (const auto entry = enumerator->nextObject()) {
+    const std::string name(*entry);
+    const auto bytes = enumerator->readFile();
+    ASSERT_EQ(bytes.has_value(), name != "odd") << name;
+    if (bytes) read.emplace(name, *bytes);
+  }
+  EXPECT_EQ(read, contents);
+}
+
+TEST(DirectoryEnumerator, ReadsEachFileOfATreeUnderItsOwnName) {
+  const TemporaryFolder folder;
+  std::map<std::string, std::string> contents;
+  // Files and folders side by side on every level, names of one character and long ones.
+  const std::vector<std::string> folders = {
+      "", "d/", "d/e/", "d/e/f/", "d/g/", "a folder with a long name/", "a folder with a long name/d/", "h/"};
+  for (const std::string& parent : folders)
+    for (const char* name : {"a", "m", "z", "a file with a long name"})
+      folder.addFile(contents.emplace(parent + name, parent + name).first->first, parent + name);
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder.path());
+  std::map<std::string, std::string> read;
+  std::size_t count = 0;
+  for (; const auto entry = enumerator->nextObject(); ++count) {
+    const std::string name(*entry);
+    if (const auto bytes = enumerator->readFile()) read.emplace(name, *bytes);
+  }
+  EXPECT_EQ(read, contents);
+  EXPECT_EQ(count, contents.size() + folders.size() - 1);
+}
+
+TEST(ReadingAFile, GivesAllItsBytesAndReplacesWhatWasThere) {
+  const TemporaryFolder folder;
+  PosixFileManager files{Volume()};
+  std::string contents = "what an earlier and longer file held";
+  using namespace std::string_literals;
+  EXPECT_TRUE(files.readFile(folder.addFile("a", "a\0b\n"s), contents));
+  EXPECT_EQ(contents, "a\0b\n"s);
+  EXPECT_TRUE(files.readFile(folder.addFile("empty"), contents));
+  EXPECT_EQ(contents, "");
+  const std::string large(5'000'001, 'x');
+  EXPECT_TRUE(files.readFile(folder.addFile("large", large), contents));
+  EXPECT_EQ(contents, large);
+}
+
+TEST(ReadingAFile, KeepsTheCapacityForTheNextOne) {
+  const TemporaryFolder folder;
+  PosixFileManager files{Volume()};
+  std::string contents;
+  contents.reserve(100'000);
+  const char* const bytes = contents.data();
+  EXPECT_TRUE(files.readFile(folder.addFile("a", "abc"), contents));
+  EXPECT_FALSE(files.readFile(folder / "missing", contents));
+  EXPECT_EQ(contents, "");
+  EXPECT_TRUE(files.readFile(folder.addFile("b", std::string(90'000, 'b')), contents));
+  EXPECT_EQ(contents.data(), bytes);
+}
+
+TEST(ReadingAFile, LooksBelowTheVolume) {
+  const TemporaryFolder folder;
+  folder.addFile("Library/Receipts/InstallHistory.plist", "history");
+  PosixFileManager files{Volume(folder.path())};
+  std::string contents;
+  EXPECT_TRUE(files.readFile("/Library/Receipts/InstallHistory.plist", contents));
+  EXPECT_EQ(contents, "history");
+}
+
+TEST(ReadingAFile, FollowsALinkToAFile) {
+  const TemporaryFolder folder;
+  folder.addFile("real", "contents");
+  EXPECT_TRUE(canRead(folder.addLink("link", "real")));
+}
+
+TEST(ReadingAFile, FailsForWhatIsMissing) {
+  const TemporaryFolder folder;
+  EXPECT_FALSE(canRead(folder / "missing"));
+  EXPECT_FALSE(canRead(folder.addFile("file") + "/below"));
+  EXPECT_FALSE(canRead(folder.addLink("dangling", "nowhere")));
+  EXPECT_FALSE(canRead(folder.addLink("loop", "loop")));
+  EXPECT_FALSE(canRead(""));
+}
+
+TEST(ReadingAFile, FailsForAFolder) {
+  const TemporaryFolder folder;
+  EXPECT_FALSE(canRead(folder.addFolder("f.plist")));
+  EXPECT_FALSE(canRead(folder.addLink("link", "f.plist")));
+}
+
+TEST(ReadingAFile, FailsForAFifoWithoutWaitingForAWriter) {
+  const TemporaryFolder folder;
+  EXPECT_FALSE(canRead(folder.addFifo("x.plist")));
+}
+
+TEST(ReadingAFile, FailsForADeviceEvenOneWithoutAnEnd) {
+  EXPECT_FALSE(canRead("/dev/null"));
+  EXPECT_FALSE(canRead("/dev/zero"));
+  const TemporaryFolder folder;
+  EXPECT_FALSE(canRead(folder.addLink("x.plist", "/dev/zero")));
+}
+
+TEST(ReadingAFile, FailsForASocket) {
+  const TemporaryFolder folder;
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  (folder / "x.plist").copy(address.sun_path, sizeof address.sun_path - 1);
+  const int socketDescriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_EQ(bind(socketDescriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  EXPECT_FALSE(canRead(folder / "x.plist"));
+  close(socketDescriptor);
+}
+
+TEST(ReadingAFile, FailsWithoutPermission) {
+  const TemporaryFolder folder;
+  chmod(folder.path().c_str(), 0755);
+  const std::string file = folder.addFile("x.plist", "contents");
+  const auto outcome = [&] { return std::string(canRead(file) ? "read" : "refused"); };
+  EXPECT_EQ(test::withoutPrivileges(outcome), "read");
+  chmod(file.c_str(), 0);
+  EXPECT_EQ(test::withoutPrivileges(outcome), "refused");
+}
+
+TEST(ReadingAFile, FailsForOneWithAHoleOfATerabyte) {
+  const TemporaryFolder folder;
+  const std::string file = folder.addFile("x.plist");
+  std::filesystem::resize_file(file, std::uintmax_t{1} << 40U);
+  EXPECT_FALSE(canRead(file));
+  std::filesystem::resize_file(file, maximumFileSize + 1);
+  EXPECT_FALSE(canRead(file));
+}
+
+TEST(ReadingAFile, FailsWhenThereIsNoMemoryForIt) {
+  const TemporaryFolder folder;
+  const std::string file = folder.addFile("x.plist");
+  std::filesystem::resize_file(file, maximumFileSize);
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  // The sanitizers' allocators end the process where the real one reports.
+  EXPECT_FALSE(canRead(file + ".missing"));
+#else
+  const std::string outcome = test::inChild([&]() -> std::string {
+    const rlimit little = {maximumFileSize / 2, maximumFileSize / 2};
+    if (setrlimit(RLIMIT_AS, &little) != 0) return "no limit set";
+    return canRead(file) ? "read" : "refused";
+  });
+  EXPECT_EQ(outcome, "refused");
+#endif
+}
+
+TEST(ReadingAFile, ReadsOneWhoseSizeIsNotToldToItsEnd) {
+  PosixFileManager files{Volume()};
+  std::string contents;
+  EXPECT_TRUE(files.readFile("/proc/self/status", contents));
+  EXPECT_THAT(contents, testing::StartsWith("Name:"));
+  EXPECT_THAT(contents, testing::EndsWith("\n"));
+}
+
+TEST(ReadingAFile, LeavesNoDescriptorOpen) {
+  const TemporaryFolder folder;
+  const std::string file = folder.addFile("a", "a");
+  const std::string fifo = folder.addFifo("b");
+  const auto count = [] { return entriesBelow("/proc/self/fd").size(); };
+  const auto before = count();
+  for (int round = 0; round < 10; ++round) {
+    EXPECT_TRUE(canRead(file));
+    EXPECT_FALSE(canRead(fifo));
+    EXPECT_EQ(entriesBelow(folder.path()).size(), 2U);
+  }
+  EXPECT_EQ(count(), before);
+}
+
+}  // namespace
+}  // namespace pelmarix::posix

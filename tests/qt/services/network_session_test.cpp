@@ -1,0 +1,332 @@
+#include "qt/services/network_session.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkProxy>
+#include <QProcess>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QTemporaryDir>
+#include <future>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace pelmarix::qt {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// What a completion handler was given.
+struct Answer {
+  std::optional<std::string> body;
+  std::optional<int> status;
+  std::optional<std::string> mimeType;
+  std::optional<std::string> error;
+  std::thread::id thread;
+};
+
+/// Tells whether an answer is one that the program goes on with, and why not.
+testing::AssertionResult isBody(const Answer& answer) {
+  if (answer.error) return testing::AssertionFailure() << "error: " << *answer.error;
+  if (!answer.body || !answer.status) return testing::AssertionFailure() << "no body or no status";
+  return testing::AssertionSuccess();
+}
+
+testing::AssertionResult isError(const Answer& answer) {
+  if (!answer.error) return testing::AssertionFailure() << "no error, status " << answer.status.value_or(0);
+  if (answer.error->empty() || answer.body) return testing::AssertionFailure() << "an empty error or a body";
+  return testing::AssertionSuccess();
+}
+
+/// The loopback's own HTTPS server and, as the only authority that is trusted, the one that it made.
+class TestServer {
+ public:
+  TestServer() {
+    process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process_.start(PELMARIX_PYTHON, {PELMARIX_HTTPS_SERVER, folder_.path()});
+    while (!process_.canReadLine() && process_.waitForReadyRead()) {
+    }
+    addresses_ = QJsonDocument::fromJson(process_.readLine()).object();
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setCaCertificates(QSslCertificate::fromPath(addresses_["authority"].toString()));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+  }
+  ~TestServer() {
+    process_.closeWriteChannel();
+    process_.waitForFinished();
+  }
+  TestServer(const TestServer&) = delete;
+  TestServer& operator=(const TestServer&) = delete;
+
+  platform::URL address(const char* name, const std::string& path) const {
+    return platform::URL::fromString(addresses_[QLatin1String(name)].toString().toStdString() + path).value();
+  }
+
+ private:
+  QTemporaryDir folder_;
+  QProcess process_;
+  QJsonObject addresses_;
+};
+
+class NetworkSessionTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { server = std::make_unique<TestServer>(); }
+  static void TearDownTestSuite() { server.reset(); }
+
+  /// One request to the server of that name, with a session of its own that is gone when this returns.
+  static Answer get(const std::string& path, const char* name = "good",
+                    std::chrono::milliseconds timeout = 20s) {
+    std::vector<Answer> answers;
+    std::promise<void> answered;
+    std::optional<NetworkSession> session(timeout);
+    session
+        ->dataTaskWithURLCompletionHandler(
+            server->address(name, path),
+            [&](std::optional<std::string> body, const std::shared_ptr<const platform::URLResponse>& response,
+                std::optional<std::string> error) {
+              const auto http = std::dynamic_pointer_cast<const platform::HTTPURLResponse>(response);
+              answers.push_back({std::move(body), http ? std::optional(http->statusCode()) : std::nullopt,
+                                 http ? http->mimeType() : std::nullopt, std::move(error),
+                                 std::this_thread::get_id()});
+              if (answers.size() == 1) answered.set_value();
+            })
+        ->resume();
+    EXPECT_EQ(answered.get_future().wait_for(60s), std::future_status::ready) << path;
+    session.reset();
+    EXPECT_EQ(answers.size(), 1u) << path;
+    return answers.empty() ? Answer{} : answers.front();
+  }
+
+  static inline std::unique_ptr<TestServer> server;
+};
+
+TEST_F(NetworkSessionTest, HandsOverWhatTheServerAnsweredOnAThreadOfItsOwn) {
+  const Answer answer = get("list");
+  ASSERT_TRUE(isBody(answer));
+  EXPECT_TRUE(answer.body->starts_with("<?xml version"));
+  EXPECT_TRUE(answer.body->ends_with("</array></plist>\n"));
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_EQ(answer.mimeType, "text/xml");
+  EXPECT_NE(answer.thread, std::this_thread::get_id());
+}
+
+TEST_F(NetworkSessionTest, SendsNothingBeforeTheTaskIsResumedNorWhenItIsDropped) {
+  int calls = 0;
+  {
+    NetworkSession session;
+    const auto task = session.dataTaskWithURLCompletionHandler(server->address("good", "list?dropped"),
+                                                               [&](auto&&...) { ++calls; });
+  }
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(get("count/list?dropped").body, "0");
+}
+
+TEST_F(NetworkSessionTest, SendsOneRequestHoweverOftenTheTaskIsResumed) {
+  const std::string path = "list?once";
+  std::promise<void> answered;
+  NetworkSession session;
+  const auto task = session.dataTaskWithURLCompletionHandler(server->address("good", path),
+                                                             [&](auto&&...) { answered.set_value(); });
+  task->resume();
+  task->resume();
+  ASSERT_EQ(answered.get_future().wait_for(60s), std::future_status::ready);
+  EXPECT_EQ(get("count/" + path).body, "1");
+}
+
+// Who the server is.
+
+TEST_F(NetworkSessionTest, TrustsNoServerWithACertificateForAnotherName) {
+  const Answer answer = get("list", "wrong-name");
+  EXPECT_TRUE(isError(answer));
+  EXPECT_FALSE(answer.status);
+}
+
+TEST_F(NetworkSessionTest, TrustsNoServerWithAnExpiredCertificate) {
+  EXPECT_TRUE(isError(get("list", "expired")));
+}
+
+TEST_F(NetworkSessionTest, TrustsNoServerWithACertificateOfItsOwn) {
+  EXPECT_TRUE(isError(get("list", "self-signed")));
+}
+
+// Redirects.
+
+TEST_F(NetworkSessionTest, FollowsFiveRedirectsAndNoMore) {
+  EXPECT_TRUE(isBody(get("redirect/1")));
+  const Answer answer = get("redirect/5");
+  ASSERT_TRUE(isBody(answer));
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_TRUE(answer.body->starts_with("<?xml"));
+  EXPECT_TRUE(isError(get("redirect/6")));
+}
+
+TEST_F(NetworkSessionTest, EndsARedirectInALoop) { EXPECT_TRUE(isError(get("loop"))); }
+
+TEST_F(NetworkSessionTest, FollowsNoRedirectToAnUnprotectedAddress) {
+  EXPECT_TRUE(isError(get("to-http")));
+  EXPECT_EQ(get("count/list?unprotected").body, "0");
+}
+
+TEST_F(NetworkSessionTest, TrustsTheServerThatARedirectLeadsToNoMoreThanAnyOther) {
+  EXPECT_TRUE(isError(get("to-wrong-name")));
+}
+
+// Answers of all kinds.
+
+TEST_F(NetworkSessionTest, HandsOverEveryStatusAsAnAnswer) {
+  for (const int status : {200, 203, 204, 300, 304, 400, 401, 403, 404, 410, 418, 500, 503}) {
+    const Answer answer = get("status/" + std::to_string(status));
+    EXPECT_TRUE(isBody(answer)) << status;
+    EXPECT_EQ(answer.status, status);
+  }
+}
+
+TEST_F(NetworkSessionTest, HandsOverAnEmptyBodyWhereThereIsNone) {
+  EXPECT_EQ(get("status/204").body, "");
+  EXPECT_EQ(get("bytes/0").body, "");
+}
+
+TEST_F(NetworkSessionTest, GivesTheMediaTypeInTheServersLettersWithoutParameters) {
+  for (const auto& [sent, given] : std::vector<std::pair<std::string, std::string>>{
+           {"text/plain", "text/plain"},
+           {"application/octet-stream", "application/octet-stream"},
+           {"TEXT/XML", "TEXT/XML"},
+           {"text/xml;charset=utf-8", "text/xml"},
+           {"text/xml%20;%20charset=%22utf-8%22;%20x=y", "text/xml"}})
+    EXPECT_EQ(get("type/" + sent).mimeType, given);
+}
+
+TEST_F(NetworkSessionTest, GivesNoMediaTypeWhereThereIsNone) {
+  EXPECT_EQ(get("type").mimeType, std::nullopt);
+  EXPECT_EQ(get("type/;charset=utf-8").mimeType, std::nullopt);
+}
+
+TEST_F(NetworkSessionTest, ShowsACaptivePortalsPageForWhatItIs) {
+  const Answer answer = get("portal");
+  EXPECT_TRUE(isBody(answer));
+  EXPECT_EQ(answer.mimeType, "text/html");
+}
+
+TEST_F(NetworkSessionTest, UnpacksACompressedBody) {
+  const Answer answer = get("gzip");
+  ASSERT_TRUE(isBody(answer));
+  EXPECT_EQ(answer.body, get("list").body);
+}
+
+// What goes wrong under way.
+
+TEST_F(NetworkSessionTest, HandsOverWhatThereIsOfACompressedBodyThatIsCut) {
+  const Answer answer = get("gzip-cut");
+  ASSERT_TRUE(isBody(answer));
+  const std::string whole = *get("list").body;
+  EXPECT_LT(answer.body->size(), whole.size());
+  EXPECT_EQ(*answer.body, whole.substr(0, answer.body->size()));
+}
+
+TEST_F(NetworkSessionTest, TakesABodyShorterThanAnnouncedAsAnError) { EXPECT_TRUE(isError(get("short"))); }
+
+TEST_F(NetworkSessionTest, EndsWhenNothingComesForTheTimeout) {
+  EXPECT_TRUE(isError(get("silent", "good", 300ms)));
+  EXPECT_TRUE(isError(get("stuck", "good", 300ms)));
+  EXPECT_TRUE(isError(get("list", "mute", 300ms)));
+  EXPECT_TRUE(isError(get("drip/3000/2", "good", 300ms)));
+}
+
+TEST_F(NetworkSessionTest, WaitsForAsLongAsSomethingComesWithinTheTimeout) {
+  QElapsedTimer timer;
+  timer.start();
+  const Answer answer = get("drip/100/30", "good", 2s);
+  ASSERT_TRUE(isBody(answer));
+  EXPECT_EQ(answer.body, get("list").body);
+  EXPECT_GT(timer.elapsed(), 2000);
+}
+
+TEST_F(NetworkSessionTest, TakesABodyAboveTheBoundAsAnError) {
+  const Answer largest = get("bytes/" + std::to_string(maximumBodySize));
+  ASSERT_TRUE(isBody(largest));
+  EXPECT_EQ(largest.body->size(), maximumBodySize);
+  EXPECT_TRUE(isError(get("bytes/" + std::to_string(maximumBodySize + 1))));
+}
+
+TEST_F(NetworkSessionTest, DoesNotTakeTheMemoryThatAHugeBodyWould) {
+  const auto peakInKilobytes = [] {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+  };
+  const long before = peakInKilobytes();
+  EXPECT_TRUE(isError(get("bytes/" + std::to_string(400 << 20))));
+  EXPECT_TRUE(isError(get("gzip-bomb")));
+  EXPECT_LT(peakInKilobytes() - before, 200 << 10);
+}
+
+TEST_F(NetworkSessionTest, ReportsAServerThatIsNotThere) {
+  NetworkSession session;
+  std::promise<bool> failed;
+  session
+      .dataTaskWithURLCompletionHandler(*platform::URL::fromString("https://localhost:1/list"),
+                                        [&](const auto& body, const auto& response, const auto& error) {
+                                          failed.set_value(error && !body && !response);
+                                        })
+      ->resume();
+  EXPECT_TRUE(failed.get_future().get());
+  EXPECT_TRUE(session.shutDown());
+}
+
+// Leaving. The sanitizers see to it that nothing is left behind.
+
+TEST_F(NetworkSessionTest, CallsNoHandlerOnceItIsShutDown) {
+  for (const auto& [name, path] : std::vector<std::pair<const char*, std::string>>{
+           {"good", "silent"}, {"good", "stuck"}, {"mute", ""}, {"good", "list"}}) {
+    std::atomic<int> calls = 0;
+    NetworkSession session;
+    session.dataTaskWithURLCompletionHandler(server->address(name, path), [&](auto&&...) { ++calls; })
+        ->resume();
+    static_cast<void>(session.shutDown());
+    const int callsBefore = calls;
+    session.dataTaskWithURLCompletionHandler(server->address(name, path), [&](auto&&...) { ++calls; });
+    EXPECT_EQ(calls, callsBefore);
+  }
+}
+
+TEST_F(NetworkSessionTest, TellsAtTheEndWhetherALookUpMayBeRunning) {
+  const auto endsIdleAfter = [](const char* name, const std::string& path) {
+    NetworkSession session(1s);
+    std::promise<void> answered;
+    session
+        .dataTaskWithURLCompletionHandler(server->address(name, path),
+                                          [&](auto&&...) { answered.set_value(); })
+        ->resume();
+    answered.get_future().wait();
+    return session.shutDown();
+  };
+  EXPECT_TRUE(NetworkSession().shutDown());
+  EXPECT_TRUE(endsIdleAfter("good", "list"));
+  EXPECT_TRUE(endsIdleAfter("good", "stuck"));
+  EXPECT_TRUE(endsIdleAfter("expired", "list"));
+  EXPECT_FALSE(endsIdleAfter("mute", "")) << "the time may have run out during the look-up";
+}
+
+TEST_F(NetworkSessionTest, ShutsDownAtAnyMomentOfARequest) {
+  for (int pause = 0; pause < 40; ++pause) {
+    NetworkSession session;
+    session.dataTaskWithURLCompletionHandler(server->address("good", "drip/1/20"), [](auto&&...) {})
+        ->resume();
+    std::this_thread::sleep_for(std::chrono::milliseconds(pause));
+    QElapsedTimer timer;
+    timer.start();
+    static_cast<void>(session.shutDown());
+    EXPECT_LT(timer.elapsed(), 1000);
+  }
+}
+
+}  // namespace
+}  // namespace pelmarix::qt

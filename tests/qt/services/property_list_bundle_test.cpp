@@ -1,0 +1,49 @@
+#include "qt/services/property_list_bundle.h"
+
+#include <gtest/gtest.h>
+
+#include <any>
+#include <string>
+
+namespace pelmarix::qt {
+namespace {
+
+std::string text(const platform::InfoDictionary& dictionary, const std::string& key) {
+  const auto found = dictionary.find(key);
+  if (found == dictionary.end()) return "missing";
+  const auto* value = std::any_cast<std::string>(&found->second);
+  return value == nullptr ? "no text" : *value;
+}
+
+TEST(PropertyListBundle, TellsTheProgramsNameAndVersion) {
+  const auto dictionary = PropertyListBundle().infoDictionary();
+  ASSERT_TRUE(dictionary.has_value());
+  EXPECT_EQ(text(*dictionary, "CFBundleShortVersionString"), PELMARIX_VERSION);
+  EXPECT_EQ(text(*dictionary, "CFBundleName"), "Pelmarix");
+  EXPECT_EQ(text(*dictionary, "NSHighResolutionCapable"), "no text");
+}
+
+TEST(PropertyListBundle, HasNoDictionaryWhereThereIsNone) {
+  EXPECT_FALSE(PropertyListBundle("").infoDictionary().has_value());
+  EXPECT_FALSE(PropertyListBundle("<plist><array/></plist>").infoDictionary().has_value());
+}
+
+TEST(PropertyListBundle, HasAnEmptyDictionaryWhereItIsEmpty) {
+  const auto dictionary = PropertyListBundle("<plist><dict/></plist>").infoDictionary();
+  ASSERT_TRUE(dictionary.has_value());
+  EXPECT_TRUE(dictionary->empty());
+}
+
+TEST(PropertyListBundle, HoldsTextsAndTellsOtherValuesApartFromThem) {
+  const auto dictionary = PropertyListBundle(
+                              "<plist><dict><key>a</key><string>x</string><key>b</key><integer>1</integer>"
+                              "<key>a</key><string>last</string></dict></plist>")
+                              .infoDictionary();
+  ASSERT_TRUE(dictionary.has_value());
+  EXPECT_EQ(text(*dictionary, "a"), "last");
+  EXPECT_EQ(text(*dictionary, "b"), "no text");
+  EXPECT_EQ(text(*dictionary, "c"), "missing");
+}
+
+}  // namespace
+}  // namespace pelmarix::qt

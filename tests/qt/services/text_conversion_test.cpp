@@ -1,0 +1,59 @@
+#include "qt/services/text_conversion.h"
+
+#include <gtest/gtest.h>
+
+namespace pelmarix::qt {
+namespace {
+
+TEST(TextConversion, KeepsEveryLetterBothWays) {
+  const std::string text = "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x92\xBE";
+  EXPECT_EQ(toQString(text), QString::fromUtf16(u"caf\u00e9 \u20ac \U0001F4BE"));
+  EXPECT_EQ(toUtf8(toQString(text)), text);
+}
+
+TEST(TextConversion, KeepsNulAndByteOrderMarks) {
+  using namespace std::string_literals;
+  const std::string mark = "\xEF\xBB\xBF";
+  for (const std::string& text : {mark, mark + "a\0b"s, mark + mark + "a", "a" + mark, mark + "\xC3\xA9"}) {
+    EXPECT_EQ(toUtf8(toQString(text)), text);
+    EXPECT_EQ(toQString(text).count(QChar(QChar::ByteOrderMark)), text.starts_with(mark + mark) ? 2 : 1);
+  }
+}
+
+TEST(TextConversion, ReplacesBytesThatAreNotUtf8) {
+  EXPECT_EQ(toUtf8(toQString("a\xFF"
+                             "b")),
+            "a\xEF\xBF\xBD"
+            "b");
+  EXPECT_EQ(toUtf8(toQString("cut \xC3")), "cut \xEF\xBF\xBD");
+  EXPECT_EQ(toUtf8(toQString("")), "");
+}
+
+TEST(TextConversion, ReplacesALoneSurrogateByAQuestionMark) {
+  EXPECT_EQ(toUtf8(QString(QChar(0xD800)) + QChar(u'x')), "?x");
+}
+
+TEST(TextConversion, KeepsFileNamesInUtf8) {
+  EXPECT_EQ(toFileName(toQString("/tmp/caf\xC3\xA9.txt")), "/tmp/caf\xC3\xA9.txt");
+}
+
+TEST(ComposedForm, JoinsALetterAndItsAccent) {
+  EXPECT_EQ(composedForm("macOS Sierra U\xCC\x88"), "macOS Sierra \xC3\x9C");
+  EXPECT_EQ(composedForm("\xC3\x9C"), "\xC3\x9C");
+}
+
+TEST(ComposedForm, MakesTheKelvinSignTheLetterK) {
+  EXPECT_EQ(composedForm("Incompatible \xE2\x84\xAA"
+                         "ernel"),
+            "Incompatible Kernel");
+}
+
+TEST(ComposedForm, LeavesAsciiAndCompatibilityLettersAlone) {
+  EXPECT_EQ(composedForm("MRTConfigData"), "MRTConfigData");
+  EXPECT_EQ(composedForm("\xEF\xAC\x81"), "\xEF\xAC\x81");
+}
+
+TEST(ComposedForm, ReplacesBytesThatAreNotUtf8) { EXPECT_EQ(composedForm("\x80"), "\xEF\xBF\xBD"); }
+
+}  // namespace
+}  // namespace pelmarix::qt

@@ -1,0 +1,98 @@
+#include "qt/widgets/control_adapters.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace pelmarix::test {
+namespace {
+
+class TextAdapter : public testing::Test {
+ protected:
+  double sizeFor(double pointSize) {
+    text.textStorage()->setAttributedString(
+        {platform::shareText("x"), platform::Color::text, platform::SystemFont{pointSize}});
+    return widget.font().pointSizeF();
+  }
+
+  qt::PlainTextWidget widget;
+  qt::TextAdapter text{widget};
+};
+
+TEST_F(TextAdapter, HoldsWhatWasPutIn) {
+  EXPECT_EQ(*text.string(), "");
+  const platform::SharedText report = platform::shareText("\n\nreport\r\n");
+  text.textStorage()->setAttributedString({report, platform::Color::text, platform::SystemFont{12}});
+  EXPECT_EQ(text.string(), report);
+}
+
+TEST_F(TextAdapter, DrawsInTheSystemFontAtThatSize) {
+  const QString family = widget.font().family();
+  EXPECT_EQ(sizeFor(15.0), 15.0);
+  EXPECT_EQ(sizeFor(30.0), 30.0);
+  EXPECT_EQ(widget.font().family(), family);
+}
+
+TEST_F(TextAdapter, DrawsASizeThatNoFontHasInTheNearestOne) {
+  EXPECT_EQ(sizeFor(1e300), 500.0);
+  EXPECT_EQ(sizeFor(std::numeric_limits<double>::infinity()), 500.0);
+  EXPECT_EQ(sizeFor(11.0), 11.0);
+  EXPECT_EQ(sizeFor(std::nan("")), 11.0) << "what is no size leaves the one before";
+}
+
+TEST_F(TextAdapter, LeavesTheFontToTheWidgetWhereNoneIsGiven) {
+  QFont font = widget.font();
+  font.setPointSizeF(17);
+  widget.setFont(font);
+  text.textStorage()->setAttributedString({platform::shareText("x"), platform::Color::text, std::nullopt});
+  EXPECT_EQ(widget.font().pointSizeF(), 17.0);
+}
+
+TEST_F(TextAdapter, OnlyRestylesTheTextThatIsShownAlready) {
+  text.textStorage()->setAttributedString(
+      {platform::shareText("report"), platform::Color::text, platform::SystemFont{12}});
+  const QSignalSpy changed(&widget, &QPlainTextEdit::textChanged);
+  text.textStorage()->setAttributedString({text.string(), platform::Color::text, platform::SystemFont{13}});
+  EXPECT_EQ(changed.count(), 0);
+  EXPECT_EQ(widget.font().pointSizeF(), 13.0);
+}
+
+TEST(CheckBoxAdapter, HasTheStatesOfTheCheckBox) {
+  QCheckBox widget;
+  qt::CheckBoxAdapter box(widget);
+  EXPECT_EQ(box.state(), platform::stateOff);
+  widget.click();
+  EXPECT_EQ(box.state(), platform::stateOn);
+  for (const int state : {platform::stateOff, platform::stateMixed, platform::stateOn}) {
+    box.setState(state);
+    EXPECT_EQ(box.state(), state);
+  }
+}
+
+TEST(CheckBoxAdapter, SendsItsActionWhenTheUserChangesTheState) {
+  QCheckBox widget;
+  qt::CheckBoxAdapter box(widget);
+  std::vector<int> states;
+  box.setAction(&widget, [&] { states.push_back(box.state()); });
+  widget.click();
+  EXPECT_EQ(states, std::vector{platform::stateOn});
+  QAccessibleInterface* screenReader = QAccessible::queryAccessibleInterface(&widget);
+  screenReader->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(states, (std::vector{platform::stateOn, platform::stateOff}));
+}
+
+TEST(CheckBoxAdapter, SendsNoActionWhenTheProgramSetsTheState) {
+  QCheckBox widget;
+  qt::CheckBoxAdapter box(widget);
+  bool isSent = false;
+  box.setAction(&widget, [&] { isSent = true; });
+  for (const int state : {platform::stateOn, platform::stateMixed, platform::stateOff}) box.setState(state);
+  EXPECT_FALSE(isSent);
+}
+
+}  // namespace
+}  // namespace pelmarix::test

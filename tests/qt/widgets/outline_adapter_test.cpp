@@ -1,0 +1,199 @@
+#include "qt/widgets/outline_adapter.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+#include <QScrollBar>
+#include <QTest>
+
+#include "tests/qt/widgets/tree_fixture.h"
+
+namespace pelmarix::test {
+namespace {
+
+using testing::ElementsAre;
+
+class OutlineAdapter : public OutlineOfATree {
+ protected:
+  void doubleClick(const QModelIndex& index) {
+    const QPoint place = widget.visualRect(index).center();
+    QTest::mouseClick(widget.viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(widget.viewport(), Qt::LeftButton, {}, place);
+  }
+};
+
+TEST_F(OutlineAdapter, MakesTheCellsOfItsTemplatesOnly) {
+  EXPECT_NE(dynamic_cast<platform::TableCellView*>(outline.makeViewWithIdentifier("NameCell")), nullptr);
+  EXPECT_EQ(outline.makeViewWithIdentifier("VersionCell"), nullptr);
+}
+
+TEST_F(OutlineAdapter, StartsACellWithAnEmptyText) {
+  tree.groups.front()->name.clear();
+  reload();
+  EXPECT_EQ(text(group(2)), "Catalina");
+  EXPECT_EQ(text(group(0)), "");
+}
+
+TEST_F(OutlineAdapter, FindsTheItemOfEachRowThatIsShown) {
+  outline.expandItem(mojave.get());
+  outline.expandItem(catalina.get());
+  const std::vector<platform::Object*> rows{mojave.get(),
+                                            mojave->children[0].get(),
+                                            mojave->children[1].get(),
+                                            mojave->children[2].get(),
+                                            empty.get(),
+                                            catalina.get(),
+                                            catalina->children[0].get(),
+                                            catalina->children[1].get()};
+  for (std::ptrdiff_t row = 0; row < std::ssize(rows); ++row)
+    EXPECT_EQ(outline.itemAtRow(row), rows[static_cast<std::size_t>(row)]) << row;
+  EXPECT_EQ(outline.itemAtRow(8), nullptr);
+  EXPECT_EQ(outline.itemAtRow(-1), nullptr);
+  outline.collapseItem(mojave.get());
+  EXPECT_EQ(outline.itemAtRow(2), catalina.get());
+}
+
+TEST_F(OutlineAdapter, TellsTheActionWhichRowWasDoubleClicked) {
+  std::vector<std::ptrdiff_t> clicked;
+  outline.setDoubleAction([&] { clicked.push_back(outline.clickedRow()); });
+  outline.expandItem(mojave.get());
+  doubleClick(group(0));
+  doubleClick(entry(0, 2));
+  doubleClick(group(2));
+  EXPECT_THAT(clicked, ElementsAre(0, 3, 5));
+  EXPECT_EQ(outline.clickedRow(), -1);
+}
+
+TEST_F(OutlineAdapter, SendsTheActionWithNoRowForADoubleClickBelowTheLast) {
+  std::vector<std::ptrdiff_t> clicked;
+  outline.setDoubleAction([&] { clicked.push_back(outline.clickedRow()); });
+  QTest::mouseDClick(widget.viewport(), Qt::LeftButton, {}, widget.viewport()->rect().bottomLeft());
+  EXPECT_THAT(clicked, ElementsAre(-1));
+}
+
+TEST_F(OutlineAdapter, LeavesExpandingOnADoubleClickToTheAction) {
+  doubleClick(group(0));
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+}
+
+TEST_F(OutlineAdapter, ExpandsAndCollapsesItems) {
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+  outline.expandItem(mojave.get());
+  EXPECT_TRUE(outline.isItemExpanded(mojave.get()));
+  EXPECT_FALSE(outline.isItemExpanded(catalina.get()));
+  outline.collapseItem(mojave.get());
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+  outline.expandItem(nullptr);
+  EXPECT_FALSE(outline.isItemExpanded(nullptr));
+}
+
+TEST_F(OutlineAdapter, AsksForCellsAnewOnReload) {
+  mojave->name = "Mojave again";
+  reload();
+  EXPECT_EQ(text(group(0)), "Mojave again");
+}
+
+TEST_F(OutlineAdapter, KeepsEverythingInPlaceOnAReloadOfTheSameItems) {
+  outline.expandItem(mojave.get());
+  widget.setCurrentIndex(entry(0, 2));
+  const QPersistentModelIndex current = widget.currentIndex();
+  reload();
+  EXPECT_TRUE(outline.isItemExpanded(mojave.get()));
+  EXPECT_TRUE(current.isValid());
+  EXPECT_EQ(widget.currentIndex(), current);
+  EXPECT_TRUE(widget.selectionModel()->isSelected(current));
+}
+
+TEST_F(OutlineAdapter, KeepsWhatItCanOnAReloadOfOtherItems) {
+  outline.expandItem(mojave.get());
+  outline.expandItem(catalina.get());
+  widget.setCurrentIndex(entry(2, 1));
+  tree.groups.erase(tree.groups.begin(), tree.groups.begin() + 2);
+  tree.groups.insert(tree.groups.begin(), {std::make_shared<Item>("El Capitan"), mojave});
+  catalina->children.push_back(std::make_shared<Item>("Safari"));
+  reload();
+  ASSERT_EQ(widget.model()->rowCount(), 3);
+  EXPECT_EQ(text(group(0)), "El Capitan");
+  EXPECT_TRUE(widget.isExpanded(group(1)));
+  EXPECT_TRUE(widget.isExpanded(group(2)));
+  EXPECT_EQ(widget.model()->rowCount(group(2)), 3);
+  EXPECT_EQ(widget.currentIndex(), entry(2, 1));
+  EXPECT_TRUE(widget.selectionModel()->isSelected(entry(2, 1)));
+}
+
+TEST_F(OutlineAdapter, ForgetsWhatIsGoneAfterAReload) {
+  widget.setCurrentIndex(group(0));
+  outline.expandItem(mojave.get());
+  tree.groups.clear();
+  reload();
+  EXPECT_EQ(widget.model()->rowCount(), 0);
+  EXPECT_FALSE(widget.selectionModel()->hasSelection());
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+  EXPECT_EQ(outline.itemAtRow(0), nullptr);
+}
+
+TEST_F(OutlineAdapter, StaysAtItsPlaceWhenRowsAreAddedAbove) {
+  for (int i = 0; i < 200; ++i) tree.addGroup("Group", {"Entry"});
+  reload();
+  widget.scrollTo(group(100), QAbstractItemView::PositionAtTop);
+  tree.groups.insert(tree.groups.begin(), std::make_shared<Item>("El Capitan"));
+  reload();
+  EXPECT_EQ(widget.indexAt({0, 0}).row(), 101);
+}
+
+TEST_F(OutlineAdapter, RevealsTheLastGroup) {
+  for (int i = 0; i < 200; ++i) tree.addGroup("Group", std::vector<std::string>(100, "Entry"));
+  reload();
+  outline.revealLastGroup();
+  QApplication::processEvents();
+  EXPECT_TRUE(widget.isExpanded(group(202)));
+  EXPECT_EQ(widget.indexAt({0, 0}), group(202));
+  EXPECT_FALSE(widget.selectionModel()->hasSelection());
+}
+
+TEST_F(OutlineAdapter, GoesToTheRowWhoseNameIsTypedFromAnEntryThatACollapsedGroupHides) {
+  outline.expandItem(mojave.get());
+  widget.setCurrentIndex(entry(0, 0));
+  outline.collapseItem(mojave.get());
+  QTest::keyClicks(&widget, QStringLiteral("ca"));
+  EXPECT_EQ(widget.currentIndex(), group(2));
+}
+
+TEST_F(OutlineAdapter, StaysWhereItIsWhenOnlyHiddenEntriesBeginWithWhatIsTyped) {
+  outline.expandItem(mojave.get());
+  widget.setCurrentIndex(entry(0, 0));
+  outline.collapseItem(mojave.get());
+  QTest::keyClicks(&widget, QStringLiteral("rosetta 2"));
+  EXPECT_EQ(widget.currentIndex(), entry(0, 0));
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+}
+
+TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheClipboardWithNoneSelected) {
+  QApplication::clipboard()->setText(QStringLiteral("before"));
+  widget.copyRows();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before");
+  widget.expandAll();
+  QItemSelectionModel& selection = *widget.selectionModel();
+  constexpr auto add = QItemSelectionModel::Select | QItemSelectionModel::Rows;
+  selection.select(entry(2, 1), add);
+  selection.select(group(2), add);
+  selection.select(QItemSelection(entry(0, 1), entry(0, 2)), add);
+  selection.select(group(0), add);
+  widget.copyRows();
+  reload();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+            "Mojave\t\t\nSecurity Update\t\t\nRosetta\t\t\nCatalina\t\t\n\tWord List\t\t\n");
+  widget.selectAll();
+  widget.copyRows();
+  EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 8);
+}
+
+TEST_F(OutlineAdapter, HasNothingToRevealWhenItIsEmpty) {
+  tree.groups.clear();
+  reload();
+  outline.revealLastGroup();
+  EXPECT_FALSE(widget.currentIndex().isValid());
+}
+
+}  // namespace
+}  // namespace pelmarix::test

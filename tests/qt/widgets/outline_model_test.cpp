@@ -1,0 +1,115 @@
+#include "qt/widgets/outline_model.h"
+
+#include <gmock/gmock.h>
+
+#include <QMimeData>
+#include <memory>
+
+#include "tests/qt/widgets/tree_fixture.h"
+
+namespace pelmarix::test {
+namespace {
+
+using OutlineModel = OutlineOfATree;
+
+TEST_F(OutlineModel, HasTheDataSourcesItemsAsRows) {
+  ASSERT_EQ(widget.model()->rowCount(), 3);
+  EXPECT_EQ(text(group(0)), "Mojave");
+  EXPECT_EQ(text(group(2)), "Catalina");
+  ASSERT_EQ(widget.model()->rowCount(group(0)), 3);
+  EXPECT_EQ(text(entry(0, 1)), "Security Update");
+}
+
+TEST_F(OutlineModel, KnowsTheParentOfEachRow) {
+  EXPECT_EQ(entry(2, 1).parent(), group(2));
+  EXPECT_FALSE(group(2).parent().isValid());
+}
+
+TEST_F(OutlineModel, HasNoRowsBelowAnItemThatIsNotExpandableWhateverTheDataSourceCounts) {
+  EXPECT_EQ(widget.model()->rowCount(group(1)), 0);
+  EXPECT_FALSE(widget.model()->hasChildren(group(1)));
+  EXPECT_EQ(widget.model()->rowCount(entry(0, 0)), 0);
+  EXPECT_TRUE(entry(0, 0).flags().testFlag(Qt::ItemNeverHasChildren));
+  EXPECT_FALSE(group(0).flags().testFlag(Qt::ItemNeverHasChildren));
+}
+
+TEST_F(OutlineModel, GivesTheCellsTextExactlyAsTheDelegateSetIt) {
+  EXPECT_EQ(text(entry(2, 1)), "\tWord List");
+}
+
+TEST_F(OutlineModel, HasAnEmptyTextWhereTheCellsIsEmptyAndNoneWhereThereIsNoCell) {
+  EXPECT_EQ(group(0).siblingAtColumn(1).data(), QVariant(QString()));
+  EXPECT_EQ(group(0).siblingAtColumn(2).data(), QVariant());
+}
+
+TEST_F(OutlineModel, NamesItsColumns) {
+  EXPECT_EQ(widget.model()->columnCount(), 3);
+  EXPECT_EQ(widget.model()->headerData(1, Qt::Horizontal), QVariant(QStringLiteral("Date")));
+  EXPECT_EQ(widget.model()->headerData(3, Qt::Horizontal), QVariant());
+  EXPECT_EQ(widget.model()->headerData(0, Qt::Vertical), QVariant());
+}
+
+TEST_F(OutlineModel, TellsHowManyEntriesAGroupHas) {
+  for (const int role : {int{Qt::ToolTipRole}, int{Qt::AccessibleDescriptionRole}}) {
+    EXPECT_EQ(group(0).data(role).toString(), QStringLiteral("3 entries"));
+    EXPECT_EQ(entry(0, 0).data(role), QVariant());
+  }
+  mojave->children.resize(1);
+  EXPECT_EQ(group(0).data(Qt::ToolTipRole).toString(), QStringLiteral("1 entry"));
+}
+
+TEST_F(OutlineModel, IsEmptyWithoutDataSourceAndSaysNothingWithoutDelegate) {
+  outline.setDelegate(nullptr);
+  EXPECT_EQ(group(0).data(), QVariant());
+  outline.setDataSource(nullptr);
+  EXPECT_EQ(widget.model()->rowCount(), 0);
+}
+
+/// 1,000 groups of 100 entries. Not under the tester, which looks at every row.
+class LargeOutline : public testing::Test {
+ protected:
+  LargeOutline() {
+    for (int i = 0; i < 1000; ++i) large.addGroup("Group", std::vector<std::string>(100, "Entry"));
+    outline.setDataSource(&large);
+    outline.setDelegate(&large);
+    widget.resize(600, 400);
+    widget.show();
+    QApplication::processEvents();
+  }
+  QModelIndex group(int row) const { return widget.model()->index(row, 0); }
+
+  Tree large;
+  qt::OutlineWidget widget;
+  qt::OutlineAdapter outline{widget,
+                             {{"Name", QStringLiteral("Name")},
+                              {"Date", QStringLiteral("Date")},
+                              {"Other", QStringLiteral("Other")}},
+                             {"NameCell"}};
+};
+
+TEST_F(LargeOutline, AsksForNoCellThatIsNotOnScreen) {
+  widget.expandAll();
+  large.cellQuestions = 0;
+  widget.viewport()->repaint();
+  const int shownRows = widget.viewport()->height() / widget.visualRect(group(0)).height() + 1;
+  EXPECT_GT(large.cellQuestions, 0);
+  // A cell is asked for its text once to draw it; the columns are three.
+  EXPECT_LE(large.cellQuestions, 3 * shownRows);
+}
+
+TEST_F(LargeOutline, AsksForTheEntriesOfAGroupOnlyWhenItIsExpanded) {
+  large.countQuestions = 0;
+  widget.expand(group(0));
+  QApplication::processEvents();
+  EXPECT_LE(large.countQuestions, 3);
+}
+
+TEST_F(OutlineModel, CopiesRowsInTheOrderOfTheViewWithTabsBetweenCells) {
+  const std::unique_ptr<QMimeData> data(
+      widget.model()->mimeData({entry(2, 1), group(2), entry(0, 1), entry(0, 1).siblingAtColumn(1)}));
+  EXPECT_EQ(data->text().toStdString(), "Security Update\t\t\nCatalina\t\t\n\tWord List\t\t\n");
+  EXPECT_EQ(widget.model()->mimeData({}), nullptr);
+}
+
+}  // namespace
+}  // namespace pelmarix::test

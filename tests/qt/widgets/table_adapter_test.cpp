@@ -1,0 +1,191 @@
+#include "qt/widgets/table_adapter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <string>
+#include <vector>
+
+namespace pelmarix::test {
+namespace {
+
+class TableAdapter : public testing::Test,
+                     public platform::TableViewDataSource,
+                     public platform::TableViewDelegate {
+ protected:
+  TableAdapter() {
+    table.setDataSource(this);
+    table.setDelegate(this);
+    widget.resize(500, 300);
+    widget.show();
+    QApplication::processEvents();
+  }
+
+  std::ptrdiff_t numberOfRowsInTableView(platform::TableView& /*tableView*/) override {
+    return std::ssize(names);
+  }
+  platform::Object* tableViewObjectValueForTableColumnRow(platform::TableView& /*tableView*/,
+                                                          const platform::TableColumn* /*column*/,
+                                                          std::ptrdiff_t /*row*/) override {
+    return nullptr;
+  }
+  platform::View* tableViewViewForTableColumnRow(platform::TableView& tableView,
+                                                 const platform::TableColumn* column,
+                                                 std::ptrdiff_t row) override {
+    ++cellQuestions;
+    if (row >= std::ssize(names)) return nullptr;
+    const bool isName = column == tableView.tableColumns()[1];
+    platform::View* view = tableView.makeViewWithIdentifier(isName ? "NameCell" : "DateCell");
+    if (auto* cell = dynamic_cast<platform::TableCellView*>(view))
+      cell->textField()->setStringValue(isName ? names[static_cast<std::size_t>(row)] : "today");
+    return view;
+  }
+
+  QModelIndex cell(int row, int column) const { return widget.model()->index(row, column); }
+  std::string text(int row, int column) const { return cell(row, column).data().toString().toStdString(); }
+  void reloadWith(std::vector<std::string> newNames) {
+    names = std::move(newNames);
+    table.reloadData();
+  }
+
+  std::vector<std::string> names{"Safari", "Mail", "Maps"};
+  int cellQuestions = 0;
+  qt::TableWidget widget;
+  qt::TableAdapter table{widget,
+                         {{"DateColumn", QStringLiteral("Date")}, {"NameColumn", QStringLiteral("Package")}},
+                         {"DateCell", "NameCell"}};
+  QAbstractItemModelTester tester{widget.model(), QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(TableAdapter, HasARowForEachOfTheDataSource) {
+  ASSERT_EQ(widget.model()->rowCount(), 3);
+  EXPECT_EQ(text(0, 0), "today");
+  EXPECT_EQ(text(2, 1), "Maps");
+  EXPECT_EQ(widget.model()->headerData(1, Qt::Horizontal), QVariant(QStringLiteral("Package")));
+}
+
+TEST_F(TableAdapter, HasNoTextWhereThereIsNoCell) {
+  names.clear();
+  EXPECT_EQ(cell(0, 1).data(), QVariant());
+}
+
+TEST_F(TableAdapter, ShowsMoreFewerAndOtherRowsAfterAReload) {
+  reloadWith({"Safari", "Mail", "Maps", "Notes", "Photos"});
+  EXPECT_EQ(widget.model()->rowCount(), 5);
+  EXPECT_EQ(text(4, 1), "Photos");
+  reloadWith({"Photos", "Notes"});
+  EXPECT_EQ(widget.model()->rowCount(), 2);
+  EXPECT_EQ(text(0, 1), "Photos");
+  reloadWith({});
+  EXPECT_EQ(widget.model()->rowCount(), 0);
+}
+
+TEST_F(TableAdapter, HasNoSelectedRowAtFirst) { EXPECT_EQ(table.selectedRow(), -1); }
+
+TEST_F(TableAdapter, KeepsTheSelectedRowAsANumberOnReload) {
+  widget.selectRow(1);
+  reloadWith({"Maps", "Mail", "Safari"});
+  EXPECT_EQ(table.selectedRow(), 1);
+  reloadWith({"Maps"});
+  EXPECT_EQ(table.selectedRow(), -1);
+}
+
+TEST_F(TableAdapter, TakesTheRowWithTheFocusAmongSeveralSelectedOnes) {
+  widget.selectAll();
+  widget.selectionModel()->setCurrentIndex(cell(2, 0), QItemSelectionModel::NoUpdate);
+  EXPECT_EQ(table.selectedRow(), 2);
+  widget.selectionModel()->select(cell(2, 0), QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+  EXPECT_EQ(table.selectedRow(), 0);
+}
+
+TEST_F(TableAdapter, AsksForNoCellThatIsNotOnScreen) {
+  reloadWith(std::vector<std::string>(10000, "Package"));
+  QApplication::processEvents();
+  cellQuestions = 0;
+  widget.viewport()->repaint();
+  const int shownRows = widget.viewport()->height() / widget.rowHeight(0) + 2;
+  EXPECT_GT(cellQuestions, 0);
+  EXPECT_LE(cellQuestions, 2 * shownRows);
+}
+
+TEST_F(TableAdapter, OpensTheSelectedRowByReturnSpaceAndDoubleClick) {
+  const QSignalSpy opened(&widget, &qt::TableWidget::rowOpened);
+  QTest::keyClick(&widget, Qt::Key_Return);
+  EXPECT_EQ(opened.count(), 0) << "nothing is selected";
+  widget.selectRow(0);
+  QTest::keyClick(&widget, Qt::Key_Return);
+  QTest::keyClick(&widget, Qt::Key_Enter);
+  QTest::keyClick(&widget, Qt::Key_Space);
+  EXPECT_EQ(opened.count(), 2 + 1);
+  const QPoint place = widget.visualRect(cell(1, 1)).center();
+  QTest::mouseClick(widget.viewport(), Qt::LeftButton, {}, place);
+  QTest::mouseDClick(widget.viewport(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(opened.count(), 4);
+  EXPECT_EQ(table.selectedRow(), 1);
+}
+
+TEST_F(TableAdapter, GoesToTheRowWhoseNameIsTyped) {
+  QTest::keyClicks(&widget, QStringLiteral("map"));
+  EXPECT_EQ(table.selectedRow(), 2);
+}
+
+TEST_F(TableAdapter, GoesFromOneRowToTheNextAsALetterIsRepeated) {
+  QTest::keyClick(&widget, Qt::Key_M);
+  EXPECT_EQ(table.selectedRow(), 1);
+  QTest::keyClick(&widget, Qt::Key_M);
+  EXPECT_EQ(table.selectedRow(), 2);
+  QTest::keyClick(&widget, Qt::Key_M);
+  EXPECT_EQ(table.selectedRow(), 1);
+}
+
+TEST_F(TableAdapter, TakesABlankForPartOfANameThatIsBeingTyped) {
+  const QSignalSpy opened(&widget, &qt::TableWidget::rowOpened);
+  reloadWith({"Word", "Word List"});
+  QTest::keyClicks(&widget, QStringLiteral("word l"));
+  EXPECT_EQ(table.selectedRow(), 1);
+  EXPECT_EQ(opened.count(), 0);
+}
+
+TEST_F(TableAdapter, StaysWhereItIsWhenNothingBeginsWithWhatIsTyped) {
+  widget.selectRow(1);
+  QTest::keyClicks(&widget, QStringLiteral("xyz"));
+  EXPECT_EQ(table.selectedRow(), 1);
+  reloadWith({});
+  QTest::keyClicks(&widget, QStringLiteral("xyz"));
+  EXPECT_EQ(table.selectedRow(), -1);
+}
+
+TEST_F(TableAdapter, CopiesTheSelectedRowsAsLines) {
+  QApplication::clipboard()->setText(QStringLiteral("before"));
+  QTest::keySequence(&widget, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before");
+  widget.selectRow(0);
+  widget.selectionModel()->select(cell(2, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  QTest::keySequence(&widget, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "today\tSafari\ntoday\tMaps\n");
+}
+
+TEST_F(TableAdapter, FindsTextInAnyColumnAllTheWayRound) {
+  using enum qt::SearchStart;
+  using enum qt::SearchDirection;
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("MA"), pastSelection, forward));
+  EXPECT_EQ(table.selectedRow(), 1);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("mail"), atSelection, forward));
+  EXPECT_EQ(table.selectedRow(), 1);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("ma"), pastSelection, forward));
+  EXPECT_EQ(table.selectedRow(), 2);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("today"), pastSelection, forward));
+  EXPECT_EQ(table.selectedRow(), 0);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("today"), pastSelection, backward));
+  EXPECT_EQ(table.selectedRow(), 2);
+  EXPECT_FALSE(widget.selectMatch(QStringLiteral("Notes"), pastSelection, forward));
+  EXPECT_EQ(table.selectedRow(), 2);
+}
+
+}  // namespace
+}  // namespace pelmarix::test

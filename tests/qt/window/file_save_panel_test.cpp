@@ -1,0 +1,158 @@
+#include "qt/window/file_save_panel.h"
+
+#include <gmock/gmock.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <optional>
+#include <vector>
+
+#include "tests/support/temporary_folder.h"
+
+namespace pelmarix::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FileSavePanel : public testing::Test {
+ protected:
+  /// The panel on screen, its handler noting what it is called with.
+  QFileDialog& begin() {
+    auto panel = std::make_shared<qt::FileSavePanel>(&window);
+    panel->setCanCreateDirectories(true);
+    panel->setAllowedFileTypes({"text", "txt"});
+    weakPanel = panel;
+    panel->beginWithCompletionHandler([this, raw = panel.get()](int response) {
+      responses.push_back(response);
+      path = raw->path();
+    });
+    auto& dialog = *window.findChild<QFileDialog*>();
+    dialog.setDirectory(QString::fromStdString(folder.path()));
+    return dialog;
+  }
+  /// Types a name and presses Return.
+  std::optional<std::string> choose(const std::string& name) {
+    QFileDialog& dialog = begin();
+    auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    line->setText(QString::fromStdString(name));
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_THAT(responses, ElementsAre(platform::modalResponseOK));
+    return path;
+  }
+
+  TemporaryFolder folder;
+  QWidget window;
+  std::weak_ptr<platform::SavePanel> weakPanel;
+  std::vector<int> responses;
+  std::optional<std::string> path;
+};
+
+TEST_F(FileSavePanel, IsNotModalAndHasNothingPreset) {
+  const QFileDialog& dialog = begin();
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_FALSE(dialog.isModal());
+  EXPECT_EQ(dialog.windowModality(), Qt::NonModal);
+  EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(), QString());
+  EXPECT_FALSE(dialog.testOption(QFileDialog::ReadOnly)) << "folders can be made";
+  EXPECT_THAT(responses, IsEmpty());
+}
+
+TEST_F(FileSavePanel, GivesTheChosenFile) { EXPECT_EQ(choose("report.text"), folder / "report.text"); }
+
+TEST_F(FileSavePanel, TakesEitherTypeInAnyLetters) { EXPECT_EQ(choose("report.TXT"), folder / "report.TXT"); }
+
+TEST_F(FileSavePanel, GivesANameWithoutATypeTheFirst) { EXPECT_EQ(choose("report"), folder / "report.text"); }
+
+TEST_F(FileSavePanel, GivesANameWithAnotherTypeTheFirst) {
+  EXPECT_EQ(choose("report 10.14"), folder / "report 10.14.text");
+}
+
+TEST_F(FileSavePanel, GivesNamesAsTheFileSystemHasThem) {
+  EXPECT_EQ(choose("b\u00e9richt \U0001f600.txt"), folder / "b\u00e9richt \U0001f600.txt");
+}
+
+TEST_F(FileSavePanel, AsksBeforeItReplacesTheFileThatTheTypeWasAddedFor) {
+  folder.addFile("report.text", "old");
+  QString question;
+  QTimer::singleShot(0, [&] {
+    if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+      question = box->text();
+      box->button(QMessageBox::Yes)->click();
+    }
+  });
+  EXPECT_EQ(choose("report"), folder / "report.text");
+  EXPECT_TRUE(question.contains(QStringLiteral("report.text"))) << question.toStdString();
+}
+
+TEST_F(FileSavePanel, EntersAFolderThatIsNamed) {
+  folder.addFolder("inner");
+  QFileDialog& dialog = begin();
+  auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  line->setText(QStringLiteral("inner"));
+  QTest::keyClick(line, Qt::Key_Return);
+  EXPECT_THAT(responses, IsEmpty());
+  EXPECT_EQ(dialog.directory().path().toStdString(), folder / "inner");
+}
+
+TEST_F(FileSavePanel, TellsWhenItWasCancelled) {
+  begin().reject();
+  EXPECT_THAT(responses, ElementsAre(platform::modalResponseCancel));
+}
+
+TEST_F(FileSavePanel, GoesWithItsDialog) {
+  QFileDialog& dialog = begin();
+  EXPECT_FALSE(weakPanel.expired());
+  dialog.reject();
+  EXPECT_TRUE(weakPanel.expired());
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(window.findChild<QFileDialog*>(), nullptr);
+}
+
+TEST_F(FileSavePanel, CanBeThereTwice) {
+  begin();
+  auto second = std::make_shared<qt::FileSavePanel>(&window);
+  second->beginWithCompletionHandler([this](int response) { responses.push_back(10 + response); });
+  const auto dialogs = window.findChildren<QFileDialog*>();
+  ASSERT_EQ(dialogs.size(), 2);
+  dialogs[1]->reject();
+  dialogs[0]->reject();
+  EXPECT_THAT(responses, testing::UnorderedElementsAre(platform::modalResponseCancel,
+                                                       10 + platform::modalResponseCancel));
+}
+
+TEST_F(FileSavePanel, IsNotToldTheEndWhenTheProgramEndsFirst) {
+  {
+    QWidget closing;
+    auto panel = std::make_shared<qt::FileSavePanel>(&closing);
+    weakPanel = panel;
+    panel->beginWithCompletionHandler([this](int response) { responses.push_back(response); });
+  }
+  EXPECT_THAT(responses, IsEmpty());
+  EXPECT_TRUE(weakPanel.expired());
+}
+
+TEST_F(FileSavePanel, LeavesNoFileInTheHomeFolderNorAmongTheTemporaryOnes) {
+  const std::filesystem::path home = qEnvironmentVariable("HOME").toStdString();
+  const std::filesystem::path temporaryFiles = home / "temporary";
+  std::filesystem::create_directory(temporaryFiles);
+  qputenv("TMPDIR", QByteArray::fromStdString(temporaryFiles.native()));
+  choose("report.text");
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  std::vector<std::string> left;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+    // The system's font library makes a cache there where the system has none that is up to date.
+    if (!entry.path().native().starts_with((home / ".cache").native())) left.push_back(entry.path().native());
+  }
+  EXPECT_THAT(left, ElementsAre(temporaryFiles.native()));
+  qunsetenv("TMPDIR");
+  std::filesystem::remove(temporaryFiles);
+}
+
+}  // namespace
+}  // namespace pelmarix::test

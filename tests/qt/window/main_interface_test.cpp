@@ -1,0 +1,358 @@
+#include "qt/window/main_interface.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMessageBox>
+
+#include "tests/qt/window/main_interface_fixture.h"
+
+namespace pelmarix::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const std::string skippedNewestFirst =
+    "\n\nMRTConfigData: 1.50 2019-11-01 08:00:00 +0000\n"
+    "macOS 10.15 Update: 10.15 2019-10-08 08:00:00 +0000\n"
+    "macOS Mojave: 10.14 2018-09-25 08:00:00 +0000\n";
+const std::string allNewestFirst =
+    "\n\nMRTConfigData: 1.50 2019-11-01 08:00:00 +0000\n"
+    "macOS 10.15 Update: 10.15 2019-10-08 08:00:00 +0000\n"
+    "Core Suggestions: 5 2018-10-01 08:00:00 +0000\n"
+    "macOS Mojave: 10.14 2018-09-25 08:00:00 +0000\n";
+const std::string allNewestLast =
+    "\n\nmacOS Mojave: 10.14 2018-09-25 08:00:00 +0000\n"
+    "Core Suggestions: 5 2018-10-01 08:00:00 +0000\n"
+    "macOS 10.15 Update: 10.15 2019-10-08 08:00:00 +0000\n"
+    "MRTConfigData: 1.50 2019-11-01 08:00:00 +0000\n";
+
+TEST_F(MainInterface, ShowsHistoryReceiptsAndReport) {
+  show();
+  const QAbstractItemModel& groups = *outline().model();
+  ASSERT_EQ(groups.rowCount(), 2);
+  const QModelIndex mojave = groups.index(0, 0);
+  EXPECT_EQ(mojave.data().toString(), QStringLiteral("macOS Mojave 10.14"));
+  EXPECT_EQ(mojave.siblingAtColumn(1).data().toString(), QString());
+  ASSERT_EQ(groups.rowCount(mojave), 2);
+  const QModelIndex suggestions = groups.index(1, 0, mojave);
+  EXPECT_EQ(suggestions.data().toString(), QStringLiteral("\tCore Suggestions"));
+  EXPECT_EQ(suggestions.siblingAtColumn(1).data().toString(), QStringLiteral("2018-10-01 08:00:00 +0000"));
+  EXPECT_EQ(suggestions.siblingAtColumn(2).data().toString(), QStringLiteral("5"));
+  ASSERT_EQ(table().model()->rowCount(), 2);
+  EXPECT_EQ(table().model()->index(0, 0).data().toString(), QStringLiteral("2019-01-01 00:00:00 +0000"));
+  EXPECT_EQ(receiptName(0), "com.example.new");
+  EXPECT_EQ(shownReport(), skippedNewestFirst);
+  EXPECT_EQ(reportSize(), 12.0);
+  EXPECT_EQ(window().windowTitle(),
+            QStringLiteral("Pelmarix \u2013 currently running macOS Version 10.14.6 (Build 18G103)"));
+  EXPECT_TRUE(find<QCheckBox>("skipConfigurationData").isChecked());
+  EXPECT_FALSE(find<QCheckBox>("newestLast").isChecked());
+}
+
+TEST_F(MainInterface, ShowsTheNewestGroupsEntriesAtFirst) {
+  show();
+  EXPECT_FALSE(outline().isExpanded(outline().model()->index(0, 0)));
+  EXPECT_TRUE(outline().isExpanded(outline().model()->index(1, 0)));
+}
+
+TEST_F(MainInterface, IsEmptyButForTwoLineFeedsWithoutHistoryAndReceipts) {
+  fileManager.files.clear();
+  fileManager.folders.clear();
+  show();
+  EXPECT_THAT(services.alerts, ElementsAre(errorAlert("An error occurred in your last action:",
+                                                      "Couldn't read install history.")));
+  EXPECT_EQ(outline().model()->rowCount(), 0);
+  EXPECT_EQ(table().model()->rowCount(), 0);
+  EXPECT_EQ(*report().text(), "\n\n");
+}
+
+TEST_F(MainInterface, NamesAndDescribesWhatAPersonMeets) {
+  show();
+  const auto nameOf = [this](const char* widget) { return find<QWidget>(widget).accessibleName(); };
+  EXPECT_EQ(nameOf("outline"), QStringLiteral("Install history"));
+  EXPECT_EQ(nameOf("receiptsTable"), QStringLiteral("Receipts"));
+  EXPECT_EQ(nameOf("report"), QStringLiteral("Report"));
+  EXPECT_EQ(nameOf("skipConfigurationData"), QStringLiteral("Skip configuration data"));
+  EXPECT_EQ(nameOf("newestLast"), QStringLiteral("Newest last"));
+  EXPECT_EQ(nameOf("save"), QStringLiteral("Save…"));
+  EXPECT_EQ(nameOf("biggerText"), QStringLiteral("Bigger text"));
+  EXPECT_EQ(nameOf("smallerText"), QStringLiteral("Smaller text"));
+  EXPECT_EQ(nameOf("showBillOfMaterials"), QStringLiteral("Show Bill of Materials"));
+  for (const char* widget : {"outline", "receiptsTable", "report", "skipConfigurationData", "newestLast",
+                             "save", "biggerText", "smallerText", "showBillOfMaterials"})
+    EXPECT_FALSE(find<QWidget>(widget).accessibleDescription().isEmpty()) << widget;
+}
+
+TEST_F(MainInterface, SkipsConfigurationDataOrShowsIt) {
+  show();
+  click("skipConfigurationData");
+  EXPECT_EQ(shownReport(), allNewestFirst);
+  click("skipConfigurationData");
+  EXPECT_EQ(shownReport(), skippedNewestFirst);
+}
+
+TEST_F(MainInterface, TurnsReportAndReceiptsRound) {
+  show();
+  click("skipConfigurationData");
+  click("newestLast");
+  EXPECT_EQ(shownReport(), allNewestLast);
+  EXPECT_EQ(receiptName(0), "com.example.old");
+  click("newestLast");
+  EXPECT_EQ(shownReport(), allNewestFirst);
+  EXPECT_EQ(receiptName(0), "com.example.new");
+}
+
+TEST_F(MainInterface, HasCheckedMenuItemsInStepWithTheCheckBoxes) {
+  show();
+  EXPECT_TRUE(find<QAction>("actionSkipConfigurationData").isChecked());
+  EXPECT_FALSE(find<QAction>("actionNewestLast").isChecked());
+  choose("actionSkipConfigurationData");
+  EXPECT_FALSE(find<QCheckBox>("skipConfigurationData").isChecked());
+  EXPECT_EQ(shownReport(), allNewestFirst);
+  choose("actionNewestLast");
+  EXPECT_EQ(shownReport(), allNewestLast);
+  EXPECT_TRUE(find<QCheckBox>("newestLast").isChecked());
+  click("newestLast");
+  EXPECT_FALSE(find<QAction>("actionNewestLast").isChecked());
+  click("skipConfigurationData");
+  EXPECT_TRUE(find<QAction>("actionSkipConfigurationData").isChecked());
+  EXPECT_EQ(shownReport(), skippedNewestFirst);
+}
+
+TEST_F(MainInterface, TogglesAGroupOnceOnADoubleClick) {
+  show();
+  const QModelIndex newest = outline().model()->index(1, 0);
+  const auto doubleClick = [&](const QModelIndex& index) {
+    const QPoint place = outline().visualRect(index).center();
+    QTest::mouseClick(outline().viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(outline().viewport(), Qt::LeftButton, {}, place);
+  };
+  doubleClick(newest);
+  EXPECT_FALSE(outline().isExpanded(newest));
+  doubleClick(newest);
+  EXPECT_TRUE(outline().isExpanded(newest));
+  doubleClick(outline().model()->index(0, 0, newest));
+  EXPECT_TRUE(outline().isExpanded(newest));
+  EXPECT_FALSE(outline().isExpanded(outline().model()->index(0, 0)));
+}
+
+TEST_F(MainInterface, KeepsExpandedGroupsAndTheSelectionWhenAnOptionChanges) {
+  show();
+  outline().expandAll();
+  outline().setCurrentIndex(outline().model()->index(1, 0, outline().model()->index(0, 0)));
+  const QPersistentModelIndex current = outline().currentIndex();
+  click("skipConfigurationData");
+  click("newestLast");
+  EXPECT_EQ(outline().currentIndex(), current);
+  EXPECT_TRUE(outline().isExpanded(outline().model()->index(0, 0)));
+}
+
+TEST_F(MainInterface, ChangesTheTextSizeByButtonsMenuAndWheel) {
+  show();
+  click("biggerText");
+  EXPECT_EQ(reportSize(), 13.0);
+  choose("actionBiggerText");
+  EXPECT_EQ(reportSize(), 14.0);
+  click("smallerText");
+  choose("actionSmallerText");
+  EXPECT_EQ(reportSize(), 12.0);
+  emit report().zoomRequested(3);
+  EXPECT_EQ(reportSize(), 15.0);
+  emit report().zoomRequested(-2);
+  EXPECT_EQ(reportSize(), 13.0);
+  EXPECT_EQ(services.userDefaults.doubles.at("fontSize"), 13.0);
+  EXPECT_EQ(shownReport(), skippedNewestFirst);
+}
+
+TEST_F(MainInterface, StaysWithinTheBoundsOfTheTextSize) {
+  services.userDefaults.doubles["fontSize"] = 30.0;
+  show();
+  EXPECT_EQ(reportSize(), 30.0);
+  click("biggerText");
+  EXPECT_EQ(reportSize(), 24.0);
+  emit report().zoomRequested(-100);
+  EXPECT_EQ(reportSize(), 4.0);
+}
+
+TEST_F(MainInterface, SavesTheReportWithItsStamp) {
+  show();
+  click("save");
+  choose("actionSave");
+  ASSERT_THAT(savePanels, SizeIs(2));
+  savePanels[0]->completionHandler(platform::modalResponseCancel);
+  savePanels[1]->chosenPath = "/home/report.text";
+  savePanels[1]->completionHandler(platform::modalResponseOK);
+  EXPECT_EQ(fileManager.files.at("/home/report.text"),
+            skippedNewestFirst + "Checked by Pelmarix at: 2019-03-26 10:11:12 +0000\n");
+}
+
+TEST_F(MainInterface, SavesTheTextItselfNotItsPicture) {
+  setHistory({{"macOS Mojave\u2028\u00a0x", "10.14"}});
+  show();
+  click("save");
+  savePanels[0]->chosenPath = "/report";
+  savePanels[0]->completionHandler(platform::modalResponseOK);
+  EXPECT_EQ(fileManager.files.at("/report"),
+            "\n\nmacOS Mojave\u2028\u00a0x: 10.14 2019-03-26 10:11:12 +0000\n"
+            "Checked by Pelmarix at: 2019-03-26 10:11:12 +0000\n");
+}
+
+TEST_F(MainInterface, AsksTheControllerWhenTheWindowCloses) {
+  show();
+  EXPECT_TRUE(window().close());
+  EXPECT_THAT(application.terminatedBy, ElementsAre(interface->controller().window()));
+}
+
+TEST_F(MainInterface, EndsByItsMenuToo) {
+  show();
+  choose("actionClose");
+  EXPECT_THAT(application.terminatedBy, SizeIs(1));
+  window().show();
+  choose("actionQuit");
+  EXPECT_THAT(application.terminatedBy, SizeIs(2));
+}
+
+TEST_F(MainInterface, EndsWhileASheetIsUp) {
+  show();
+  click("showBillOfMaterials");
+  ASSERT_NE(sheet(), nullptr);
+  window().close();
+  EXPECT_THAT(application.terminatedBy, SizeIs(1));
+}
+
+TEST_F(MainInterface, OpensTheHelpPages) {
+  show();
+  choose("actionSupport");
+  choose("actionSystemUpdates");
+  EXPECT_THAT(workspace.opened, SizeIs(2));
+}
+
+TEST_F(MainInterface, HasAMenuItemThatTellsOfTheUpdateCheck) {
+  show();
+  qt::MenuAdapter menu(interface->helpMenu());
+  ASSERT_NE(menu.itemWithTitle("Update not checked"), nullptr);
+  menu.itemWithTitle("Update not checked")->setState(platform::stateOn);
+  EXPECT_TRUE(find<QAction>("actionUpdateCheck").isChecked());
+}
+
+TEST_F(MainInterface, TellsItsVersionAndItsLicense) {
+  bundle.info = platform::InfoDictionary{{"CFBundleShortVersionString", std::string("1.2")}};
+  show();
+  choose("actionAbout");
+  auto* box = window().findChild<QMessageBox*>();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(), QStringLiteral("Pelmarix 1.2"));
+  EXPECT_TRUE(box->informativeText().contains(QStringLiteral("MIT License")));
+  box->close();
+}
+
+TEST_F(MainInterface, GivesEveryMenuItemAnExplicitRoleAndNoShortcutTwice) {
+  show();
+  QList<QKeySequence> shortcuts;
+  int items = 0;
+  for (const QAction* menu : window().menuBar()->actions()) {
+    for (const QAction* action : menu->menu()->actions()) {
+      if (action->isSeparator()) continue;
+      ++items;
+      EXPECT_NE(action->menuRole(), QAction::TextHeuristicRole) << action->text().toStdString();
+      for (const QKeySequence& shortcut : action->shortcuts()) {
+        EXPECT_FALSE(shortcuts.contains(shortcut)) << shortcut.toString().toStdString();
+        shortcuts += shortcut;
+      }
+    }
+  }
+  EXPECT_GE(items, 19);
+  EXPECT_TRUE(shortcuts.contains(QKeySequence(QStringLiteral("Ctrl+="))));
+}
+
+TEST_F(MainInterface, CopiesFromWhatHasTheFocus) {
+  show();
+  outline().setFocus();
+  outline().setCurrentIndex(outline().model()->index(1, 0, outline().model()->index(0, 0)));
+  choose("actionCopy");
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+            "\tCore Suggestions\t2018-10-01 08:00:00 +0000\t5\n");
+  table().setFocus();
+  choose("actionSelectAll");
+  choose("actionCopy");
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+            "2019-01-01 00:00:00 +0000\tcom.example.new\n2018-01-01 00:00:00 +0000\tcom.example.old\n");
+  report().setFocus();
+  choose("actionSelectAll");
+  choose("actionCopy");
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), skippedNewestFirst);
+}
+
+TEST_F(MainInterface, ExpandsAndCollapsesAllGroups) {
+  show();
+  choose("actionExpandAll");
+  EXPECT_TRUE(outline().isExpanded(outline().model()->index(0, 0)));
+  choose("actionCollapseAll");
+  EXPECT_FALSE(outline().isExpanded(outline().model()->index(1, 0)));
+}
+
+TEST_F(MainInterface, FindsInWhatHadTheFocusLast) {
+  show();
+  outline().setFocus();
+  choose("actionFind");
+  auto& text = find<QLineEdit>("text");
+  EXPECT_TRUE(text.isVisible());
+  QTest::keyClicks(&text, QStringLiteral("suggest"));
+  EXPECT_EQ(outline().currentIndex().data().toString(), QStringLiteral("\tCore Suggestions"));
+  EXPECT_TRUE(outline().isExpanded(outline().model()->index(0, 0)));
+  QTest::keyClick(&text, Qt::Key_Escape);
+  EXPECT_FALSE(text.isVisible());
+  EXPECT_TRUE(outline().hasFocus());
+
+  report().setFocus();
+  choose("actionFind");
+  text.setText(QStringLiteral("10.15"));
+  EXPECT_EQ(report().textCursor().selectedText(), QStringLiteral("10.15"));
+  const int first = report().textCursor().position();
+  choose("actionFindNext");
+  EXPECT_GT(report().textCursor().position(), first);
+  choose("actionFindPrevious");
+  EXPECT_EQ(report().textCursor().position(), first);
+}
+
+TEST_F(MainInterface, GivesTheFocusBackToWhatWasSearchedAndSearchesThatOn) {
+  show();
+  auto& text = find<QLineEdit>("text");
+  for (QWidget* searched : {static_cast<QWidget*>(&table()), static_cast<QWidget*>(&report())}) {
+    searched->setFocus();
+    choose("actionFind");
+    text.setText(QStringLiteral("0"));
+    QTest::keyClick(&text, Qt::Key_Escape);
+    EXPECT_TRUE(searched->hasFocus());
+    choose("actionFind");
+    EXPECT_TRUE(text.placeholderText().endsWith(searched->accessibleName()));
+    QTest::mouseClick(&find<QPushButton>("done"), Qt::LeftButton);
+    EXPECT_TRUE(searched->hasFocus());
+  }
+}
+
+TEST_F(MainInterface, GrowsWithTheLettersOfTheSystem) {
+  const QFont before = QApplication::font();
+  QFont large = before;
+  large.setPointSizeF(before.pointSizeF() * 2);
+  QApplication::setFont(large);
+  show();
+  EXPECT_GT(outline().columnWidth(1),
+            outline().fontMetrics().horizontalAdvance(QStringLiteral("2019-10-08 08:00:00 +0000")));
+  EXPECT_GT(table().rowHeight(0), table().fontMetrics().height());
+  QApplication::setFont(before);
+}
+
+TEST_F(MainInterface, FitsASmallScreen) {
+  show();
+  window().resize(800, 500);
+  QApplication::processEvents();
+  EXPECT_EQ(window().size(), QSize(800, 500));
+}
+
+}  // namespace
+}  // namespace pelmarix::test
