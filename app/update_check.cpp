@@ -91,7 +91,7 @@ void AppDelegate::handleUpdateResponse(const std::string& runningVersion, std::o
 void AppDelegate::processUpdateList(const std::optional<std::string>& body,
                                     const std::string& runningVersion) {
   if (!body) fatalStop("the update list's answer has no body");
-  const plist::Result<plist::Document> list = plist::Document::decode(*body);
+  const Result<plist::Document, plist::Error> list = plist::Document::decode(*body);
   if (!list) {
     platform::showErrorAlert(errorMessage, "Error in update Property List.");
     return;

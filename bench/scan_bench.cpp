@@ -27,9 +27,9 @@ using pelmarix::bench::secondsFor;
 constexpr std::size_t receiptCount = 5000;
 
 /// A volume with nothing but receipts, removed at the end.
-class posix::Volume {
+class Volume {
  public:
-  posix::Volume() {
+  Volume() {
     std::string name = (std::filesystem::temp_directory_path() / "pelmarix-bench-XXXXXX").native();
     if (mkdtemp(name.data()) == nullptr) std::abort();
     root_ = name;
@@ -38,14 +38,14 @@ class posix::Volume {
       std::filesystem::create_directories(file.parent_path());
       std::ofstream(file, std::ios::binary) << pelmarix::sample::propertyListFile(receipt);
     }
-    pelmarix::qt::PosixFileManager files{pelmarix::qt::Volume(root_)};
+    pelmarix::posix::PosixFileManager files{pelmarix::posix::Volume(root_)};
     const auto enumerator = files.enumeratorAtPath(receiptsFolder);
     while (const auto entry = enumerator->nextObject())
       if (entry->ends_with(".plist")) files_.push_back(root_ + receiptsFolder + std::string(*entry));
   }
-  ~posix::Volume() { std::filesystem::remove_all(root_); }
-  posix::Volume(const posix::Volume&) = delete;
-  posix::Volume& operator=(const posix::Volume&) = delete;
+  ~Volume() { std::filesystem::remove_all(root_); }
+  Volume(const Volume&) = delete;
+  Volume& operator=(const Volume&) = delete;
 
   const std::string& root() const { return root_; }
   /// The receipts by absolute path, in the order of the scan.
@@ -56,8 +56,8 @@ class posix::Volume {
   std::vector<std::string> files_;
 };
 
-const posix::Volume& volume() {
-  static const posix::Volume receipts;
+const Volume& volume() {
+  static const Volume receipts;
   return receipts;
 }
 
@@ -71,10 +71,10 @@ void readPlainly() {
 }
 
 void scanBesidePlainReading(benchmark::State& state) {
-  pelmarix::qt::PosixFileManager files{pelmarix::qt::Volume(volume().root())};
-  pelmarix::Services services;
+  pelmarix::posix::PosixFileManager files{pelmarix::posix::Volume(volume().root())};
+  pelmarix::platform::Services services;
   services.fileManager = &files;
-  const pelmarix::Services* const previous = pelmarix::installServices(&services);
+  const pelmarix::platform::Services* const previous = pelmarix::platform::installServices(&services);
   std::vector<double> plain;
   std::vector<double> scanned;
   while (state.KeepRunning()) {
@@ -83,7 +83,7 @@ void scanBesidePlainReading(benchmark::State& state) {
     scanned.push_back(secondsFor([&] { receipts.readBoMPLists(); }));
     if (receipts.children.size() != receiptCount) state.SkipWithError("receipts are missing");
   }
-  pelmarix::installServices(previous);
+  pelmarix::platform::installServices(previous);
   constexpr double microseconds = 1e6 / receiptCount;
   state.counters["plain_us_per_file"] = median(plain) * microseconds;
   state.counters["scan_us_per_file"] = median(scanned) * microseconds;

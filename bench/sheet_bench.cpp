@@ -30,7 +30,7 @@ std::string listing() {
 }
 
 void sheetBesideWidgetAlone(benchmark::State& state) {
-  const pelmarix::SharedText text = pelmarix::shareText(listing());
+  const pelmarix::platform::SharedText text = pelmarix::platform::shareText(listing());
   const QString sameText = QString::fromStdString(*text);
   QWidget window;
   window.resize(1000, 800);

@@ -78,9 +78,8 @@ std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theR
 }
 
 std::vector<std::shared_ptr<History>> readInstallHistory() {
-  std::string bytes;
-  if (platform::FileManager::defaultManager().readFile(installHistoryPath, bytes))
-    if (const auto entries = decodeReceipts(bytes)) return groupInstallHistory(*entries);
+  if (const auto bytes = platform::FileManager::defaultManager().readFile(installHistoryPath))
+    if (const auto entries = decodeReceipts(*bytes)) return groupInstallHistory(*entries);
   platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read install history.");
   return {};
 }

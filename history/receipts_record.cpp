@@ -66,7 +66,7 @@ bool spend(std::size_t cost, std::size_t& budget) {
 }  // namespace
 
 std::optional<std::vector<theReceipts>> decodeReceipts(std::string_view bytes) {
-  const plist::Result<plist::Document> document = plist::Document::decode(bytes);
+  const Result<plist::Document, plist::Error> document = plist::Document::decode(bytes);
   if (!document || document->root().type() != plist::Type::array) return std::nullopt;
 
   std::size_t budget = bytes.size() * maximumGrowth + minimumBudget;

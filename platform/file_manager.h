@@ -8,7 +8,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
+
+#include "base/result.h"
 
 namespace pelmarix::platform {
 
@@ -20,9 +23,6 @@ class DirectoryEnumerator {
   /// The next entry's path relative to the folder (not ending in "/"); nothing at the end. A sub-folder that
   /// can't be opened is yielded and passed over. The path stays good until the next call.
   virtual std::optional<std::string_view> nextObject() = 0;
-  /// Reads the entry that was yielded last as FileManager::readFile does, and spares the way to its folder.
-  /// The bytes stay good until the next call; nothing where that one is false.
-  virtual std::optional<std::string_view> readFile() = 0;
 };
 
 class FileManager {
@@ -34,16 +34,15 @@ class FileManager {
   /// Null when the folder can't be opened.
   virtual std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) = 0;
 
-  /// Replaces `contents` by the whole file's bytes, keeping its capacity for the next file. False when the
-  /// file is missing, can't be read, is larger than the memory there is for it or isn't a regular file (a
-  /// folder, a FIFO, a device: none of them blocks or ends).
-  virtual bool readFile(const std::string& path, std::string& contents) = 0;
+  /// The whole file's bytes. Fails when the file is missing, can't be read, is too large, or isn't a regular
+  /// file (a folder, a FIFO, a device: none of them blocks or ends).
+  virtual Result<std::string, std::error_code> readFile(const std::string& path) = 0;
 
   /// Writes the parts one after the other into the file in place, replacing what it held. `path` is one that
-  /// the user chose and is taken as it stands. Nothing on success, else the system's own description of the
-  /// failure. A write that stops half way is a failure.
-  virtual std::optional<std::string> writeFile(const std::string& path,
-                                               const std::vector<std::string_view>& parts) = 0;
+  /// the user chose and is taken as it stands. The error's message is the system's own description. A write
+  /// that stops half way is a failure.
+  virtual Result<void, std::error_code> writeFile(const std::string& path,
+                                                  const std::vector<std::string_view>& parts) = 0;
 };
 
 }  // namespace pelmarix::platform

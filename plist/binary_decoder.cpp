@@ -32,8 +32,8 @@
 #include <limits>
 #include <optional>
 
+#include "base/result.h"
 #include "plist/limits.h"
-#include "plist/result.h"
 #include "plist/unicode.h"
 
 namespace pelmarix::plist {
@@ -57,7 +57,7 @@ bool isTooNarrow(std::size_t width, std::size_t limit) {
   return width < maximumWidth && limit >> (8 * width) != 0;
 }
 
-Result<Trailer> readTrailer(std::string_view bytes) {
+Result<Trailer, Error> readTrailer(std::string_view bytes) {
   if (bytes.size() < headerSize + 1 + trailerSize) return Error{Reason::tooShort, bytes.size()};
   const std::size_t start = bytes.size() - trailerSize;
   const char* const fields = bytes.data() + start;
@@ -91,9 +91,10 @@ class Decoder {
         tree_(tree),
         bytesToCover_(overlapFactor * bytes.size() + overlapAllowance) {}
 
-  std::optional<Error> decode() {
+  Result<void, Error> decode() {
     if (checkTable() && decodeObject(trailer_.topObject)) decodeContents();
-    return error_;
+    if (error_) return *error_;
+    return {};
   }
 
  private:
@@ -364,8 +365,8 @@ bool Decoder::decodeContainer(Type type, unsigned nibble, Node& node) {
 
 }  // namespace
 
-std::optional<Error> decodeBinary(std::string_view bytes, Tree& tree) {
-  const Result<Trailer> trailer = readTrailer(bytes);
+Result<void, Error> decodeBinary(std::string_view bytes, Tree& tree) {
+  const Result<Trailer, Error> trailer = readTrailer(bytes);
   if (!trailer) return trailer.error();
   return Decoder(bytes, *trailer, tree).decode();
 }

@@ -1,9 +1,9 @@
 // Binary property lists. Private to this folder.
 #pragma once
 
-#include <optional>
 #include <string_view>
 
+#include "base/result.h"
 #include "plist/error.h"
 #include "plist/tree.h"
 
@@ -11,7 +11,7 @@ namespace pelmarix::plist {
 
 inline constexpr std::string_view binaryMagic = "bplist0";
 
-/// Decodes a file that begins with binaryMagic into the empty tree; nothing where that succeeds.
-std::optional<Error> decodeBinary(std::string_view bytes, Tree& tree);
+/// Decodes a file that begins with binaryMagic into the empty tree.
+Result<void, Error> decodeBinary(std::string_view bytes, Tree& tree);
 
 }  // namespace pelmarix::plist

@@ -5,7 +5,7 @@
 // are: at most 64 times their number and 1 MiB of memory. Containers may be nested 512 deep. Nothing is
 // printed, nothing thrown on account of the bytes.
 //
-//   const plist::Result<plist::Document> decoded = plist::Document::decode(bytes);
+//   const auto decoded = plist::Document::decode(bytes);
 //   if (!decoded) return description(decoded.error());
 //   for (plist::Value entry : decoded->root().elements())
 //     if (std::optional<plist::Value> name = entry.find("displayName")) use(name->string());
@@ -13,10 +13,10 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <string_view>
 
-#include "plist/result.h"
+#include "base/result.h"
+#include "plist/error.h"
 #include "plist/value.h"
 
 namespace pelmarix::plist {
@@ -26,14 +26,7 @@ class Document {
  public:
   /// The bytes must outlive the document and its values: text is not copied out of them where it can be read
   /// in place.
-  static Result<Document> decode(std::string_view bytes);
-
-  /// Has no values: its root may not be asked for.
-  Document();
-  /// Decodes in place of what was decoded before, whose values end here, and into the same memory: small
-  /// files, one after the other, are decoded a good deal faster that way. The document keeps what the largest
-  /// of them took. After an error it has no values. Not for a document that was moved from.
-  std::optional<Error> assign(std::string_view bytes);
+  static Result<Document, Error> decode(std::string_view bytes);
 
   Document(Document&&) noexcept;
   Document& operator=(Document&&) noexcept;
@@ -44,6 +37,8 @@ class Document {
   std::size_t valueCount() const;
 
  private:
+  explicit Document(std::unique_ptr<Tree> tree);
+
   std::unique_ptr<Tree> tree_;
 };
 

@@ -77,13 +77,6 @@ struct Tree {
   Arena arena;
 
   bool isBinary() const { return referenceWidth != 0; }
-  /// Forgets all, and keeps the memory of the nodes.
-  void clear() {
-    nodes.clear();
-    root = 0;
-    referenceWidth = 0;
-    arena = Arena();
-  }
 };
 
 /// An unsigned number of any number of bytes, the most significant first. Only the last eight count.

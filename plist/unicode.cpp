@@ -56,8 +56,8 @@ class UnitReader {
 };
 
 /// Units of `width` bytes, of which the first is a byte-order mark.
-Result<std::string_view> wideToUtf8(std::string_view bytes, std::size_t width, bool littleEndian,
-                                    Arena& arena) {
+Result<std::string_view, Error> wideToUtf8(std::string_view bytes, std::size_t width, bool littleEndian,
+                                           Arena& arena) {
   if (bytes.size() % width != 0) return Error{Reason::wrongEncoding, bytes.size()};
   // A unit of UTF-16 takes at most three bytes of UTF-8, one of UTF-32 at most four.
   char* out = arena.reserve(bytes.size() / width * (width == 2 ? 3 : 4));
@@ -130,7 +130,7 @@ std::string_view lenientUtf16ToUtf8(std::string_view bytes, Arena& arena) {
   return arena.commit(out);
 }
 
-Result<std::string_view> xmlTextAsUtf8(std::string_view bytes, Arena& arena) {
+Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Arena& arena) {
   using namespace std::string_view_literals;
   // The mark of little-endian UTF-32 begins with that of UTF-16, so it is looked for first.
   if (bytes.starts_with("\xFF\xFE\0\0"sv)) return wideToUtf8(bytes, 4, true, arena);

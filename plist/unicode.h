@@ -4,8 +4,9 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/result.h"
 #include "base/utf8.h"
-#include "plist/result.h"
+#include "plist/error.h"
 #include "plist/tree.h"
 
 namespace pelmarix::plist {
@@ -29,6 +30,6 @@ std::string_view lenientUtf16ToUtf8(std::string_view bytes, Arena& arena);
 /// An XML file's text in UTF-8, without its byte-order mark: a part of `bytes` where that is UTF-8 already
 /// (then not checked yet), else made in `arena`. The byte-order mark decides; without one, a declaration at
 /// the very start does; without either it is UTF-8.
-Result<std::string_view> xmlTextAsUtf8(std::string_view bytes, Arena& arena);
+Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Arena& arena);
 
 }  // namespace pelmarix::plist

@@ -452,11 +452,11 @@ bool Decoder::copyReference(const char* end, char*& out) {
 
 }  // namespace
 
-std::optional<Error> decodeXml(std::string_view bytes, Tree& tree) {
-  const Result<std::string_view> text = xmlTextAsUtf8(bytes, tree.arena);
+Result<void, Error> decodeXml(std::string_view bytes, Tree& tree) {
+  const Result<std::string_view, Error> text = xmlTextAsUtf8(bytes, tree.arena);
   if (!text) return text.error();
   Decoder decoder(*text, tree);
-  if (decoder.decode()) return std::nullopt;
+  if (decoder.decode()) return {};
 
   // A byte-order mark of UTF-8 is the one thing that text read in place leaves out.
   const bool isInPlace = text->data() + text->size() == bytes.data() + bytes.size();

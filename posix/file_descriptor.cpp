@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <string>
 #include <string_view>
-#include <system_error>
 
 namespace pelmarix::posix {
 namespace {
@@ -20,44 +20,62 @@ auto uninterrupted(const Call& call) {
   }
 }
 
+Result<std::size_t, std::error_code> countOrError(ssize_t count) {
+  if (count < 0) return lastSystemError();
+  return static_cast<std::size_t>(count);
+}
+
+Result<FileDescriptor, std::error_code> openShortPath(int folder, const char* path, int flags, mode_t mode) {
+  const int descriptor = uninterrupted([&] { return ::openat(folder, path, flags | O_CLOEXEC, mode); });
+  if (descriptor < 0) return lastSystemError();
+  return FileDescriptor(descriptor);
+}
+
+/// One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps.
+Result<FileDescriptor, std::error_code> openLongPath(int folder, std::string_view path, int flags,
+                                                     mode_t mode) {
+  FileDescriptor reached;
+  while (path.size() >= PATH_MAX) {
+    const std::size_t slash = path.rfind('/', PATH_MAX - 2);
+    if (slash == std::string_view::npos || slash == 0) break;
+    auto step = openShortPath(folder, std::string(path.substr(0, slash)).c_str(), O_RDONLY | O_DIRECTORY, 0);
+    if (!step) return step;
+    path.remove_prefix(std::min(path.find_first_not_of('/', slash), path.size()));
+    if (path.empty()) return step;
+    reached = *std::move(step);
+    folder = reached.get();
+  }
+  return openShortPath(folder, path.data(), flags, mode);
+}
+
 }  // namespace
 
-bool FileDescriptor::close() {
-  if (descriptor_ < 0) return true;
+FileDescriptor::~FileDescriptor() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+Result<void, std::error_code> FileDescriptor::close() {
+  if (descriptor_ < 0) return {};
   // An interrupted close has closed all the same; a second one could hit a descriptor opened meanwhile.
-  return ::close(release()) == 0 || errno == EINTR;
+  if (::close(release()) != 0 && errno != EINTR) return lastSystemError();
+  return {};
 }
 
-FileDescriptor openFile(int folder, const char* path, int flags, mode_t mode) {
-  const auto open = [mode](int base, const char* name, int with) {
-    return FileDescriptor(uninterrupted([&] { return ::openat(base, name, with | O_CLOEXEC, mode); }));
-  };
-  FileDescriptor file = open(folder, path, flags);
-  if (file || errno != ENAMETOOLONG) return file;
+std::error_code lastSystemError() { return {errno, std::system_category()}; }
 
-  // One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps.
-  std::string_view rest = path;
-  FileDescriptor step;
-  while (rest.size() >= PATH_MAX) {
-    const std::size_t slash = rest.rfind('/', PATH_MAX - 2);
-    if (slash == std::string_view::npos || slash == 0) break;
-    step =
-        open(step ? step.get() : folder, std::string(rest.substr(0, slash)).c_str(), O_RDONLY | O_DIRECTORY);
-    if (!step) return step;
-    rest.remove_prefix(std::min(rest.find_first_not_of('/', slash), rest.size()));
-    if (rest.empty()) return step;
-  }
-  return open(step ? step.get() : folder, rest.data(), flags);
+Result<FileDescriptor, std::error_code> openFile(int folder, const char* path, int flags, mode_t mode) {
+  auto file = openShortPath(folder, path, flags, mode);
+  if (file || file.error() != std::errc::filename_too_long) return file;
+  return openLongPath(folder, path, flags, mode);
 }
 
-ssize_t readSome(int descriptor, char* bytes, std::size_t size) {
-  return uninterrupted([&] { return ::read(descriptor, bytes, size); });
+Result<std::size_t, std::error_code> readSome(const FileDescriptor& file, char* bytes, std::size_t size) {
+  return countOrError(uninterrupted([&] { return ::read(file.get(), bytes, size); }));
 }
 
-ssize_t writeSome(int descriptor, const char* bytes, std::size_t size) {
-  return uninterrupted([&] { return ::write(descriptor, bytes, size); });
+Result<std::size_t, std::error_code> writeSome(const FileDescriptor& file, const char* bytes,
+                                               std::size_t size) {
+  return countOrError(uninterrupted([&] { return ::write(file.get(), bytes, size); }));
 }
-
-std::string systemErrorText(int errorNumber) { return std::system_category().message(errorNumber); }
 
 }  // namespace pelmarix::posix

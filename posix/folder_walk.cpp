@@ -1,97 +1,60 @@
 #include "posix/folder_walk.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-
-#include <cstring>
-#include <string_view>
-#include <utility>
-
-#include "posix/file_contents.h"
 
 namespace pelmarix::posix {
 
 std::unique_ptr<FolderWalk> FolderWalk::open(const std::string& path) {
-  FileDescriptor top = openFile(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY);
+  auto top = openFile(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY);
   if (!top) return nullptr;
-  FileDescriptor innermost = openFile(top.get(), ".", O_RDONLY | O_DIRECTORY);
-  std::unique_ptr<FolderWalk> walk(new FolderWalk(std::move(top)));
-  return walk->enter(std::move(innermost)) ? std::move(walk) : nullptr;
+  std::unique_ptr<FolderWalk> walk(new FolderWalk(*std::move(top)));
+  walk->enter(walk->top_.get(), ".", 0);
+  if (walk->levels_.empty()) return nullptr;
+  return walk;
 }
 
-FolderWalk::Kind FolderWalk::kindOf(const dirent& entry) {
-  switch (entry.d_type) {
-    case DT_REG:
-      return regularFile;
-    case DT_DIR:
-      return folder;
-    case DT_UNKNOWN:  // of file systems that don't tell
-      return unknown;
-    default:
-      return other;
-  }
-}
-
-bool FolderWalk::enter(FileDescriptor opened) {
-  Stream stream(opened ? fdopendir(opened.get()) : nullptr);
-  if (!stream) return false;
-  opened.release();
+void FolderWalk::enter(int base, const char* path, int flags) {
+  auto folder = openFile(base, path, O_RDONLY | O_DIRECTORY | flags);
+  if (!folder) return;
+  Stream stream(fdopendir(folder->get()));
+  if (!stream) return;
+  folder->release();  // the stream closes it
   if (!path_.empty()) path_ += '/';
   Level level;
   level.prefixLength = path_.size();
   while (const dirent* entry = readdir(stream.get())) {
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    level.entries.push_back(kindOf(*entry));
-    level.entries.append(name.data(), name.size() + 1);
+    // Some file systems don't tell what an entry is.
+    level.entries.push_back({std::string(name), entry->d_type == DT_DIR || entry->d_type == DT_UNKNOWN});
   }
   levels_.push_back(std::move(level));
   innermost_ = std::move(stream);
-  return true;
 }
 
-FileDescriptor FolderWalk::openEntry(int flags) const {
-  if (!innermost_) return openFile(top_.get(), path_.c_str(), flags);
-  return openFile(dirfd(innermost_.get()), path_.c_str() + levels_.back().prefixLength, flags);
+void FolderWalk::enterLastEntry() {
+  // O_NOFOLLOW: a link put in the folder's place meanwhile leads nowhere.
+  if (innermost_)
+    enter(dirfd(innermost_.get()), path_.c_str() + levels_.back().prefixLength, O_NOFOLLOW);
+  else
+    enter(top_.get(), path_.c_str(), O_NOFOLLOW);
 }
 
 std::optional<std::string_view> FolderWalk::nextObject() {
-  if (kind_ == folder || kind_ == unknown) {
-    // O_NOFOLLOW: a link put in the folder's place meanwhile leads nowhere.
-    enter(openEntry(O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
-    kind_ = other;
-  }
+  if (lastMayBeFolder_) enterLastEntry();
   while (!levels_.empty() && levels_.back().next == levels_.back().entries.size()) {
     levels_.pop_back();
     innermost_.reset();
   }
+  lastMayBeFolder_ = false;
   if (levels_.empty()) return std::nullopt;
 
   Level& level = levels_.back();
-  kind_ = static_cast<Kind>(level.entries[level.next]);
-  const char* name = level.entries.c_str() + level.next + 1;
-  const std::size_t length = std::strlen(name);
-  level.next += 1 + length + 1;
+  const Entry& entry = level.entries[level.next++];
   path_.resize(level.prefixLength);
-  path_.append(name, length);
+  path_ += entry.name;
+  lastMayBeFolder_ = entry.mayBeFolder;
   return path_;
-}
-
-std::optional<std::string_view> FolderWalk::readFile() {
-  const FileDescriptor file = openEntry(openForReading);
-  if (!file) return std::nullopt;
-  std::size_t size = 0;
-  if (kind_ == regularFile) {
-    const ssize_t count = readSome(file.get(), buffer_.data(), buffer_.size());
-    if (count < 0) return std::nullopt;
-    size = static_cast<std::size_t>(count);
-    // Less than was asked for is all there is. Nothing at all, or too much, may come from something else that
-    // has taken the file's place.
-    if (size > 0 && size < buffer_.size()) return std::string_view(buffer_.data(), size);
-  }
-  contents_.assign(buffer_.data(), size);
-  if (!readRemainder(file.get(), contents_, size)) return std::nullopt;
-  return contents_;
 }
 
 }  // namespace pelmarix::posix

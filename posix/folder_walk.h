@@ -3,7 +3,6 @@
 
 #include <dirent.h>
 
-#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -25,19 +24,18 @@ class FolderWalk final : public platform::DirectoryEnumerator {
   static std::unique_ptr<FolderWalk> open(const std::string& path);
 
   std::optional<std::string_view> nextObject() override;
-  std::optional<std::string_view> readFile() override;
 
  private:
-  /// What a folder says of its entries, which may have changed since.
-  enum Kind : char { regularFile = 'f', folder = 'd', other = 'o', unknown = 'u' };
+  struct Entry {
+    std::string name;
+    bool mayBeFolder;
+  };
 
   /// A folder that the walk is in.
   struct Level {
-    /// One byte of Kind and the zero-terminated name for each entry, in the file system's order.
-    std::string entries;
+    std::vector<Entry> entries;  ///< in the file system's order
     std::size_t next = 0;
-    /// How much of path_ is the folder's own, with the slash at its end.
-    std::size_t prefixLength = 0;
+    std::size_t prefixLength = 0;  ///< of the folder's own part of path_, with the slash at its end
   };
 
   struct StreamCloser {
@@ -46,23 +44,18 @@ class FolderWalk final : public platform::DirectoryEnumerator {
   using Stream = std::unique_ptr<DIR, StreamCloser>;
 
   explicit FolderWalk(FileDescriptor top) : top_(std::move(top)) {}
-  static Kind kindOf(const dirent& entry);
-  bool enter(FileDescriptor opened);
-  /// Opens the entry yielded last.
-  FileDescriptor openEntry(int flags) const;
+  /// Goes into the folder at `path`, relative to `base`, that is called path_; stays where it is if that
+  /// can't be opened.
+  void enter(int base, const char* path, int flags);
+  void enterLastEntry();
 
   FileDescriptor top_;
   std::vector<Level> levels_;
   /// The folder of the last level; none after the walk has come back to it from a deeper one. The way from
   /// there spares the long one from the top to each folder of a deep nest.
   Stream innermost_;
-  /// The entry yielded last, relative to the top.
-  std::string path_;
-  Kind kind_ = other;
-  /// Takes in one call what a property list of the usual size holds.
-  std::array<char, 16384> buffer_;
-  /// Takes what is larger.
-  std::string contents_;
+  std::string path_;  ///< of the entry yielded last, relative to the top
+  bool lastMayBeFolder_ = false;
 };
 
 }  // namespace pelmarix::posix

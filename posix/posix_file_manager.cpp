@@ -3,22 +3,20 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <cerrno>
-
-#include "posix/file_contents.h"
 #include "posix/file_descriptor.h"
 #include "posix/folder_walk.h"
+#include "posix/regular_file.h"
 
 namespace pelmarix::posix {
 namespace {
 
-bool writeAll(int descriptor, std::string_view bytes) {
+Result<void, std::error_code> writeAll(const FileDescriptor& file, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t count = writeSome(descriptor, bytes.data(), bytes.size());
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
+    const auto count = writeSome(file, bytes.data(), bytes.size());
+    if (!count) return count.error();
+    bytes.remove_prefix(*count);
   }
-  return true;
+  return {};
 }
 
 }  // namespace
@@ -27,26 +25,23 @@ std::unique_ptr<platform::DirectoryEnumerator> PosixFileManager::enumeratorAtPat
   return FolderWalk::open(volume_.resolve(path));
 }
 
-bool PosixFileManager::readFile(const std::string& path, std::string& contents) {
-  const FileDescriptor file = openFile(AT_FDCWD, volume_.resolve(path).c_str(), openForReading);
-  if (file) return readRemainder(file.get(), contents);
-  contents.clear();
-  return false;
+Result<std::string, std::error_code> PosixFileManager::readFile(const std::string& path) {
+  auto file = RegularFile::open(volume_.resolve(path));
+  if (!file) return file.error();
+  return file->readToEnd();
 }
 
-std::optional<std::string> PosixFileManager::writeFile(const std::string& path,
-                                                       const std::vector<std::string_view>& parts) {
-  FileDescriptor file =
-      openFile(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY, 0666);
-  if (!file) return systemErrorText(errno);
+Result<void, std::error_code> PosixFileManager::writeFile(const std::string& path,
+                                                          const std::vector<std::string_view>& parts) {
+  auto file = openFile(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY, 0666);
+  if (!file) return file.error();
   struct stat status = {};
-  if (fstat(file.get(), &status) != 0) return systemErrorText(errno);
+  if (fstat(file->get(), &status) != 0) return lastSystemError();
   // The same words as for a FIFO that nobody reads from, which can't be opened at all.
-  if (S_ISFIFO(status.st_mode)) return systemErrorText(ENXIO);
+  if (S_ISFIFO(status.st_mode)) return std::make_error_code(std::errc::no_such_device_or_address);
   for (const std::string_view part : parts)
-    if (!writeAll(file.get(), part)) return systemErrorText(errno);
-  if (!file.close()) return systemErrorText(errno);
-  return std::nullopt;
+    if (const auto written = writeAll(*file, part); !written) return written;
+  return file->close();
 }
 
 }  // namespace pelmarix::posix

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -13,17 +13,17 @@
 
 namespace pelmarix::posix {
 
-/// Reads below a volume files of up to maximumFileSize bytes, writes where the user chose.
+/// Reads below a volume files of up to RegularFile::maximumSize bytes, writes where the user chose.
 class PosixFileManager final : public platform::FileManager {
  public:
   explicit PosixFileManager(Volume volume) : volume_(std::move(volume)) {}
 
   std::unique_ptr<platform::DirectoryEnumerator> enumeratorAtPath(const std::string& path) override;
-  bool readFile(const std::string& path, std::string& contents) override;
+  Result<std::string, std::error_code> readFile(const std::string& path) override;
 
   /// A FIFO is refused, for it could block the program for good.
-  std::optional<std::string> writeFile(const std::string& path,
-                                       const std::vector<std::string_view>& parts) override;
+  Result<void, std::error_code> writeFile(const std::string& path,
+                                          const std::vector<std::string_view>& parts) override;
 
  private:
   Volume volume_;

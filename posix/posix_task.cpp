@@ -28,7 +28,8 @@ bool makePipe(int (&ends)[2]) {
 }
 
 void check(int errorNumber, const std::string& what) {
-  if (errorNumber != 0) throw platform::TaskLaunchError(what + ": " + systemErrorText(errorNumber));
+  if (errorNumber != 0)
+    throw platform::TaskLaunchError(what + ": " + std::system_category().message(errorNumber));
 }
 
 /// What a child is to be given beside its program and arguments.
@@ -112,9 +113,9 @@ std::string PosixPipe::readDataToEndOfFile() {
   std::size_t size = 0;
   for (;;) {
     if (size == data.size()) data.resize(std::max(firstSize, 2 * size));
-    const ssize_t count = readSome(readEnd_.get(), data.data() + size, data.size() - size);
-    if (count <= 0) break;
-    size += static_cast<std::size_t>(count);
+    const auto count = readSome(readEnd_, data.data() + size, data.size() - size);
+    if (!count || *count == 0) break;
+    size += *count;
   }
   data.resize(size);
   return data;

@@ -20,7 +20,7 @@ class PosixPipe final : public platform::Pipe {
 
   int writeEnd() const { return writeEnd_.get(); }
   /// Leaves the write end to the child alone, so that the child's end is the end of what is read.
-  void closeWriteEnd() { writeEnd_.close(); }
+  void closeWriteEnd() { writeEnd_ = FileDescriptor(); }
 
  private:
   FileDescriptor readEnd_;

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "base/date.h"
-#include "plist/document.h"
 
 namespace pelmarix {
 
@@ -17,7 +16,7 @@ struct theBoMReceipt {
 
 /// The receipt in `bytes`, a property list, XML or binary, whose root is a dictionary; keys are compared
 /// exactly and others are ignored. Nothing when it is anything else, lacks a key or has a value of another
-/// type. The list is decoded into `document`, which lends its memory to one receipt after the other.
-std::optional<theBoMReceipt> decodeBoMReceipt(std::string_view bytes, plist::Document& document);
+/// type.
+std::optional<theBoMReceipt> decodeBoMReceipt(std::string_view bytes);
 
 }  // namespace pelmarix

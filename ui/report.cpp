@@ -99,8 +99,8 @@ void ViewController::saveButton(platform::Object* /*sender*/) {
     if (response != platform::modalResponseOK) return;
     const std::optional<std::string> path = chosen.path();
     if (!path) return;
-    if (const auto failure = platform::FileManager::defaultManager().writeFile(*path, {*report, stamp}))
-      platform::showErrorAlert(platform::lastActionErrorMessage, *failure);
+    const auto written = platform::FileManager::defaultManager().writeFile(*path, {*report, stamp});
+    if (!written) platform::showErrorAlert(platform::lastActionErrorMessage, written.error().message());
   });
 }
 

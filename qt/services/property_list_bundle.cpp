@@ -14,10 +14,9 @@ namespace {
 
 std::string ownInfoPlist() {
 #ifdef __APPLE__
-  std::string contents;
-  posix::PosixFileManager(posix::Volume())
-      .readFile(toFileName(QCoreApplication::applicationDirPath()) + "/../Info.plist", contents);
-  return contents;
+  const std::string path = toFileName(QCoreApplication::applicationDirPath()) + "/../Info.plist";
+  const auto contents = posix::PosixFileManager(posix::Volume()).readFile(path);
+  return contents ? *contents : std::string();
 #else
   return infoPlist;
 #endif

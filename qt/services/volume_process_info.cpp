@@ -38,9 +38,8 @@ platform::OperatingSystemVersion versionNumbers(std::string_view version) {
 }
 
 VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files) {
-  std::string contents;
-  if (files.readFile(systemVersionFile, contents)) {
-    if (const auto decoded = plist::Document::decode(contents)) {
+  if (const auto contents = files.readFile(systemVersionFile)) {
+    if (const auto decoded = plist::Document::decode(*contents)) {
       const std::string version = text(decoded->root(), "ProductVersion");
       const std::string build = text(decoded->root(), "ProductBuildVersion");
       if (!version.empty()) {

@@ -157,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(Place, BinaryAccepts, testing::ValuesIn(places), nameOf
 TEST(BinaryDictionary, theLastOfARepeatedKeyWins) {
   const std::string file = binary({hex("D3 01 02 03 04 05 06"), hex("51") + "a", hex("51") + "b",
                                    hex("51") + "a", hex("10 01"), hex("10 02"), hex("10 03")});
-  const Result<Document> document = Document::decode(file);
+  const Result<Document, Error> document = Document::decode(file);
   ASSERT_TRUE(document);
   EXPECT_EQ(document->root().find("a")->integer(), 3);
   EXPECT_EQ(document->root().find("b")->integer(), 2);

@@ -88,7 +88,7 @@ TEST(Sharing, aSmallFileMayStandForMoreLeavesThanCouldEverBeVisited) {
   ASSERT_LT(file.size(), 344U);
 
   const HeapMeter heap;
-  const Result<Document> document = Document::decode(file);
+  const Result<Document, Error> document = Document::decode(file);
   ASSERT_TRUE(document);
   EXPECT_LT(heap.peak(), 64 * file.size());
   EXPECT_EQ(document->valueCount(), 61U);
@@ -164,7 +164,7 @@ TEST(Release, ofAnEndlesslySharedFileIsImmediate) {
   for (unsigned i = 1; i <= 250; ++i)
     objects.push_back(hex("A2") + bigEndianBytes(i, 1) + bigEndianBytes(i, 1));
   objects.push_back(hex("A0"));
-  auto document = std::make_unique<Result<Document>>(
+  auto document = std::make_unique<Result<Document, Error>>(
       Document::decode(BinaryPlist{.objects = objects, .offsetWidth = 2}.bytes()));
   ASSERT_TRUE(*document);
   document.reset();

@@ -11,7 +11,7 @@ namespace pelmarix::plist {
 namespace {
 
 Error errorOf(std::string_view bytes) {
-  const Result<Document> document = Document::decode(bytes);
+  const Result<Document, Error> document = Document::decode(bytes);
   return document ? Error{Reason::last} : document.error();
 }
 

@@ -45,7 +45,7 @@ TEST(RealFile, isTheSameInBothForms) {
 
 TEST(RealFile, holdsDatesFromEarlyToLate) {
   const std::string bytes = contents("property-lists/7.plist");
-  const Result<Document> document = Document::decode(bytes);
+  const Result<Document, Error> document = Document::decode(bytes);
   ASSERT_TRUE(document);
   EXPECT_EQ(description(*document->root().find("Time3")->date()), "1869-01-03 08:16:32 +0000");
   EXPECT_EQ(description(*document->root().find("Time4")->date()), "2199-08-20 01:10:11 +0000");
@@ -61,7 +61,7 @@ TEST(RealFile, holdsHexadecimalIntegersUidsAndCharacterData) {
 
 std::string installDate(const std::string& path) {
   const std::string bytes = contents(path);
-  const Result<Document> document = Document::decode(bytes);
+  const Result<Document, Error> document = Document::decode(bytes);
   return document ? description(*document->root().find("InstallDate")->date()) : "refused";
 }
 
@@ -72,7 +72,7 @@ TEST(RealReceipt, saysWhenItsPackageWasInstalled) {
 
 TEST(RealHistory, beginsWithItsFirstSystemInstall) {
   const std::string bytes = contents("install-history/osx-10.9.plist");
-  const Result<Document> document = Document::decode(bytes);
+  const Result<Document, Error> document = Document::decode(bytes);
   ASSERT_TRUE(document);
   ASSERT_EQ(document->root().count(), 7U);
   int configData = 0;

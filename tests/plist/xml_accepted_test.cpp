@@ -152,7 +152,7 @@ const std::vector<Accepted> containers = {
 INSTANTIATE_TEST_SUITE_P(Container, XmlAccepts, testing::ValuesIn(containers), nameOfRow<Accepted>);
 
 TEST(XmlDictionary, theLastOfARepeatedKeyWins) {
-  const Result<Document> document = Document::decode(
+  const Result<Document, Error> document = Document::decode(
       "<dict><key>a</key><array><true/></array><key>b</key><integer>2</integer><key>&#97;</key><integer>3</"
       "integer>"
       "</dict>");
@@ -189,7 +189,7 @@ TEST(XmlString, mayHaveTenMillionBytes) {
   std::string text;
   text.assign(10000000, 'x');
   const std::string file = "<plist><string>" + text + "</string></plist>";
-  const Result<Document> document = Document::decode(file);
+  const Result<Document, Error> document = Document::decode(file);
   ASSERT_TRUE(document);
   EXPECT_EQ(document->root().string(), text);
 }

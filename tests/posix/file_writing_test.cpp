@@ -13,12 +13,10 @@ namespace {
 using test::contentsOf;
 using test::TemporaryFolder;
 
-std::optional<std::string> writeFile(const std::string& path, const std::vector<std::string_view>& parts) {
-  return PosixFileManager{Volume("/nowhere")}.writeFile(path, parts);
-}
-
+/// "written", or the system's description of the failure.
 std::string outcome(const std::string& path, const std::vector<std::string_view>& parts) {
-  return writeFile(path, parts).value_or("written");
+  const auto written = PosixFileManager(Volume("/nowhere")).writeFile(path, parts);
+  return written ? "written" : written.error().message();
 }
 
 /// Runs `body` in a child process that sees a file system of its own at `folder`.
@@ -42,7 +40,7 @@ std::string withFileSystem(const std::string& folder, unsigned long flags, const
 
 TEST(WritingAFile, WritesThePartsOneAfterTheOther) {
   const TemporaryFolder folder;
-  EXPECT_EQ(writeFile(folder / "report.txt", {"\n\nreport\n", "", "Checked\n"}), std::nullopt);
+  EXPECT_EQ(outcome(folder / "report.txt", {"\n\nreport\n", "", "Checked\n"}), "written");
   EXPECT_EQ(contentsOf(folder / "report.txt"), "\n\nreport\nChecked\n");
 }
 

@@ -20,13 +20,8 @@ using test::string;
 const std::string anIdentifier = key("PackageIdentifier", string("com.example.pkg.writer"));
 const std::string aDate = key("InstallDate", date("2019-03-26T10:11:12Z"));
 
-std::optional<theBoMReceipt> decodeFile(const std::string& bytes) {
-  plist::Document document;
-  return decodeBoMReceipt(bytes, document);
-}
-
 std::optional<theBoMReceipt> decode(const std::string& pairs) {
-  return decodeFile(propertyList("<dict>" + pairs + "</dict>"));
+  return decodeBoMReceipt(propertyList("<dict>" + pairs + "</dict>"));
 }
 
 TEST(BoMReceiptRecord, TakesItsFieldsFromTheKeysOfTheSameNames) {
@@ -58,32 +53,22 @@ TEST(BoMReceiptRecord, RefusesValuesOfAnotherType) {
 }
 
 TEST(BoMReceiptRecord, RefusesAnotherRootAndWhatIsNoPropertyList) {
-  EXPECT_FALSE(decodeFile(propertyList("<array><dict>" + anIdentifier + aDate + "</dict></array>")));
-  EXPECT_FALSE(decodeFile(propertyList("<string>a</string>")));
-  EXPECT_FALSE(decodeFile(""));
-  EXPECT_FALSE(decodeFile("bplist00"));
+  EXPECT_FALSE(decodeBoMReceipt(propertyList("<array><dict>" + anIdentifier + aDate + "</dict></array>")));
+  EXPECT_FALSE(decodeBoMReceipt(propertyList("<string>a</string>")));
+  EXPECT_FALSE(decodeBoMReceipt(""));
+  EXPECT_FALSE(decodeBoMReceipt("bplist00"));
 }
 
 TEST(BoMReceiptRecord, IsReadFromABinaryPropertyListToo) {
-  const auto record = decodeFile(binaryReceipt("pkg", 2));
+  const auto record = decodeBoMReceipt(binaryReceipt("pkg", 2));
   ASSERT_TRUE(record);
   EXPECT_EQ(record->PackageIdentifier, "pkg");
   EXPECT_EQ(record->InstallDate, Date{2});
 }
 
-TEST(BoMReceiptRecord, OwesNothingToTheReceiptDecodedBeforeIt) {
-  plist::Document document;
-  EXPECT_TRUE(decodeBoMReceipt(propertyList("<dict>" + anIdentifier + aDate + "</dict>"), document));
-  EXPECT_FALSE(decodeBoMReceipt(propertyList("<dict>" + anIdentifier + "</dict>"), document));
-  EXPECT_FALSE(decodeBoMReceipt("<dict>", document));
-  const auto record = decodeBoMReceipt(binaryReceipt("pkg", 2), document);
-  ASSERT_TRUE(record);
-  EXPECT_EQ(record->PackageIdentifier, "pkg");
-}
-
 TEST(BoMReceiptRecord, RefusesADateThatIsNotFinite) {
-  EXPECT_FALSE(decodeFile(binaryReceipt("pkg", std::numeric_limits<double>::infinity())));
-  EXPECT_FALSE(decodeFile(binaryReceipt("pkg", std::numeric_limits<double>::quiet_NaN())));
+  EXPECT_FALSE(decodeBoMReceipt(binaryReceipt("pkg", std::numeric_limits<double>::infinity())));
+  EXPECT_FALSE(decodeBoMReceipt(binaryReceipt("pkg", std::numeric_limits<double>::quiet_NaN())));
 }
 
 }  // namespace

@@ -41,7 +41,7 @@ void expectSame(const PropertyList& written, plist::Value read, ReceiptForm form
 void expectRoundTrip(const PropertyList& root) {
   for (const ReceiptForm form : {ReceiptForm::xml, ReceiptForm::binary}) {
     const std::string bytes = form == ReceiptForm::xml ? xmlForm(root) : binaryForm(root);
-    const plist::Result<plist::Document> decoded = plist::Document::decode(bytes);
+    const Result<plist::Document, plist::Error> decoded = plist::Document::decode(bytes);
     ASSERT_TRUE(decoded) << description(decoded.error());
     expectSame(root, decoded->root(), form);
   }
@@ -68,7 +68,7 @@ TEST(RoundTrip, OfDeepNesting) {
 TEST(RoundTrip, OfEveryReceipt) {
   for (const Receipt& receipt : receipts(300)) {
     const std::string bytes = propertyListFile(receipt);
-    const plist::Result<plist::Document> decoded = plist::Document::decode(bytes);
+    const Result<plist::Document, plist::Error> decoded = plist::Document::decode(bytes);
     ASSERT_TRUE(decoded) << description(decoded.error());
     EXPECT_EQ(decoded->root().find("PackageIdentifier")->string(), receipt.packageIdentifier);
     EXPECT_EQ(decoded->root().find("InstallDate")->date(), receipt.installDate);

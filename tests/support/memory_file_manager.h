@@ -21,53 +21,44 @@ class MemoryFileManager final : public platform::FileManager {
   /// A folder that isn't here can't be opened.
   std::map<std::string, std::vector<std::string>> folders;
   /// What writeFile answers; nothing means success.
-  std::optional<std::string> writeFailure;
+  std::optional<std::error_code> writeFailure;
   /// Every path that was asked for, in order.
   std::vector<std::string> pathsRead;
 
   std::unique_ptr<platform::DirectoryEnumerator> enumeratorAtPath(const std::string& path) override {
     const auto found = folders.find(path);
     if (found == folders.end()) return nullptr;
-    return std::make_unique<ListEnumerator>(*this, path, found->second);
+    return std::make_unique<ListEnumerator>(found->second);
   }
 
-  bool readFile(const std::string& path, std::string& contents) override {
+  Result<std::string, std::error_code> readFile(const std::string& path) override {
     pathsRead.push_back(path);
     const auto found = files.find(path);
-    if (found == files.end()) return false;
-    contents = found->second;
-    return true;
+    if (found == files.end()) return std::make_error_code(std::errc::no_such_file_or_directory);
+    return found->second;
   }
 
-  std::optional<std::string> writeFile(const std::string& path,
-                                       const std::vector<std::string_view>& parts) override {
-    if (writeFailure) return writeFailure;
+  Result<void, std::error_code> writeFile(const std::string& path,
+                                          const std::vector<std::string_view>& parts) override {
+    if (writeFailure) return *writeFailure;
     std::string& contents = files[path];
     contents.clear();
     for (const std::string_view part : parts) contents += part;
-    return std::nullopt;
+    return {};
   }
 
  private:
   class ListEnumerator final : public platform::DirectoryEnumerator {
    public:
-    ListEnumerator(MemoryFileManager& files, std::string folder, std::vector<std::string> names)
-        : files_(files), folder_(std::move(folder)), names_(std::move(names)) {}
+    explicit ListEnumerator(std::vector<std::string> names) : names_(std::move(names)) {}
     std::optional<std::string_view> nextObject() override {
       if (next_ == names_.size()) return std::nullopt;
       return names_[next_++];
     }
-    std::optional<std::string_view> readFile() override {
-      if (!files_.readFile(folder_ + names_[next_ - 1], contents_)) return std::nullopt;
-      return contents_;
-    }
 
    private:
-    MemoryFileManager& files_;
-    const std::string folder_;
     std::vector<std::string> names_;
     std::size_t next_ = 0;
-    std::string contents_;
   };
 };
 

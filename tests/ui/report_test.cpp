@@ -202,7 +202,7 @@ TEST_F(Report, IsNotSavedWhenThePanelIsCancelledOrGivesNoPath) {
 }
 
 TEST_F(Report, ThatCannotBeWrittenShowsTheSystemsWords) {
-  fileManager.writeFailure = "No space left on device";
+  fileManager.writeFailure = std::make_error_code(std::errc::no_space_on_device);
   PlainSavePanel& panel = save();
   panel.chosenPath = "/home/a/report.text";
   panel.completionHandler(platform::modalResponseOK);

@@ -37,9 +37,9 @@ class MachineServicesTest : public testing::Test {
 };
 
 TEST_F(MachineServicesTest, ReadFilesOfTheVolume) {
-  std::string contents;
-  EXPECT_TRUE(platform::FileManager::defaultManager().readFile("/Library/file", contents));
-  EXPECT_EQ(contents, "contents");
+  const auto contents = platform::FileManager::defaultManager().readFile("/Library/file");
+  ASSERT_TRUE(contents);
+  EXPECT_EQ(*contents, "contents");
 }
 
 TEST_F(MachineServicesTest, StoreDefaults) {
