@@ -25,7 +25,7 @@ class Pipe {
   virtual std::string readDataToEndOfFile() = 0;
 };
 
-/// One child process, launched once. Destroying a task whose child still runs leaves the child alone.
+/// One child process, launched once. Destroying a task whose child still runs ends the child.
 class Task {
  public:
   static std::unique_ptr<Task> make();

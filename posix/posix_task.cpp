@@ -10,9 +10,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
-#include <thread>
 
 #include "base/fatal.h"
+
+extern char** environ;  // not every system's headers declare it
 
 namespace pelmarix::posix {
 namespace {
@@ -88,11 +89,11 @@ void stopIgnoringChildren() {
   sigaction(SIGCHLD, &action, nullptr);
 }
 
-/// The child's wait status; nothing to be had when something else has taken it.
-pid_t waitFor(pid_t child, int& status, int options) {
+/// Waits for the child's end. False when something else has taken its status.
+bool waitFor(pid_t child, int& status) {
   for (;;) {
-    const pid_t ended = waitpid(child, &status, options);
-    if (ended >= 0 || errno != EINTR) return ended;
+    if (waitpid(child, &status, 0) == child) return true;
+    if (errno != EINTR) return false;
   }
 }
 
@@ -129,16 +130,11 @@ std::string locateProgram(const std::string& path, const std::string& companionF
 }
 
 PosixTask::~PosixTask() {
+  if (child_ < 0) return;
+  // Its end is waited for, so the child can't be one of the same number that came later.
+  kill(child_, SIGKILL);
   int status = 0;
-  if (child_ < 0 || waitFor(child_, status, WNOHANG) != 0) return;
-  try {
-    std::thread([child = child_] {
-      int ignored = 0;
-      waitFor(child, ignored, 0);
-    }).detach();
-  } catch (const std::system_error&) {
-    // No thread to be had: the zombie stays until this program ends.
-  }
+  waitFor(child_, status);
 }
 
 void PosixTask::setStandardOutput(platform::Pipe& pipe) {
@@ -172,7 +168,7 @@ void PosixTask::waitUntilExit() {
   if (child_ < 0) return;
   int status = 0;
   // A status that was taken away counts as a failure: nothing is known of the child's success.
-  if (waitFor(child_, status, 0) == child_)
+  if (waitFor(child_, status))
     terminationStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
   child_ = -1;
 }

@@ -38,7 +38,6 @@ class PosixTask final : public platform::Task {
   /// `companionFolder` has the programs that come with this one.
   explicit PosixTask(std::string companionFolder) : companionFolder_(std::move(companionFolder)) {}
 
-  /// A child that still runs is left alone, and not left behind as a zombie when it ends.
   ~PosixTask() override;
 
   void setLaunchPath(const std::string& path) override { launchPath_ = path; }
