@@ -1,4 +1,4 @@
-#include "history/receipts_record.h"
+#include "history/install_history_record.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,53 +8,36 @@
 namespace pelmarix {
 namespace {
 
-// Against the budget, which is in bytes of memory, each key of an entry counts for the time that looking at
-// it takes.
+// A binary property list can name one long text, or one entry of many keys, in a million places. What the
+// records cost is therefore bounded, in bytes of memory: for each byte that they come from, and beside that.
+constexpr std::size_t maximumGrowth = 64;
+constexpr std::size_t minimumBudget = std::size_t{1} << 20U;
+// Each key of an entry counts for the time that looking at it takes.
 constexpr std::size_t costOfKey = 16;
-
-/// The values under the keys of one entry; of a key that is repeated, the last one.
-struct Fields {
-  std::optional<plist::Value> contentType, date, displayName, displayVersion;
-};
-
-Fields fieldsOf(plist::Value entry) {
-  Fields fields;
-  for (const auto& [key, value] : entry.entries()) {
-    if (key == "contentType")
-      fields.contentType = value;
-    else if (key == "date")
-      fields.date = value;
-    else if (key == "displayName")
-      fields.displayName = value;
-    else if (key == "displayVersion")
-      fields.displayVersion = value;
-  }
-  return fields;
-}
-
-std::optional<theReceipts> decodeEntry(plist::Value entry) {
-  const Fields fields = fieldsOf(entry);
-  if (!fields.date || !fields.displayName || !fields.displayVersion) return std::nullopt;
-  const auto date = fields.date->date();
-  const auto name = fields.displayName->string();
-  const auto version = fields.displayVersion->string();
-  if (!date || !isFinite(*date) || !name || !version) return std::nullopt;
-
-  theReceipts record{std::nullopt, *date, std::string(*name), std::string(*version)};
-  if (fields.contentType) {
-    const auto contentType = fields.contentType->string();
-    if (!contentType) return std::nullopt;
-    record.contentType = *contentType;
-  }
-  return record;
-}
 
 std::size_t costOf(const theReceipts& record) {
   return sizeof record + record.displayName.size() + record.displayVersion.size() +
          (record.contentType ? record.contentType->size() : 0);
 }
 
-std::size_t costOfKeys(plist::Value entry) { return entry.count() * costOfKey; }
+std::optional<theReceipts> decodeEntry(plist::Value entry) {
+  const auto dateValue = entry.find("date");
+  const auto nameValue = entry.find("displayName");
+  const auto versionValue = entry.find("displayVersion");
+  if (!dateValue || !nameValue || !versionValue) return std::nullopt;
+  const auto date = dateValue->date();
+  const auto name = nameValue->string();
+  const auto version = versionValue->string();
+  if (!date || !isFinite(*date) || !name || !version) return std::nullopt;
+
+  theReceipts record{std::nullopt, *date, std::string(*name), std::string(*version)};
+  if (const auto contentTypeValue = entry.find("contentType")) {
+    const auto contentType = contentTypeValue->string();
+    if (!contentType) return std::nullopt;
+    record.contentType = *contentType;
+  }
+  return record;
+}
 
 /// Takes `cost` off the budget; false when it isn't there.
 bool spend(std::size_t cost, std::size_t& budget) {
@@ -65,18 +48,18 @@ bool spend(std::size_t cost, std::size_t& budget) {
 
 }  // namespace
 
-std::optional<std::vector<theReceipts>> decodeReceipts(std::string_view bytes) {
-  const Result<plist::Document, plist::Error> document = plist::Document::decode(bytes);
+std::optional<std::vector<theReceipts>> decodeInstallHistory(std::string_view bytes) {
+  const auto document = plist::Document::decode(bytes);
   if (!document || document->root().type() != plist::Type::array) return std::nullopt;
 
   std::size_t budget = bytes.size() * maximumGrowth + minimumBudget;
   std::vector<theReceipts> records;
   records.reserve(std::min(document->root().count(), budget / sizeof(theReceipts)));
   for (const plist::Value entry : document->root().elements()) {
-    if (!spend(costOfKeys(entry), budget)) return std::nullopt;
+    if (!spend(entry.count() * costOfKey, budget)) return std::nullopt;
     std::optional<theReceipts> record = decodeEntry(entry);
     if (!record || !spend(costOf(*record), budget)) return std::nullopt;
-    records.push_back(std::move(*record));
+    records.push_back(*std::move(record));
   }
   return records;
 }

@@ -2,7 +2,6 @@
 // keys.
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,16 +18,10 @@ struct theReceipts {
   std::string displayVersion;
 };
 
-// A binary property list can name one long text, or one entry of many keys, in a million places. What the
-// records and the way to them cost together is therefore bounded: maximumGrowth bytes for each byte that they
-// come from, and minimumBudget beside that.
-inline constexpr std::size_t maximumGrowth = 64;
-inline constexpr std::size_t minimumBudget = std::size_t{1} << 20U;
-
-/// The entries of an install history, in the file's order. `bytes` is a property list, XML or binary, whose
-/// root is an array of dictionaries; keys are compared exactly and others are ignored. Nothing when any of
-/// that fails in one place: no property list, another root, an entry without its date, name or version, a
-/// value of another type.
-std::optional<std::vector<theReceipts>> decodeReceipts(std::string_view bytes);
+/// The entries of the install history that `bytes` are, in the file's order. It is a property list, XML or
+/// binary, whose root is an array of dictionaries; keys are compared exactly, and others are ignored. Nothing
+/// when any of it is anything else: another root, an entry without its date, name or version, a value of
+/// another type. The records take at most 64 times the memory of the bytes and 1 MiB.
+std::optional<std::vector<theReceipts>> decodeInstallHistory(std::string_view bytes);
 
 }  // namespace pelmarix

@@ -6,12 +6,15 @@
 #include <string>
 #include <string_view>
 
+#include "history/install_history_record.h"
 #include "platform/alert.h"
 #include "platform/file_manager.h"
 #include "platform/text.h"
 
 namespace pelmarix {
 namespace {
+
+constexpr const char* installHistoryPath = "/Library/Receipts/InstallHistory.plist";
 
 // A new kind of security data is one line here, a new system release one line in the list below it.
 constexpr std::array<std::string_view, 6> securityDataNames = {
@@ -53,8 +56,6 @@ std::optional<std::int64_t> classify(const theReceipts& entry) {
   return std::nullopt;
 }
 
-}  // namespace
-
 std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theReceipts>& entries) {
   std::vector<std::shared_ptr<History>> result;
   if (entries.empty()) return result;
@@ -77,9 +78,11 @@ std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theR
   return result;
 }
 
+}  // namespace
+
 std::vector<std::shared_ptr<History>> readInstallHistory() {
   if (const auto bytes = platform::FileManager::defaultManager().readFile(installHistoryPath))
-    if (const auto entries = decodeReceipts(*bytes)) return groupInstallHistory(*entries);
+    if (const auto entries = decodeInstallHistory(*bytes)) return groupInstallHistory(*entries);
   platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read install history.");
   return {};
 }

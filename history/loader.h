@@ -5,20 +5,14 @@
 #include <vector>
 
 #include "history/history.h"
-#include "history/receipts_record.h"
 
 namespace pelmarix {
 
-inline constexpr const char* installHistoryPath = "/Library/Receipts/InstallHistory.plist";
-
-/// The groups of the install history, in the file's order, which is taken to be oldest first. A file that is
-/// missing, can't be read or holds one entry that doesn't decode gives one error alert, which blocks until it
-/// is dismissed, and an empty list.
+/// The groups of the install history, in the file's order, which is taken to be oldest first: one for each
+/// system install or upgrade, beginning with it, or a single group "Listing 0" when there is none. Entries
+/// before the first system install are left out, and so are all those that no class takes. No entries make no
+/// group. A file that is missing, can't be read or holds one entry that doesn't decode gives one error alert,
+/// which blocks until it is dismissed, and an empty list.
 std::vector<std::shared_ptr<History>> readInstallHistory();
-
-/// The groups that entries in the file's order make: one for each system install or upgrade, beginning with
-/// it, or a single group "Listing 0" when there is none. Entries before the first system install are left
-/// out, and so are all those that no class takes. No entries make no group.
-std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theReceipts>& entries);
 
 }  // namespace pelmarix

@@ -1,4 +1,4 @@
-#include "history/receipts_record.h"
+#include "history/install_history_record.h"
 
 #include <gtest/gtest.h>
 
@@ -20,10 +20,10 @@ const std::string aVersion = key("displayVersion", string("10.14"));
 const std::string aContentType = key("contentType", string("config-data"));
 
 std::optional<std::vector<theReceipts>> decodeEntry(const std::string& pairs) {
-  return decodeReceipts(propertyList("<array><dict>" + pairs + "</dict></array>"));
+  return decodeInstallHistory(propertyList("<array><dict>" + pairs + "</dict></array>"));
 }
 
-TEST(ReceiptsRecord, TakesItsFieldsFromTheKeysOfTheSameNames) {
+TEST(InstallHistoryRecord, TakesItsFieldsFromTheKeysOfTheSameNames) {
   const auto records = decodeEntry(aContentType + aDate + aName + aVersion);
   ASSERT_TRUE(records);
   ASSERT_EQ(records->size(), 1u);
@@ -33,19 +33,19 @@ TEST(ReceiptsRecord, TakesItsFieldsFromTheKeysOfTheSameNames) {
   EXPECT_EQ((*records)[0].displayVersion, "10.14");
 }
 
-TEST(ReceiptsRecord, WithoutContentTypeHasThatFieldAbsent) {
+TEST(InstallHistoryRecord, WithoutContentTypeHasThatFieldAbsent) {
   const auto records = decodeEntry(aDate + aName + aVersion);
   ASSERT_TRUE(records);
   EXPECT_EQ((*records)[0].contentType, std::nullopt);
 }
 
-TEST(ReceiptsRecord, WithAnEmptyContentTypeHasItPresent) {
+TEST(InstallHistoryRecord, WithAnEmptyContentTypeHasItPresent) {
   const auto records = decodeEntry(key("contentType", string("")) + aDate + aName + aVersion);
   ASSERT_TRUE(records);
   EXPECT_EQ((*records)[0].contentType, "");
 }
 
-TEST(ReceiptsRecord, IgnoresOtherKeys) {
+TEST(InstallHistoryRecord, IgnoresOtherKeys) {
   const auto records = decodeEntry(aDate + aName + aVersion + key("processName", string("softwareupdated")) +
                                    key("packageIdentifiers", "<array><string>a</string></array>") +
                                    key("DisplayName", "<true/>"));
@@ -53,28 +53,28 @@ TEST(ReceiptsRecord, IgnoresOtherKeys) {
   EXPECT_EQ((*records)[0].displayName, "macOS Mojave");
 }
 
-TEST(ReceiptsRecord, TakesTheLastOfARepeatedKeyWhateverTheFirstHeld) {
+TEST(InstallHistoryRecord, TakesTheLastOfARepeatedKeyWhateverTheFirstHeld) {
   const auto records = decodeEntry(key("displayName", "<integer>1</integer>") + aDate + aName + aVersion);
   ASSERT_TRUE(records);
   EXPECT_EQ((*records)[0].displayName, "macOS Mojave");
   EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("displayName", "<integer>1</integer>")));
 }
 
-TEST(ReceiptsRecord, WithoutARequiredKeyMakesTheWholeFileUndecodable) {
+TEST(InstallHistoryRecord, WithoutARequiredKeyMakesTheWholeFileUndecodable) {
   const std::string good = "<dict>" + aDate + aName + aVersion + "</dict>";
   for (const std::string& pairs : {aName + aVersion, aDate + aVersion, aDate + aName, std::string()})
-    EXPECT_FALSE(
-        decodeReceipts(propertyList("<array>" + good + "<dict>" + pairs + "</dict>" + good + "</array>")))
+    EXPECT_FALSE(decodeInstallHistory(
+        propertyList("<array>" + good + "<dict>" + pairs + "</dict>" + good + "</array>")))
         << pairs;
 }
 
-TEST(ReceiptsRecord, CountsAKeyInAnotherCaseAsMissing) {
+TEST(InstallHistoryRecord, CountsAKeyInAnotherCaseAsMissing) {
   EXPECT_FALSE(decodeEntry(aDate + key("DisplayName", string("macOS Mojave")) + aVersion));
   EXPECT_FALSE(decodeEntry(key("Date", date("2019-03-26T10:11:12Z")) + aName + aVersion));
   EXPECT_FALSE(decodeEntry(aDate + aName + key("displayversion", string("10.14"))));
 }
 
-TEST(ReceiptsRecord, RefusesValuesOfAnotherType) {
+TEST(InstallHistoryRecord, RefusesValuesOfAnotherType) {
   EXPECT_FALSE(decodeEntry(key("date", string("2019-03-26T10:11:12Z")) + aName + aVersion));
   EXPECT_FALSE(decodeEntry(key("date", "<real>575287872</real>") + aName + aVersion));
   EXPECT_FALSE(decodeEntry(aDate + key("displayName", "<true/>") + aVersion));
@@ -82,21 +82,21 @@ TEST(ReceiptsRecord, RefusesValuesOfAnotherType) {
   EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("contentType", "<integer>4</integer>")));
 }
 
-TEST(ReceiptsRecord, RefusesARootThatIsNoArrayOfDictionaries) {
-  EXPECT_FALSE(decodeReceipts(propertyList("<dict>" + aDate + aName + aVersion + "</dict>")));
-  EXPECT_FALSE(decodeReceipts(propertyList("<string>a</string>")));
-  EXPECT_FALSE(decodeReceipts(propertyList("<array><string>a</string></array>")));
-  EXPECT_FALSE(decodeReceipts(propertyList("<array><array/></array>")));
+TEST(InstallHistoryRecord, RefusesARootThatIsNoArrayOfDictionaries) {
+  EXPECT_FALSE(decodeInstallHistory(propertyList("<dict>" + aDate + aName + aVersion + "</dict>")));
+  EXPECT_FALSE(decodeInstallHistory(propertyList("<string>a</string>")));
+  EXPECT_FALSE(decodeInstallHistory(propertyList("<array><string>a</string></array>")));
+  EXPECT_FALSE(decodeInstallHistory(propertyList("<array><array/></array>")));
 }
 
-TEST(ReceiptsRecord, RefusesWhatIsNoPropertyList) {
-  EXPECT_FALSE(decodeReceipts(""));
-  EXPECT_FALSE(decodeReceipts("no property list"));
-  EXPECT_FALSE(decodeReceipts(propertyList("<array><dict>")));
+TEST(InstallHistoryRecord, RefusesWhatIsNoPropertyList) {
+  EXPECT_FALSE(decodeInstallHistory(""));
+  EXPECT_FALSE(decodeInstallHistory("no property list"));
+  EXPECT_FALSE(decodeInstallHistory(propertyList("<array><dict>")));
 }
 
-TEST(ReceiptsRecord, OfAnEmptyArrayAreNone) {
-  const auto records = decodeReceipts(propertyList("<array/>"));
+TEST(InstallHistoryRecord, OfAnEmptyArrayAreNone) {
+  const auto records = decodeInstallHistory(propertyList("<array/>"));
   ASSERT_TRUE(records);
   EXPECT_TRUE(records->empty());
 }
@@ -146,31 +146,31 @@ std::string binaryHistory(std::size_t count, const std::string& name, const std:
 
 const std::string oneSecond("\x3F\xF0\0\0\0\0\0\0", 8);
 
-TEST(ReceiptsRecord, IsReadFromABinaryPropertyListToo) {
-  const auto records = decodeReceipts(binaryHistory(2, "macOS Mojave", oneSecond));
+TEST(InstallHistoryRecord, IsReadFromABinaryPropertyListToo) {
+  const auto records = decodeInstallHistory(binaryHistory(2, "macOS Mojave", oneSecond));
   ASSERT_TRUE(records);
   ASSERT_EQ(records->size(), 2u);
   EXPECT_EQ((*records)[1].displayName, "macOS Mojave");
   EXPECT_EQ((*records)[1].date, Date{1});
 }
 
-TEST(ReceiptsRecord, RefusesADateThatIsNotFinite) {
-  EXPECT_FALSE(decodeReceipts(binaryHistory(1, "a", std::string("\x7F\xF0\0\0\0\0\0\0", 8))));
-  EXPECT_FALSE(decodeReceipts(binaryHistory(1, "a", std::string("\xFF\xF0\0\0\0\0\0\0", 8))));
-  EXPECT_FALSE(decodeReceipts(binaryHistory(1, "a", std::string("\x7F\xF8\0\0\0\0\0\0", 8))));
+TEST(InstallHistoryRecord, RefusesADateThatIsNotFinite) {
+  EXPECT_FALSE(decodeInstallHistory(binaryHistory(1, "a", std::string("\x7F\xF0\0\0\0\0\0\0", 8))));
+  EXPECT_FALSE(decodeInstallHistory(binaryHistory(1, "a", std::string("\xFF\xF0\0\0\0\0\0\0", 8))));
+  EXPECT_FALSE(decodeInstallHistory(binaryHistory(1, "a", std::string("\x7F\xF8\0\0\0\0\0\0", 8))));
 }
 
-TEST(ReceiptsRecord, NamingOneLongTextInManyPlacesIsRefusedBeforeItFillsTheMemory) {
+TEST(InstallHistoryRecord, NamingOneLongTextInManyPlacesIsRefusedBeforeItFillsTheMemory) {
   const std::string bytes = binaryHistory(200'000, std::string(200'000, 'a'), oneSecond);
   ASSERT_LT(bytes.size(), 500'000u);  // the copies would take 40 gigabytes
-  EXPECT_FALSE(decodeReceipts(bytes));
+  EXPECT_FALSE(decodeInstallHistory(bytes));
 }
 
-TEST(ReceiptsRecord, OfManyKeysNamedInManyPlacesIsRefusedBeforeItTakesForEver) {
-  EXPECT_TRUE(decodeReceipts(binaryHistory(1, "a", oneSecond, 500'000)));
+TEST(InstallHistoryRecord, OfManyKeysNamedInManyPlacesIsRefusedBeforeItTakesForEver) {
+  EXPECT_TRUE(decodeInstallHistory(binaryHistory(1, "a", oneSecond, 500'000)));
   const std::string bytes = binaryHistory(500'000, "a", oneSecond, 500'000);
   ASSERT_LT(bytes.size(), 2'000'000u);  // walking every entry would look at 250,000,000,000 keys
-  EXPECT_FALSE(decodeReceipts(bytes));
+  EXPECT_FALSE(decodeInstallHistory(bytes));
 }
 
 }  // namespace

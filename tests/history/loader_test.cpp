@@ -97,7 +97,7 @@ TEST_F(Loader, KeepsTheOrderOfTheFileWhateverTheDates) {
 }
 
 TEST_F(Loader, CarriesNameVersionAndDateIntoTheItem) {
-  fileManager.files[installHistoryPath] =
+  fileManager.files["/Library/Receipts/InstallHistory.plist"] =
       test::installHistory({{"macOS Mojave", "10.14", "", "2019-03-26T10:11:12Z"}});
   const auto groups = readInstallHistory();
   ASSERT_EQ(groups.size(), 1u);
