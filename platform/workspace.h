@@ -10,8 +10,8 @@ class Workspace {
   static Workspace& sharedWorkspace();
 
   virtual ~Workspace() = default;
-  /// Opens the address in the user's default browser. False when that was refused.
-  virtual bool openURL(const URL& url) = 0;
+  /// Opens the address in the user's default browser. A browser that can't be opened is not reported.
+  virtual void openURL(const URL& url) = 0;
 };
 
 }  // namespace pelmarix::platform

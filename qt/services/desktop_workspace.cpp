@@ -7,8 +7,8 @@
 
 namespace pelmarix::qt {
 
-bool DesktopWorkspace::openURL(const platform::URL& url) {
-  return QDesktopServices::openUrl(QUrl(toQString(url.absoluteString()), QUrl::StrictMode));
+void DesktopWorkspace::openURL(const platform::URL& url) {
+  QDesktopServices::openUrl(QUrl(toQString(url.absoluteString()), QUrl::StrictMode));
 }
 
 }  // namespace pelmarix::qt

@@ -7,7 +7,7 @@ namespace pelmarix::qt {
 
 class DesktopWorkspace final : public platform::Workspace {
  public:
-  bool openURL(const platform::URL& url) override;
+  void openURL(const platform::URL& url) override;
 };
 
 }  // namespace pelmarix::qt

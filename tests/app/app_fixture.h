@@ -36,13 +36,10 @@ class FixedProcessInfo final : public platform::ProcessInfo {
   platform::OperatingSystemVersion version;
 };
 
-/// Never has a browser, and keeps what it was to show.
+/// Keeps what the browser was to show.
 class RecordingWorkspace final : public platform::Workspace {
  public:
-  bool openURL(const platform::URL& url) override {
-    opened.push_back(url.absoluteString());
-    return false;
-  }
+  void openURL(const platform::URL& url) override { opened.push_back(url.absoluteString()); }
   std::vector<std::string> opened;
 };
 

@@ -37,13 +37,6 @@ TEST_F(HelpLinks, DoNotLookAtTheMajorVersion) {
   EXPECT_EQ(pageForSystem(9, 12, 0), newerSystemUpdatesPageAddress);
 }
 
-TEST_F(HelpLinks, DoNotReportABrowserThatCannotBeOpened) {
-  delegate.openSupport(nullptr);
-  delegate.openUpdates(nullptr);
-  EXPECT_EQ(workspace.opened.size(), 2u);
-  EXPECT_TRUE(services.alerts.empty());
-}
-
 TEST(Addresses, AreAllValidAndDifferentPages) {
   for (const char* address : {updateListAddress, downloadHostPrefix, supportPageAddress,
                               olderSystemUpdatesPageAddress, newerSystemUpdatesPageAddress})

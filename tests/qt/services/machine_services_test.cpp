@@ -106,7 +106,7 @@ class Browser : public QObject {
 TEST_F(MachineServicesTest, OpenAnAddressInTheBrowserAsItIs) {
   Browser browser;
   const std::string address = "https://pelmarix.example/a%20b%2Fc?q=1%262#part";
-  EXPECT_TRUE(platform::Workspace::sharedWorkspace().openURL(*platform::URL::fromString(address)));
+  platform::Workspace::sharedWorkspace().openURL(*platform::URL::fromString(address));
   EXPECT_EQ(browser.opened, address);
 }
 
