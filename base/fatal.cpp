@@ -1,13 +1,20 @@
 #include "base/fatal.h"
 
+#include <cstddef>
 #include <cstdlib>
 
 namespace pelmarix {
+namespace {
+
+// Volatile, so that they are written although nothing in the program reads them.
+const char* volatile reasonText = nullptr;
+volatile std::size_t reasonLength = 0;
+
+}  // namespace
 
 void fatalStop(std::string_view reason) noexcept {
-  // Kept where a debugger finds it.
-  [[maybe_unused]] static volatile const char* lastReason = nullptr;
-  lastReason = reason.data();
+  reasonText = reason.data();
+  reasonLength = reason.size();
   std::abort();
 }
 

@@ -1,9 +1,7 @@
 // The one way in which the program stops on a condition that it takes as impossible.
 #pragma once
 
-#include <optional>
 #include <string_view>
-#include <utility>
 
 namespace pelmarix {
 
@@ -17,13 +15,6 @@ template <typename T>
 T& required(T* pointer, std::string_view reason) noexcept {
   if (pointer == nullptr) fatalStop(reason);
   return *pointer;
-}
-
-/// What `value` holds; nothing stops the program.
-template <typename T>
-T required(std::optional<T> value, std::string_view reason) noexcept {
-  if (!value) fatalStop(reason);
-  return *std::move(value);
 }
 
 }  // namespace pelmarix
