@@ -6,7 +6,7 @@
 
 namespace pelmarix::platform {
 
-enum class AlertStyle { warning = 0, informational = 1, critical = 2 };
+enum class AlertStyle { informational = 1, critical = 2 };
 
 /// What Alert::runModal returns for the first button; each further one is one more.
 inline constexpr int alertFirstButtonReturn = 1000;

@@ -11,17 +11,6 @@
 namespace pelmarix::qt {
 namespace {
 
-QMessageBox::Icon iconOf(platform::AlertStyle style) {
-  switch (style) {
-    case platform::AlertStyle::informational:
-      return QMessageBox::Information;
-    case platform::AlertStyle::critical:
-      return QMessageBox::Critical;
-    default:
-      return QMessageBox::Warning;
-  }
-}
-
 /// Texts can come from files and from the network: nothing in them is markup.
 void showPlainly(QMessageBox& box) {
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
@@ -42,7 +31,7 @@ int MessageAlert::runModal() {
   // Not on the stack: a parent that goes while the box is up takes it along.
   const QPointer<QMessageBox> box(new QMessageBox(parent_));
   box->setWindowTitle(QStringLiteral("Pelmarix"));
-  box->setIcon(iconOf(style_));
+  box->setIcon(style_ == platform::AlertStyle::critical ? QMessageBox::Critical : QMessageBox::Information);
   box->setText(toQString(messageText_));
   box->setInformativeText(toQString(informativeText_));
   showPlainly(*box);

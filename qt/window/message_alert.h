@@ -31,7 +31,7 @@ class MessageAlert final : public platform::Alert {
   std::function<bool()> isTerminating_;
   std::string messageText_;
   std::string informativeText_;
-  platform::AlertStyle style_ = platform::AlertStyle::warning;
+  platform::AlertStyle style_ = platform::AlertStyle::informational;
   std::vector<std::string> buttons_;
 };
 

@@ -54,8 +54,7 @@ TEST_F(MessageAlert, ShowsItsTextsStyleAndButtons) {
 
 TEST_F(MessageAlert, HasAnIconForEachStyle) {
   alert.addButtonWithTitle("OK");
-  for (const auto& expected : {std::pair{platform::AlertStyle::warning, QMessageBox::Warning},
-                               std::pair{platform::AlertStyle::informational, QMessageBox::Information},
+  for (const auto& expected : {std::pair{platform::AlertStyle::informational, QMessageBox::Information},
                                std::pair{platform::AlertStyle::critical, QMessageBox::Critical}}) {
     alert.setAlertStyle(expected.first);
     run([&](QMessageBox& box) {
