@@ -5,11 +5,10 @@
 namespace pelmarix::platform {
 namespace {
 
-constexpr std::string_view digits = "0123456789";
 constexpr std::string_view hexadecimalDigits = "0123456789ABCDEFabcdef";
-constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-// RFC 3986, section 2: unreserved beside letters and digits, gen-delims, sub-delims.
-constexpr std::string_view marks = "-._~:/?#[]@!$&'()*+,;=";
+// RFC 3986, section 2: the unreserved characters, gen-delims and sub-delims.
+constexpr std::string_view characters =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~:/?#[]@!$&'()*+,;=";
 
 bool holds(std::string_view set, char c) { return set.find(c) != std::string_view::npos; }
 
@@ -23,7 +22,7 @@ std::optional<URL> URL::fromString(const std::string& text) {
       if (i + 2 >= text.size() || !holds(hexadecimalDigits, text[i + 1]) ||
           !holds(hexadecimalDigits, text[i + 2]))
         return std::nullopt;
-    } else if (!holds(letters, c) && !holds(digits, c) && !holds(marks, c)) {
+    } else if (!holds(characters, c)) {
       return std::nullopt;
     }
   }

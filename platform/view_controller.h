@@ -22,7 +22,7 @@ class ViewController : public Object {
   virtual void prepareForSegue(Segue& /*segue*/, Object* /*sender*/) {}
 
   /// What the controller stands for; text is a SharedText. Empty at first.
-  virtual const std::any& representedObject() const { return representedObject_; }
+  const std::any& representedObject() const { return representedObject_; }
   virtual void setRepresentedObject(std::any object) { representedObject_ = std::move(object); }
 
   /// The window that shows the view, null before there is one.

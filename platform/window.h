@@ -13,17 +13,12 @@ struct Rect {
   double y = 0;
   double width = 0;
   double height = 0;
-  friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-/// What a window's frame offers; values are combined with "|".
-using WindowStyleMask = unsigned;
-inline constexpr WindowStyleMask windowStyleTitled = 1U << 0U;
-inline constexpr WindowStyleMask windowStyleClosable = 1U << 1U;
-inline constexpr WindowStyleMask windowStyleMiniaturizable = 1U << 2U;
-inline constexpr WindowStyleMask windowStyleResizable = 1U << 3U;
+/// What a window's frame offers: a title, and to close, miniaturize and resize the window.
+enum class WindowStyleMask { all = 15 };
 
-/// How the window's content is kept; toolkits of today know only the one.
+/// How the window's content is kept.
 enum class BackingStore { buffered = 2 };
 
 class Window;
@@ -37,14 +32,12 @@ class WindowDelegate {
 
 class Window : public Object {
  public:
-  /// With `defer` the window takes up no resource of the window system until it is shown.
-  Window(const Rect& contentRect, WindowStyleMask styleMask, BackingStore backing, bool defer)
-      : contentRect_(contentRect), styleMask_(styleMask), backing_(backing), defer_(defer) {}
+  /// Toolkits of today frame and keep every window alike, and make none before it is shown: the first
+  /// argument alone is a choice.
+  Window(const Rect& contentRect, WindowStyleMask /*styleMask*/, BackingStore /*backing*/, bool /*defer*/)
+      : contentRect_(contentRect) {}
 
   const Rect& contentRect() const { return contentRect_; }
-  WindowStyleMask styleMask() const { return styleMask_; }
-  BackingStore backing() const { return backing_; }
-  bool isDeferred() const { return defer_; }
 
   /// The delegate isn't owned; null takes it away.
   virtual void setDelegate(WindowDelegate* delegate) = 0;
@@ -52,9 +45,6 @@ class Window : public Object {
 
  private:
   Rect contentRect_;
-  WindowStyleMask styleMask_;
-  BackingStore backing_;
-  bool defer_;
 };
 
 }  // namespace pelmarix::platform

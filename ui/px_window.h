@@ -8,9 +8,7 @@ namespace pelmarix::ui {
 /// A window like any other; the toolkit's own library derives from it what is seen on screen.
 class PXWindow : public platform::Window {
  public:
-  PXWindow(const platform::Rect& contentRect, platform::WindowStyleMask styleMask,
-           platform::BackingStore backing, bool defer)
-      : platform::Window(contentRect, styleMask, backing, defer) {}
+  using Window::Window;  // passes all four arguments on unchanged
 };
 
 }  // namespace pelmarix::ui

@@ -23,10 +23,8 @@ platform::Rect initialContentRect(const QWidget& widget) {
 void WindowWidget::closeEvent(QCloseEvent* event) { event->setAccepted(!shouldClose_ || shouldClose_()); }
 
 WindowAdapter::WindowAdapter(WindowWidget& widget)
-    : PXWindow(initialContentRect(widget),
-               platform::windowStyleTitled | platform::windowStyleClosable |
-                   platform::windowStyleMiniaturizable | platform::windowStyleResizable,
-               platform::BackingStore::buffered, true),
+    : PXWindow(initialContentRect(widget), platform::WindowStyleMask::all, platform::BackingStore::buffered,
+               true),
       widget_(widget) {
   widget_.resize(static_cast<int>(contentRect().width), static_cast<int>(contentRect().height));
   widget_.setShouldClose([this] { return delegate_ == nullptr || delegate_->windowShouldClose(*this); });

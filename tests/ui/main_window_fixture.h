@@ -117,7 +117,7 @@ class PlainTableView final : public platform::TableView {
 class PlainWindow final : public platform::Window {
  public:
   PlainWindow()
-      : platform::Window({}, platform::windowStyleTitled, platform::BackingStore::buffered, false) {}
+      : platform::Window({}, platform::WindowStyleMask::all, platform::BackingStore::buffered, false) {}
   void setDelegate(platform::WindowDelegate* windowDelegate) override { delegate = windowDelegate; }
   void setTitle(const std::string& text) override { title = text; }
   platform::WindowDelegate* delegate = nullptr;

