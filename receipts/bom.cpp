@@ -1,0 +1,60 @@
+#include "receipts/bom.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/fatal.h"
+#include "base/utf8.h"
+#include "platform/alert.h"
+#include "platform/file_manager.h"
+#include "platform/task.h"
+#include "receipts/bom_receipt_record.h"
+
+namespace pelmarix {
+
+std::string BoMItem::listBoM() const {
+  std::vector<std::string> arguments = theBomParams;
+  arguments.push_back(path + theBomExtension);
+
+  const std::unique_ptr<platform::Pipe> pipe = platform::Pipe::make();
+  const std::unique_ptr<platform::Task> task = platform::Task::make();
+  task->setLaunchPath(theBomCmd);
+  task->setArguments(arguments);
+  task->setStandardOutput(*pipe);
+  task->launch();
+  // Reading comes first: a lister with much to say would wait for room in a full pipe while it was waited
+  // for.
+  std::string output = pipe->readDataToEndOfFile();
+  task->waitUntilExit();
+
+  if (task->terminationStatus() != 0 || output.empty()) return noBomInformation;
+  if (!isValidUtf8(output)) fatalStop("the lister printed what is not UTF-8");
+  return output;
+}
+
+void BoM::readBoMPLists() {
+  constexpr std::string_view extension = ".plist";
+  platform::FileManager& files = platform::FileManager::defaultManager();
+  std::vector<std::shared_ptr<BoMItem>> items;
+  if (const auto enumerator = files.enumeratorAtPath(receiptsFolder)) {
+    while (const auto entry = enumerator->nextObject()) {
+      if (!entry->ends_with(extension)) continue;
+      std::string path = receiptsFolder;
+      path += *entry;
+      const auto contents = files.readFile(path);
+      if (!contents) {
+        platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read BoM PLists.");
+        continue;
+      }
+      const auto receipt = decodeBoMReceipt(*contents);
+      if (!receipt) continue;
+      path.resize(path.size() - extension.size());
+      items.push_back(std::make_shared<BoMItem>(receipt->PackageIdentifier, receipt->InstallDate, path));
+    }
+  }
+  std::stable_sort(items.begin(), items.end(),
+                   [](const auto& a, const auto& b) { return a->installDate > b->installDate; });
+  children = std::move(items);
+}
+
+}  // namespace pelmarix
