@@ -1,22 +1,90 @@
 #include "ui/view_controller.h"
 
+#include <algorithm>
+#include <optional>
+#include <ranges>
+#include <string_view>
+
+#include "base/date.h"
 #include "base/fatal.h"
 #include "history/loader.h"
+#include "platform/alert.h"
 #include "platform/application.h"
+#include "platform/file_manager.h"
 #include "platform/process_info.h"
+#include "platform/save_panel.h"
+#include "platform/services.h"
 #include "platform/user_defaults.h"
-#include "ui/font_size.h"
+#include "ui/bom_over_view_controller.h"
 
 namespace pelmarix::ui {
+namespace {
+
+using platform::Object;
+using platform::OutlineView;
+using platform::TableColumn;
+using platform::TableView;
+using platform::View;
+
+// Every report that is shown, and hence every file that is saved, starts with it.
+constexpr std::string_view reportLead = "\n\n";
+
+constexpr const char* fontSizeKey = "fontSize";
+// In points. The user's steps stay within the bounds; a stored size above them holds until the next step.
+constexpr double defaultFontSize = 12.0;
+constexpr double minimumFontSize = 4.0;
+constexpr double maximumFontSize = 24.0;
+constexpr double fontSizeStep = 1.0;
+
+/// Null where there is no such element.
+template <typename Element>
+Element* elementAt(const std::vector<std::shared_ptr<Element>>& list, std::ptrdiff_t index) {
+  if (index < 0 || index >= std::ssize(list)) return nullptr;
+  return list[static_cast<std::size_t>(index)].get();
+}
+
+/// Null where the view has no such cell.
+platform::TableCellView* cellWithText(platform::CellMaker& view, const char* identifier,
+                                      const std::string& text) {
+  auto* cell = dynamic_cast<platform::TableCellView*>(view.makeViewWithIdentifier(identifier));
+  if (cell != nullptr && cell->textField() != nullptr) cell->textField()->setStringValue(text);
+  return cell;
+}
+
+View* outlineCell(OutlineView& outlineView, const char* identifier, const std::string& text) {
+  auto* cell = cellWithText(outlineView, identifier, text);
+  if (cell != nullptr && cell->textField() != nullptr) cell->textField()->sizeToFit();
+  return cell;
+}
+
+View* groupCell(OutlineView& outlineView, std::string_view column, const History& group) {
+  if (column == "NameColumn") return outlineCell(outlineView, "NameCell", group.name);
+  if (column == "DateColumn") return outlineCell(outlineView, "DateCell", "");
+  if (column == "VersionColumn") return outlineCell(outlineView, "VersionCell", "");
+  return nullptr;
+}
+
+View* itemCell(OutlineView& outlineView, std::string_view column, const HistoryItem& item) {
+  if (column == "DateColumn") return outlineCell(outlineView, "DateCell", description(item.installDate));
+  if (column == "VersionColumn") return outlineCell(outlineView, "VersionCell", item.version);
+  // A tab sets configuration data apart inside the column of names.
+  const bool isSetApart = item.type >= history_type::configurationData;
+  return outlineCell(outlineView, "NameItemCell", isSetApart ? "\t" + item.name : item.name);
+}
+
+}  // namespace
+
+// Start and end.
 
 void ViewController::viewDidLoad() {
   platform::ViewController::viewDidLoad();
-  theFontSize = storedFontSize();
+  const double stored = platform::UserDefaults::standardUserDefaults().doubleForKey(fontSizeKey);
+  theFontSize = stored < minimumFontSize ? defaultFontSize : stored;
   required(skipCheckbox, "skipCheckbox is not connected").setState(platform::stateOn);
   required(newestLastCheckbox, "newestLastCheckbox is not connected").setState(platform::stateOff);
   histories = readInstallHistory();
-  rebuildLines(true);
-  setOutputText(joinedLines(LineOrder::lastToFirst));
+  rebuildLines();
+  showReport();
   boms.readBoMPLists();
   required(BoMTable, "BoMTable is not connected").reloadData();
 }
@@ -31,6 +99,163 @@ void ViewController::viewDidAppear() {
 bool ViewController::windowShouldClose(platform::Window& sender) {
   platform::Application::sharedApplication().terminate(&sender);
   return true;
+}
+
+// The report.
+
+void ViewController::rebuildLines() {
+  const bool skip = required(skipCheckbox, "skipCheckbox is not connected").state() == platform::stateOn;
+  lines.clear();
+  for (const auto& group : histories)
+    for (std::string& line : group->reportLines(skip)) lines.push_back(std::move(line));
+}
+
+void ViewController::showReport() {
+  const auto& newestLast = required(newestLastCheckbox, "newestLastCheckbox is not connected");
+  // With room for the lead, so that a large report is not moved to another place for it.
+  std::size_t size = reportLead.size();
+  for (const std::string& line : lines) size += line.size();
+  std::string reportText;
+  reportText.reserve(size);
+  if (newestLast.state() == platform::stateOff) {
+    for (const std::string& line : std::views::reverse(lines)) reportText += line;
+  } else {
+    for (const std::string& line : lines) reportText += line;
+  }
+  setOutputText(std::move(reportText));
+}
+
+void ViewController::setOutputText(std::string reportText) {
+  reportText.insert(0, reportLead);
+  showInOutputText(platform::shareText(std::move(reportText)));
+}
+
+void ViewController::showInOutputText(const platform::SharedText& text) {
+  if (platform::TextStorage* storage = required(outputText, "outputText is not connected").textStorage())
+    storage->setAttributedString({text, platform::Color::text, platform::SystemFont{theFontSize}});
+}
+
+void ViewController::skipNonCheckbox(Object* /*sender*/) {
+  rebuildLines();
+  showReport();
+  reloadOutline();
+}
+
+void ViewController::newestNonCheckbox(Object* /*sender*/) {
+  showReport();
+  reloadOutline();
+  // The receipts follow the check box because each click changes it once; they are reversed, never sorted
+  // anew.
+  std::reverse(boms.children.begin(), boms.children.end());
+  required(BoMTable, "BoMTable is not connected").reloadData();
+}
+
+void ViewController::incFontSize(Object* /*sender*/) {
+  setFontSize(std::min(theFontSize + fontSizeStep, maximumFontSize));
+}
+
+void ViewController::decFontSize(Object* /*sender*/) {
+  setFontSize(std::max(theFontSize - fontSizeStep, minimumFontSize));
+}
+
+void ViewController::setFontSize(double pointSize) {
+  theFontSize = pointSize;
+  platform::UserDefaults::standardUserDefaults().setDoubleForKey(theFontSize, fontSizeKey);
+  showInOutputText(required(outputText, "outputText is not connected").string());
+}
+
+void ViewController::saveButton(Object* /*sender*/) {
+  const std::string stamp = "Checked by Pelmarix at: " + description(platform::currentDate()) + "\n";
+  const platform::SharedText report = required(outputText, "outputText is not connected").string();
+
+  const std::shared_ptr<platform::SavePanel> panel = platform::SavePanel::make();
+  panel->setCanCreateDirectories(true);
+  panel->setAllowedFileTypes({"text", "txt"});
+  // The panel holds the handler, so the handler must not hold the panel.
+  panel->beginWithCompletionHandler([report, stamp, &chosen = *panel](int response) {
+    if (response != platform::modalResponseOK) return;
+    const std::optional<std::string> path = chosen.path();
+    if (!path) return;
+    const auto written = platform::FileManager::defaultManager().writeFile(*path, {*report, stamp});
+    if (!written) platform::showErrorAlert(platform::lastActionErrorMessage, written.error().message());
+  });
+}
+
+// The outline of the history.
+
+void ViewController::reloadOutline() {
+  required(bsvOutlineView, "bsvOutlineView is not connected").reloadItemReloadChildren(nullptr, true);
+}
+
+void ViewController::doubleClickedItem(Object* sender) {
+  auto& outlineView = required(dynamic_cast<OutlineView*>(sender), "the sender is not the outline");
+  if (auto* group = dynamic_cast<History*>(outlineView.itemAtRow(outlineView.clickedRow()))) {
+    if (outlineView.isItemExpanded(group))
+      outlineView.collapseItem(group);
+    else
+      outlineView.expandItem(group);
+  }
+  reloadOutline();
+}
+
+std::ptrdiff_t ViewController::outlineViewNumberOfChildrenOfItem(OutlineView& /*outlineView*/, Object* item) {
+  if (const auto* group = dynamic_cast<const History*>(item)) return std::ssize(group->children);
+  return std::ssize(histories);
+}
+
+Object* ViewController::outlineViewChildOfItem(OutlineView& /*outlineView*/, std::ptrdiff_t index,
+                                               Object* item) {
+  if (const auto* group = dynamic_cast<const History*>(item))
+    return &required(elementAt(group->children, index), "no such entry");
+  return &required(elementAt(histories, index), "no such group");
+}
+
+bool ViewController::outlineViewIsItemExpandable(OutlineView& /*outlineView*/, Object* item) {
+  const auto* group = dynamic_cast<const History*>(item);
+  return group != nullptr && !group->children.empty();
+}
+
+View* ViewController::outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
+                                                        Object* item) {
+  const std::string_view identifier = column != nullptr ? column->identifier() : std::string_view();
+  if (const auto* entry = dynamic_cast<const HistoryItem*>(item))
+    return itemCell(outlineView, identifier, *entry);
+  if (const auto* group = dynamic_cast<const History*>(item))
+    return groupCell(outlineView, identifier, *group);
+  return nullptr;
+}
+
+// The table of receipts, and the way from one of them to its bill of materials.
+
+std::ptrdiff_t ViewController::numberOfRowsInTableView(TableView& /*tableView*/) {
+  return std::ssize(boms.children);
+}
+
+Object* ViewController::tableViewObjectValueForTableColumnRow(TableView& /*tableView*/,
+                                                              const TableColumn* /*column*/,
+                                                              std::ptrdiff_t row) {
+  return elementAt(boms.children, row);
+}
+
+View* ViewController::tableViewViewForTableColumnRow(TableView& tableView, const TableColumn* column,
+                                                     std::ptrdiff_t row) {
+  const BoMItem* const item = elementAt(boms.children, row);
+  if (item == nullptr || column == nullptr) return nullptr;
+  // The columns are known by their places, whatever they are called.
+  const std::vector<TableColumn*>& columns = tableView.tableColumns();
+  if (!columns.empty() && column == columns[0])
+    return cellWithText(tableView, "DateCell", description(item->installDate));
+  if (columns.size() > 1 && column == columns[1]) return cellWithText(tableView, "NameCell", item->name);
+  return nullptr;
+}
+
+void ViewController::prepareForSegue(platform::Segue& segue, Object* /*sender*/) {
+  const std::ptrdiff_t row = required(BoMTable, "BoMTable is not connected").selectedRow();
+  if (row < 0 || boms.children.empty()) return;
+  const BoMItem& item = required(elementAt(boms.children, row), "no such receipt");
+  platform::SharedText listing = platform::shareText(item.listBoM());
+  auto* sheet = dynamic_cast<BoMoverViewController*>(&segue.destinationController());
+  required(sheet, "the segue leads to another controller").setRepresentedObject(std::move(listing));
 }
 
 }  // namespace pelmarix::ui

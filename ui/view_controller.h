@@ -68,30 +68,29 @@ class ViewController final : public platform::ViewController,
   void prepareForSegue(platform::Segue& segue, platform::Object* sender) override;
 
   std::vector<std::shared_ptr<History>> histories;
-  std::vector<std::string> lines;  ///< of the report, as the loader's order has them
+  std::vector<std::string> lines;  ///< of the report, in the loader's order
   BoM boms;
   double theFontSize = 12.0;  ///< points
 
-  // Outlets. They are not owned; those of the last two lines need only be there to be connected.
+  // Outlets. They are not owned.
   platform::TextView* outputText = nullptr;
   platform::OutlineView* bsvOutlineView = nullptr;
   platform::TableView* BoMTable = nullptr;
   platform::Button* skipCheckbox = nullptr;
   platform::Button* newestLastCheckbox = nullptr;
+  // These need only be there to be connected.
   platform::ScrollView *outputScroller = nullptr, *output2Scroller = nullptr;
   platform::TextView* output2Text = nullptr;
   platform::ClipView* outputFoldClipView = nullptr;
   platform::View *bsvTopView = nullptr, *bomTopView = nullptr;
 
  private:
-  enum class LineOrder { firstToLast, lastToFirst };
-
-  /// Fills `lines` from the groups; with `skipConfigData` configuration data is left out.
-  void rebuildLines(bool skipConfigData);
-  std::string joinedLines(LineOrder order) const;
-  LineOrder chosenOrder() const;
+  /// Fills `lines` from the groups, as the skip option says.
+  void rebuildLines();
+  /// Shows `lines`, in the order that the newest-last option says.
+  void showReport();
+  void showInOutputText(const platform::SharedText& text);
   void setFontSize(double pointSize);
-  void showInReportView(const platform::SharedText& text);
   void reloadOutline();
 };
 
