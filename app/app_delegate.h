@@ -28,8 +28,8 @@ class AppDelegate : public platform::Object {
   /// back. Takes no time: the check's answer is handled later.
   void performLaunchTasks();
 
-  /// Asks the maker's server for the update list. Returns at once. A bundle without a version is reported in
-  /// an alert; a version that is not text stops the program.
+  /// Asks the maker's server for the update list and doesn't wait for it. A bundle without a version is
+  /// reported in an alert; a version that is not text stops the program.
   void checkForUpdate();
 
   /// What the server answered, on the session's background thread. A list is handed to the main queue; any

@@ -5,7 +5,7 @@
 
 namespace pelmarix {
 
-/// Ends the process at once (abort), without unwinding and without a message; `reason` is for the debugger
+/// Ends the process by abort, without unwinding and without a message; `reason` is for the debugger
 /// and the core file. For broken wiring and the conditions named as fatal only, never for outside input that
 /// is handled.
 [[noreturn]] void fatalStop(std::string_view reason) noexcept;

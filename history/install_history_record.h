@@ -1,5 +1,4 @@
-// One entry of the install history as the system's property list holds it. The fields bear the list's own
-// keys.
+// An entry of the install history as its property list holds it. The fields bear the list's own keys.
 #pragma once
 
 #include <optional>
@@ -18,10 +17,10 @@ struct theReceipts {
   std::string displayVersion;
 };
 
-/// The entries of the install history that `bytes` are, in the file's order. It is a property list, XML or
-/// binary, whose root is an array of dictionaries; keys are compared exactly, and others are ignored. Nothing
-/// when any of it is anything else: another root, an entry without its date, name or version, a value of
-/// another type. The records take at most 64 times the memory of the bytes and 1 MiB.
+/// The entries of the install history in `bytes`, in their order there. It is a property list, XML or binary,
+/// whose root is an array of dictionaries; keys are compared exactly and others are ignored. Nothing when any
+/// of it is anything else: another root, an entry without its date, name or version, a value of another type.
+/// The records take at most 64 bytes of memory for each byte, and 1 MiB beside that.
 std::optional<std::vector<theReceipts>> decodeInstallHistory(std::string_view bytes);
 
 }  // namespace pelmarix

@@ -41,8 +41,8 @@ struct AttributedString {
 class TextStorage {
  public:
   virtual ~TextStorage() = default;
-  /// Replaces the whole content. Giving the text that is shown already with other attributes lays nothing out
-  /// anew that the attributes don't change.
+  /// Replaces the whole content. Of a text that is shown already only what its attributes change is laid out
+  /// anew.
   virtual void setAttributedString(const AttributedString& text) = 0;
 };
 

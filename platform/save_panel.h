@@ -21,7 +21,7 @@ class SavePanel {
   virtual void setCanCreateDirectories(bool canCreate) = 0;
   /// File-name extensions without the dot; a name that has none of them gets the first.
   virtual void setAllowedFileTypes(const std::vector<std::string>& types) = 0;
-  /// Shows the panel and returns at once. `handler` is called once on the main thread with the response when
+  /// Shows the panel and returns. `handler` is called once on the main thread with the response when
   /// the panel has ended, and released then; the panel stays alive until then. It is not called when the
   /// program ends first.
   virtual void beginWithCompletionHandler(std::function<void(int response)> handler) = 0;

@@ -61,7 +61,7 @@ TEST_F(Report, TakesAMixedSkipOptionForOff) {
   EXPECT_EQ(shownVersions(), "4321");
 }
 
-TEST_F(Report, TurnsItsOrderAndTheReceiptsWithTheNewestLastOption) {
+TEST_F(Report, ReversesItselfAndTheReceiptsWithTheNewestLastOption) {
   toggleNewestLast();
   EXPECT_EQ(shownVersions(), "134");
   EXPECT_THAT(receiptNames(), ElementsAre("old", "new"));
@@ -69,7 +69,7 @@ TEST_F(Report, TurnsItsOrderAndTheReceiptsWithTheNewestLastOption) {
   EXPECT_EQ(table.reloads, 1);
 }
 
-TEST_F(Report, IsInItsFirstOrderAfterTwoTurns) {
+TEST_F(Report, IsInItsFirstOrderAfterTwoChanges) {
   const std::string first = shownReport();
   toggleNewestLast();
   toggleNewestLast();
@@ -77,7 +77,7 @@ TEST_F(Report, IsInItsFirstOrderAfterTwoTurns) {
   EXPECT_THAT(receiptNames(), ElementsAre("new", "old"));
 }
 
-TEST_F(Report, TurnsTheReceiptsOnEveryChangeWhateverTheState) {
+TEST_F(Report, ReversesTheReceiptsOnEveryChangeWhateverTheState) {
   newestLast.value = platform::stateOn;
   controller.newestNonCheckbox(nullptr);
   controller.newestNonCheckbox(nullptr);
@@ -93,7 +93,7 @@ TEST_F(Report, TakesAnyStateButOffForNewestLast) {
   EXPECT_EQ(shownVersions(), "134");
 }
 
-TEST_F(Report, KeepsUnskippedLinesWhenItsOrderTurns) {
+TEST_F(Report, KeepsUnskippedLinesWhenItsOrderChanges) {
   toggleSkip();
   toggleNewestLast();
   EXPECT_EQ(shownVersions(), "1234");
@@ -101,7 +101,7 @@ TEST_F(Report, KeepsUnskippedLinesWhenItsOrderTurns) {
   EXPECT_EQ(shownVersions(), "134");
 }
 
-TEST_F(Report, DoesNotRebuildItsLinesWhenItsOrderTurns) {
+TEST_F(Report, DoesNotRebuildItsLinesWhenItsOrderChanges) {
   skip.value = platform::stateOff;  // not applied: no action was sent
   toggleNewestLast();
   EXPECT_EQ(shownVersions(), "134");
