@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <optional>
-#include <ranges>
 #include <string_view>
+#include <utility>
 
 #include "base/date.h"
 #include "base/fatal.h"
@@ -117,11 +117,11 @@ void ViewController::showReport() {
   for (const std::string& line : lines) size += line.size();
   std::string reportText;
   reportText.reserve(size);
-  if (newestLast.state() == platform::stateOff) {
-    for (const std::string& line : std::views::reverse(lines)) reportText += line;
-  } else {
-    for (const std::string& line : lines) reportText += line;
-  }
+  const auto append = [&reportText](const std::string& line) { reportText += line; };
+  if (newestLast.state() == platform::stateOff)
+    std::for_each(lines.rbegin(), lines.rend(), append);
+  else
+    std::for_each(lines.begin(), lines.end(), append);
   setOutputText(std::move(reportText));
 }
 

@@ -38,12 +38,12 @@ class PlainTextView final : public platform::TextView, private platform::TextSto
   void setAttributedString(const platform::AttributedString& text) override { shown = text; }
 };
 
-/// Cells with the identifiers that the interface file has; `textFieldless` ones lack their text field, and
-/// under "NoCell" there is a view that is no cell.
+/// A cell under every identifier, but for those that are `missing`; `notCells` are views that are no cells,
+/// and `textFieldless` ones lack their text field.
 class PlainCells {
  public:
   platform::View* make(const std::string& identifier) {
-    if (identifier == "NoCell" || notCells.contains(identifier)) return &notCell_;
+    if (notCells.contains(identifier)) return &notCell_;
     if (missing.contains(identifier)) return nullptr;
     lastIdentifier = identifier;
     lastText.reset();
