@@ -13,6 +13,7 @@
 #include "lsbom/command_line.h"
 #include "lsbom/file_bytes.h"
 #include "sample/bom_writer.h"
+#include "sample/package_contents.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 
 #include "bench/paired_times.h"
 #include "platform/application.h"
-#include "sample/volume.h"
+#include "sample/sample_volume.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
+#include <iterator>
 #include <map>
 #include <set>
 #include <tuple>
@@ -11,34 +11,32 @@
 namespace pelmarix::sample {
 namespace {
 
-// Numbers are big-endian everywhere.
-class Bytes {
- public:
+/// Appends to bytes; numbers are big-endian everywhere.
+struct Bytes {
   Bytes& u8(std::uint32_t value) {
-    text.push_back(static_cast<char>(value));
+    bytes.push_back(static_cast<char>(value));
     return *this;
   }
   Bytes& u16(std::uint32_t value) { return u8(value >> 8).u8(value); }
   Bytes& u32(std::uint32_t value) { return u16(value >> 16).u16(value); }
-  Bytes& raw(std::string_view bytes) {
-    text.append(bytes);
+  Bytes& raw(std::string_view more) {
+    bytes.append(more);
     return *this;
   }
   Bytes& zeros(std::size_t count) {
-    text.append(count, '\0');
+    bytes.append(count, '\0');
     return *this;
   }
 
-  std::string text;
+  std::string bytes;
 };
 
-constexpr std::uint32_t nodeSize = 4096;
-constexpr std::uint32_t headerRoom =
-    512;  // the header's 32 bytes and what the usual writer leaves free behind it
+constexpr std::uint32_t usualNodeSize = 4096;
+constexpr std::uint32_t headerRoom = 512;  // its 32 bytes and what the usual writer leaves free behind them
 
 std::uint32_t size32(std::size_t size) { return static_cast<std::uint32_t>(size); }
 
-std::string record(const BomEntry& entry, bool old) {
+std::string recordBlock(const BomEntry& entry, bool isOld) {
   const bool program = !entry.processors.empty();
   const bool link = entry.kind == BomKind::link;
   Bytes bytes;
@@ -58,10 +56,10 @@ std::string record(const BomEntry& entry, bool old) {
       bytes.u32(part.type).u32(part.subtype).u32(part.size).u32(part.checksum);
     }
   }
-  return bytes.zeros(old ? 0 : 8).text;
+  return bytes.zeros(isOld ? 0 : 8).bytes;
 }
 
-// A path's entry with its place in the tree of folders.
+/// A path's entry with its place in the tree of folders.
 struct Path {
   const BomEntry* entry;
   std::string_view name;
@@ -75,7 +73,7 @@ std::pair<std::string_view, std::string_view> splitPath(std::string_view path) {
   return {path.substr(0, slash), path.substr(slash + 1)};
 }
 
-// The folders that the paths need and that the list does not have.
+/// The folders that the paths need and that the list does not have.
 std::vector<BomEntry> missingFolders(const std::vector<BomEntry>& entries) {
   std::set<std::string_view> known;
   for (const BomEntry& entry : entries) known.insert(entry.path);
@@ -92,7 +90,7 @@ std::vector<BomEntry> missingFolders(const std::vector<BomEntry>& entries) {
   return folders;
 }
 
-// The paths in the order of the tree: by the parent's id, then by the name's bytes. Ids run depth first.
+/// The paths in the order of the tree: by the parent's id, then by the name's bytes. Ids run depth first.
 std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std::vector<BomEntry>& added,
                                 const BomLayout& layout) {
   std::vector<const BomEntry*> sorted;
@@ -117,42 +115,41 @@ std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std:
   return paths;
 }
 
-std::string treeBlock(std::uint32_t root, std::uint32_t size, std::size_t paths) {
-  return Bytes().raw("tree").u32(1).u32(root).u32(size).u32(size32(paths)).u8(0).text;
-}
-
-// The numbered blocks of the file; number 0 is the null block.
+/// The numbered blocks of the file; number 0 is the null block.
 class Blocks {
  public:
-  explicit Blocks(bool padNodes) : padNodes_(padNodes) {}
-
   std::uint32_t add(std::string block) {
     blocks_.push_back(std::move(block));
     return size32(blocks_.size() - 1);
   }
 
-  // A number for a block that is written later.
+  /// A number for a block that is written later.
   std::uint32_t reserve() { return add({}); }
   void set(std::uint32_t number, std::string block) { blocks_[number] = std::move(block); }
-
-  std::string node(Bytes bytes, std::uint32_t size) const {
-    if (padNodes_ && bytes.text.size() < size) bytes.zeros(size - bytes.text.size());
-    return std::move(bytes.text);
-  }
-  std::uint32_t addEmptyTree(std::uint32_t size) {
-    const std::uint32_t tree = reserve();
-    set(tree, treeBlock(add(node(Bytes().u16(1).u16(0).u32(0).u32(0), size)), size, 0));
-    return tree;
-  }
 
   const std::vector<std::string>& all() const { return blocks_; }
 
  private:
-  bool padNodes_;
   std::vector<std::string> blocks_{std::string()};
 };
 
-// What a node above says of one below it.
+std::string nodeBlock(Bytes node, std::uint32_t size, const BomLayout& layout) {
+  if (layout.paddedNodes && node.bytes.size() < size) node.bytes.resize(size);
+  return std::move(node.bytes);
+}
+
+std::string treeBlock(std::uint32_t root, std::uint32_t nodeSize, std::size_t paths) {
+  return Bytes().raw("tree").u32(1).u32(root).u32(nodeSize).u32(size32(paths)).u8(0).bytes;
+}
+
+std::uint32_t addEmptyTree(Blocks& blocks, std::uint32_t nodeSize, const BomLayout& layout) {
+  const std::uint32_t tree = blocks.reserve();
+  const std::uint32_t root = blocks.add(nodeBlock(Bytes().u16(1).u16(0).u32(0).u32(0), nodeSize, layout));
+  blocks.set(tree, treeBlock(root, nodeSize, 0));
+  return tree;
+}
+
+/// What a node says of one below it.
 struct Child {
   std::uint32_t node;
   std::uint32_t lastKey;
@@ -174,18 +171,18 @@ std::vector<Child> addLeaves(Blocks& blocks, const std::vector<Path>& paths, con
     std::uint32_t key = 0;
     for (std::size_t i = first; i < end; ++i) {
       const Path& path = paths[i];
-      const std::uint32_t details = blocks.add(record(*path.entry, layout.oldRecords));
-      const std::uint32_t info = blocks.add(Bytes().u32(path.id).u32(details).text);
-      key = blocks.add(Bytes().u32(path.parent).raw(path.name).u8(0).text);
+      const std::uint32_t record = blocks.add(recordBlock(*path.entry, layout.oldRecords));
+      const std::uint32_t info = blocks.add(Bytes().u32(path.id).u32(record).bytes);
+      key = blocks.add(Bytes().u32(path.parent).raw(path.name).u8(0).bytes);
       node.u32(info).u32(key);
     }
-    blocks.set(numbers[leaf], blocks.node(std::move(node), nodeSize));
+    blocks.set(numbers[leaf], nodeBlock(std::move(node), usualNodeSize, layout));
     leaves.push_back({numbers[leaf], key});
   }
   return leaves;
 }
 
-// Puts levels of inner nodes above the children until one node is left: the root.
+/// Puts levels of inner nodes above the children until one node is left: the root.
 std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayout& layout) {
   while (children.size() > 1) {
     std::vector<Child> level;
@@ -193,158 +190,81 @@ std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayo
       const std::size_t end = std::min<std::size_t>(children.size(), first + layout.pathsPerNode);
       Bytes node;
       node.u16(0).u16(size32(end - first - 1)).u32(0).u32(0);
-      for (std::size_t i = first; i < end; ++i)
+      for (std::size_t i = first; i < end; ++i) {
         node.u32(children[i].node).u32(i + 1 < end ? children[i].lastKey : 0);
-      level.push_back({blocks.add(blocks.node(std::move(node), nodeSize)), children[end - 1].lastKey});
+      }
+      const std::uint32_t number = blocks.add(nodeBlock(std::move(node), usualNodeSize, layout));
+      level.push_back({number, children[end - 1].lastKey});
     }
     children = std::move(level);
   }
   return children.front().node;
 }
 
-std::string indexBytes(const std::vector<std::string>& blocks, const std::vector<std::uint32_t>& offsets) {
+/// Adds all that a bom holds and returns its variables: the names by which the blocks are found.
+std::string addContent(Blocks& blocks, const std::vector<Path>& paths, const BomLayout& layout) {
+  const std::uint32_t info = blocks.add(Bytes().u32(1).u32(size32(paths.size() + 1)).u32(1).zeros(16).bytes);
+  const std::uint32_t tree = blocks.reserve();
+  const std::uint32_t root = addRoot(blocks, addLeaves(blocks, paths, layout), layout);
+  blocks.set(tree, treeBlock(root, usualNodeSize, paths.size()));
+  const std::uint32_t hardLinks = addEmptyTree(blocks, usualNodeSize, layout);
+  const std::uint32_t views = addEmptyTree(blocks, 128, layout);
+  const std::uint32_t viewIndex = blocks.add(Bytes().u32(1).u32(views).u32(0).u8(0).bytes);
+  const std::uint32_t longSizes = addEmptyTree(blocks, usualNodeSize, layout);
+
+  const std::pair<std::uint32_t, std::string_view> variables[] = {{info, "BomInfo"},
+                                                                  {tree, "Paths"},
+                                                                  {hardLinks, "HLIndex"},
+                                                                  {viewIndex, "VIndex"},
+                                                                  {longSizes, "Size64"}};
+  Bytes bytes;
+  bytes.u32(size32(std::size(variables)));
+  for (const auto& [block, name] : variables) bytes.u32(block).u8(size32(name.size())).raw(name);
+  return std::move(bytes.bytes);
+}
+
+/// The file: its header, and the parts where the layout wants them.
+std::string assembled(const std::vector<std::string>& blocks, const std::string& variables,
+                      const BomLayout& layout) {
+  // The index has one length wherever the blocks stand, so its room is known ahead of its content.
+  const std::uint32_t indexLength = size32(4 + 8 * blocks.size() + 4);
+  std::uint32_t end = headerRoom;
+  const auto place = [&end](std::size_t length) { return std::exchange(end, end + size32(length)); };
+  std::uint32_t variablesOffset = layout.variablesFirst ? place(variables.size()) : 0;
+  std::uint32_t indexOffset = layout.indexFirst ? place(indexLength) : 0;
+  std::vector<std::uint32_t> offsets(blocks.size());  // of the null block 0
+  for (std::size_t i = 1; i < blocks.size(); ++i) {
+    const std::size_t number = layout.blocksReversed ? blocks.size() - i : i;
+    offsets[number] = place(blocks[number].size());
+  }
+  if (!layout.variablesFirst) variablesOffset = place(variables.size());
+  if (!layout.indexFirst) indexOffset = place(indexLength);
+
   Bytes index;
   index.u32(size32(blocks.size()));
   for (std::size_t i = 0; i < blocks.size(); ++i) index.u32(offsets[i]).u32(size32(blocks[i].size()));
-  return index.u32(0).text;  // an empty list of free ranges
+  index.u32(0);  // an empty list of free ranges
+
+  Bytes file;
+  file.raw("BOMStore").u32(1).u32(size32(blocks.size() - 1)).u32(indexOffset).u32(indexLength);
+  file.u32(variablesOffset).u32(size32(variables.size()));
+  file.bytes.resize(end);
+  const auto put = [&file](std::uint32_t offset, const std::string& part) {
+    std::copy(part.begin(), part.end(), file.bytes.begin() + offset);
+  };
+  put(variablesOffset, variables);
+  put(indexOffset, index.bytes);
+  for (std::size_t i = 1; i < blocks.size(); ++i) put(offsets[i], blocks[i]);
+  return std::move(file.bytes);
 }
-
-// Collects entries until there are enough of them; what is added then is dropped.
-class ManyEntries {
- public:
-  explicit ManyEntries(std::size_t count) : count_(count) { entries_.reserve(count); }
-
-  bool full() const { return entries_.size() == count_; }
-  std::vector<BomEntry> take() { return std::move(entries_); }
-
-  void addFolder(const std::string& path) {
-    add({.path = path, .kind = BomKind::folder, .mode = 040755, .group = 80});
-  }
-
-  void addApplication(int number) {
-    static constexpr std::string_view names[] = {"Night Sky", "Überblick", "Photo Studio", "毎日メモ",
-                                                 "Ledger"};
-    static constexpr std::string_view languages[] = {"Base", "da", "de", "en",    "es",
-                                                     "fr",   "it", "ja", "pt_BR", "zh_CN"};
-    const std::string path =
-        "./Applications/" + std::string(names[number % 5]) + " " + std::to_string(number) + ".app";
-    addFolder(path);
-    addFolder(path + "/Contents");
-    addFolder(path + "/Contents/MacOS");
-    addProgram(path + "/Contents/MacOS/" + std::string(names[number % 5]));
-    addFile(path + "/Contents/Info.plist");
-    addFolder(path + "/Contents/Resources");
-    addFile(path + "/Contents/Resources/Read\tMe.txt");
-    for (const std::string_view language : languages) {
-      const std::string folder = path + "/Contents/Resources/" + std::string(language) + ".lproj";
-      addFolder(folder);
-      for (int i = 1; i <= 10; ++i) addFile(folder + "/Localizable-" + std::to_string(i) + ".strings");
-    }
-    addFolder(path + "/Contents/Frameworks");
-    for (const std::string_view name : {"Drawing", "Exchange", "Storage"})
-      addFramework(path + "/Contents/Frameworks/", name);
-  }
-
- private:
-  void addFramework(const std::string& above, std::string_view name) {
-    const std::string path = above + std::string(name) + ".framework";
-    addFolder(path);
-    addFolder(path + "/Versions");
-    addFolder(path + "/Versions/A");
-    addProgram(path + "/Versions/A/" + std::string(name));
-    addFolder(path + "/Versions/A/Headers");
-    for (int i = 1; i <= 40; ++i) {
-      addFile(path + "/Versions/A/Headers/" + std::string(name) + "Part" + std::to_string(i) + ".h");
-    }
-    add({.path = path + "/Versions/Current", .kind = BomKind::link, .mode = 0120755, .linkTarget = "A"});
-  }
-
-  void addFile(const std::string& path) {
-    const std::uint32_t size = 13 * size32(entries_.size());
-    add({.path = path, .group = 80, .size = size, .checksum = posixChecksum(path)});
-  }
-
-  void addProgram(const std::string& path) {
-    const std::uint32_t size = 1000 * size32(entries_.size() % 1000);
-    add({.path = path,
-         .mode = 0100755,
-         .group = 80,
-         .size = 2 * size,
-         .checksum = posixChecksum(path),
-         .processors = {{0x1000007, 3, size, posixChecksum("x")}, {7, 3, size, posixChecksum("i")}}});
-  }
-
-  void add(BomEntry entry) {
-    if (full()) return;
-    entry.modificationTime = 1538021007 + size32(entries_.size());  // from 2018-09-27 04:03:27 on
-    entries_.push_back(std::move(entry));
-  }
-
-  std::size_t count_;
-  std::vector<BomEntry> entries_;
-};
 
 }  // namespace
 
 std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const BomLayout& layout) {
   const std::vector<BomEntry> added = missingFolders(entries);
-  const std::vector<Path> paths = arrangedPaths(entries, added, layout);
-
-  Blocks blocks(layout.paddedNodes);
-  const std::uint32_t info = blocks.add(Bytes().u32(1).u32(size32(paths.size() + 1)).u32(1).zeros(16).text);
-  const std::uint32_t tree = blocks.reserve();
-  const std::uint32_t root = addRoot(blocks, addLeaves(blocks, paths, layout), layout);
-  blocks.set(tree, treeBlock(root, nodeSize, paths.size()));
-  const std::uint32_t hardLinks = blocks.addEmptyTree(nodeSize);
-  const std::uint32_t views = blocks.addEmptyTree(128);
-  const std::uint32_t viewIndex = blocks.add(Bytes().u32(1).u32(views).u32(0).u8(0).text);
-  const std::uint32_t longSizes = blocks.addEmptyTree(nodeSize);
-
-  Bytes variables;
-  variables.u32(5);
-  for (const auto& [block, name] :
-       std::initializer_list<std::pair<std::uint32_t, std::string_view>>{{info, "BomInfo"},
-                                                                         {tree, "Paths"},
-                                                                         {hardLinks, "HLIndex"},
-                                                                         {viewIndex, "VIndex"},
-                                                                         {longSizes, "Size64"}}) {
-    variables.u32(block).u8(size32(name.size())).raw(name);
-  }
-
-  // The index has one length wherever the blocks stand, so its room is known ahead of its content.
-  const std::vector<std::string>& all = blocks.all();
-  const std::uint32_t indexLength = size32(4 + 8 * all.size() + 4);
-  std::uint32_t end = headerRoom;
-  const auto place = [&end](std::size_t length) { return std::exchange(end, end + size32(length)); };
-  std::uint32_t variablesOffset = layout.variablesFirst ? place(variables.text.size()) : 0;
-  std::uint32_t indexOffset = layout.indexFirst ? place(indexLength) : 0;
-  std::vector<std::uint32_t> order;
-  for (std::uint32_t i = 1; i < all.size(); ++i) order.push_back(i);
-  if (layout.blocksReversed) std::reverse(order.begin(), order.end());
-  std::vector<std::uint32_t> offsets(all.size());
-  for (const std::uint32_t i : order) offsets[i] = place(all[i].size());
-  if (!layout.variablesFirst) variablesOffset = place(variables.text.size());
-  if (!layout.indexFirst) indexOffset = place(indexLength);
-
-  Bytes file;
-  file.raw("BOMStore").u32(1).u32(size32(all.size() - 1)).u32(indexOffset).u32(indexLength);
-  file.u32(variablesOffset).u32(size32(variables.text.size()));
-  file.text.resize(end);
-  const auto put = [&file](std::uint32_t offset, const std::string& part) {
-    std::copy(part.begin(), part.end(), file.text.begin() + offset);
-  };
-  put(variablesOffset, variables.text);
-  put(indexOffset, indexBytes(all, offsets));
-  for (const std::uint32_t i : order) put(offsets[i], all[i]);
-  return std::move(file.text);
-}
-
-std::vector<BomEntry> manyBomEntries(std::size_t count) {
-  ManyEntries many(count);
-  many.addFolder(".");
-  many.addFolder("./Applications");
-  for (int number = 1; !many.full(); ++number) many.addApplication(number);
-  return many.take();
+  Blocks blocks;
+  const std::string variables = addContent(blocks, arrangedPaths(entries, added, layout), layout);
+  return assembled(blocks.all(), variables, layout);
 }
 
 std::uint32_t posixChecksum(std::string_view bytes) {

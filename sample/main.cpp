@@ -7,9 +7,12 @@
 #include <string_view>
 #include <system_error>
 
-#include "sample/volume.h"
+#include "sample/sample_volume.h"
 
 namespace {
+
+using pelmarix::Result;
+using pelmarix::sample::Sizes;
 
 constexpr const char* usage =
     "usage: pelmarix-sample [--entries N] [--receipts N] [--large] DIR\n"
@@ -22,10 +25,12 @@ constexpr const char* usage =
 constexpr int usageStatus = 64;  // as sysexits has it
 
 /// A whole number up to ten million; more would only fill the disk.
-std::optional<std::size_t> parseCount(std::string_view text) {
+Result<std::size_t, std::errc> parseCount(std::string_view argument) {
   std::size_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || number > 10'000'000) return std::nullopt;
+  const char* const last = argument.data() + argument.size();
+  const auto [end, error] = std::from_chars(argument.data(), last, number);
+  if (error != std::errc()) return error;
+  if (end != last || number > 10'000'000) return std::errc::invalid_argument;
   return number;
 }
 
@@ -46,9 +51,9 @@ int main(int argc, char** argv) {
     if (argument == "--large") {
       isLarge = true;
     } else if (argument == "--entries" || argument == "--receipts") {
-      const std::optional<std::size_t> count = i + 1 < argc ? parseCount(argv[++i]) : std::nullopt;
+      const Result<std::size_t, std::errc> count = parseCount(i + 1 < argc ? argv[++i] : "");
       if (!count) return fail(argument + " needs a number from 0 to 10000000");
-      (argument == "--entries" ? entries : receipts) = count;
+      (argument == "--entries" ? entries : receipts) = *count;
     } else if (argument.starts_with("-")) {
       return fail("unknown option " + argument);
     } else if (folder || argument.empty()) {
@@ -59,12 +64,11 @@ int main(int argc, char** argv) {
   }
   if (!folder) return fail("one folder is needed");
 
-  using pelmarix::sample::Sizes;
   Sizes sizes = isLarge ? Sizes::large() : Sizes();
   sizes.entries = entries.value_or(sizes.entries);
   sizes.receipts = receipts.value_or(sizes.receipts);
-  const std::string problem = pelmarix::sample::makeVolume(*folder, sizes);
-  if (problem.empty()) return 0;
-  std::fprintf(stderr, "pelmarix-sample: %s\n", problem.c_str());
+  const Result<void, std::string> made = pelmarix::sample::makeVolume(*folder, sizes);
+  if (made) return 0;
+  std::fprintf(stderr, "pelmarix-sample: %s\n", made.error().c_str());
   return 1;
 }

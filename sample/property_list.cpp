@@ -7,12 +7,14 @@
 #include <string_view>
 #include <utility>
 
+#include "base/utf8.h"
+
 namespace pelmarix::sample {
 namespace {
 
 class XmlWriter {
  public:
-  explicit XmlWriter(std::string& text) : text_(text) {}
+  explicit XmlWriter(std::string& xml) : xml_(xml) {}
 
   void write(const PropertyList& item, std::size_t depth) {
     std::visit([this, depth](const auto& value) { writeValue(value, depth); }, item.value);
@@ -46,29 +48,24 @@ class XmlWriter {
     indented(depth, "</dict>\n");
   }
 
-  void indented(std::size_t depth, std::string_view markup) { text_.append(depth, '\t').append(markup); }
+  void indented(std::size_t depth, std::string_view markup) { xml_.append(depth, '\t').append(markup); }
 
   void line(std::size_t depth, std::string_view tag, std::string_view content) {
-    text_.append(depth, '\t').append("<").append(tag).append(">");
+    xml_.append(depth, '\t').append("<").append(tag).append(">");
     for (const char character : content) {
-      switch (character) {
-        case '&':
-          text_ += "&amp;";
-          break;
-        case '<':
-          text_ += "&lt;";
-          break;
-        case '>':
-          text_ += "&gt;";
-          break;
-        default:
-          text_ += character;
-      }
+      if (character == '&')
+        xml_ += "&amp;";
+      else if (character == '<')
+        xml_ += "&lt;";
+      else if (character == '>')
+        xml_ += "&gt;";
+      else
+        xml_ += character;
     }
-    text_.append("</").append(tag).append(">\n");
+    xml_.append("</").append(tag).append(">\n");
   }
 
-  std::string& text_;
+  std::string& xml_;
 };
 
 void appendBigEndian(std::string& bytes, std::uint64_t number, unsigned width) {
@@ -102,120 +99,106 @@ std::string utf16(std::string_view text) {
   return bytes;
 }
 
-bool isAscii(std::string_view text) {
-  for (const char character : text) {
-    if (static_cast<unsigned char>(character) >= 0x80) return false;
+/// A type in the high four bits with its count in the low four, or in an integer that follows.
+std::string marker(unsigned type, std::size_t count) {
+  std::string bytes;
+  appendBigEndian(bytes, type | (count < 15 ? static_cast<unsigned>(count) : 15U), 1);
+  if (count >= 15) {
+    const unsigned power = std::bit_width(widthFor(count) - 1);  // integers have 1, 2, 4 or 8 bytes
+    appendBigEndian(bytes, 0x10 | power, 1);
+    appendBigEndian(bytes, count, 1U << power);
   }
-  return true;
+  return bytes;
 }
 
-/// Numbers the objects first, containers before what they hold, because the width of a reference depends on
+std::string stringObject(const std::string& string) {
+  if (isAscii(string)) return marker(0x50, string.size()) + string;
+  const std::string units = utf16(string);
+  return marker(0x60, units.size() / 2) + units;
+}
+
+std::string dateObject(Date date) {
+  std::string bytes = "\x33";
+  appendBigEndian(bytes, std::bit_cast<std::uint64_t>(date.timeIntervalSinceReferenceDate), 8);
+  return bytes;
+}
+
+/// Collects the objects first, containers before what they hold, because the width of a reference depends on
 /// how many there are; then writes them.
 class BinaryWriter {
  public:
   std::string write(const PropertyList& root) {
-    number(root);
-    referenceWidth_ = widthFor(objects_.size() - 1);
-    bytes_ = "bplist00";
+    add(root);
+    const unsigned referenceWidth = widthFor(objects_.size() - 1);
+    std::string bytes = "bplist00";
     std::vector<std::uint64_t> offsets;
     for (const Object& object : objects_) {
-      offsets.push_back(bytes_.size());
-      writeObject(object);
+      offsets.push_back(bytes.size());
+      bytes += object.bytes;
+      for (const Reference reference : object.references) appendBigEndian(bytes, reference, referenceWidth);
     }
-    const std::uint64_t tableStart = bytes_.size();
+    const std::uint64_t tableStart = bytes.size();
     const unsigned offsetWidth = widthFor(tableStart);
-    for (const std::uint64_t offset : offsets) appendBigEndian(bytes_, offset, offsetWidth);
-    appendBigEndian(bytes_, 0, 6);
-    appendBigEndian(bytes_, offsetWidth, 1);
-    appendBigEndian(bytes_, referenceWidth_, 1);
-    appendBigEndian(bytes_, objects_.size(), 8);
-    appendBigEndian(bytes_, 0, 8);  // the root is the first object
-    appendBigEndian(bytes_, tableStart, 8);
-    return std::move(bytes_);
+    for (const std::uint64_t offset : offsets) appendBigEndian(bytes, offset, offsetWidth);
+    appendBigEndian(bytes, 0, 6);
+    appendBigEndian(bytes, offsetWidth, 1);
+    appendBigEndian(bytes, referenceWidth, 1);
+    appendBigEndian(bytes, objects_.size(), 8);
+    appendBigEndian(bytes, 0, 8);  // the root is the first object
+    appendBigEndian(bytes, tableStart, 8);
+    return bytes;
   }
 
  private:
   using Reference = std::uint64_t;
 
   struct Object {
-    const std::string* string = nullptr;
-    const Date* date = nullptr;
-    bool isDictionary = false;
+    std::string bytes;  ///< all but the references
     /// Of an array its items; of a dictionary all keys, then all values.
     std::vector<Reference> references = {};
   };
 
-  Reference number(const PropertyList& item) {
-    if (const auto* string = std::get_if<std::string>(&item.value)) return numberString(*string);
+  Reference add(const PropertyList& item) {
+    if (const auto* string = std::get_if<std::string>(&item.value)) return addString(*string);
     const Reference reference = objects_.size();
     objects_.emplace_back();
-    std::vector<Reference> references;
+    Object object;
     if (const auto* date = std::get_if<Date>(&item.value)) {
-      objects_[reference].date = date;
+      object.bytes = dateObject(*date);
     } else if (const auto* array = std::get_if<Array>(&item.value)) {
-      for (const PropertyList& child : *array) references.push_back(number(child));
+      object.bytes = marker(0xa0, array->size());
+      for (const PropertyList& child : *array) object.references.push_back(add(child));
     } else {
       const auto& dictionary = std::get<Dictionary>(item.value);
-      for (const Pair& pair : dictionary) references.push_back(numberString(pair.key));
-      for (const Pair& pair : dictionary) references.push_back(number(pair.item));
-      objects_[reference].isDictionary = true;
+      object.bytes = marker(0xd0, dictionary.size());
+      for (const Pair& pair : dictionary) object.references.push_back(addString(pair.key));
+      for (const Pair& pair : dictionary) object.references.push_back(add(pair.item));
     }
-    objects_[reference].references = std::move(references);
+    objects_[reference] = std::move(object);
     return reference;
   }
 
-  Reference numberString(const std::string& string) {
+  Reference addString(const std::string& string) {
     const auto [found, isNew] = strings_.try_emplace(string, objects_.size());
-    if (isNew) objects_.push_back({.string = &string});
+    if (isNew) objects_.push_back({stringObject(string)});
     return found->second;
-  }
-
-  void writeObject(const Object& object) {
-    if (object.string != nullptr) {
-      if (isAscii(*object.string)) {
-        writeMarker(0x50, object.string->size());
-        bytes_ += *object.string;
-      } else {
-        const std::string units = utf16(*object.string);
-        writeMarker(0x60, units.size() / 2);
-        bytes_ += units;
-      }
-    } else if (object.date != nullptr) {
-      bytes_ += '\x33';
-      appendBigEndian(bytes_, std::bit_cast<std::uint64_t>(object.date->timeIntervalSinceReferenceDate), 8);
-    } else {
-      const std::size_t count = object.references.size();
-      writeMarker(object.isDictionary ? 0xd0 : 0xa0, object.isDictionary ? count / 2 : count);
-      for (const Reference reference : object.references) appendBigEndian(bytes_, reference, referenceWidth_);
-    }
-  }
-
-  /// A type in the high four bits with its count in the low four, or in an integer that follows.
-  void writeMarker(unsigned type, std::size_t count) {
-    appendBigEndian(bytes_, type | (count < 15 ? static_cast<unsigned>(count) : 15U), 1);
-    if (count < 15) return;
-    const unsigned power = std::bit_width(widthFor(count) - 1);  // integers have 1, 2, 4 or 8 bytes
-    appendBigEndian(bytes_, 0x10 | power, 1);
-    appendBigEndian(bytes_, count, 1U << power);
   }
 
   std::vector<Object> objects_;
   std::map<std::string_view, Reference> strings_;
-  unsigned referenceWidth_ = 1;
-  std::string bytes_;
 };
 
 }  // namespace
 
 std::string xmlForm(const PropertyList& root) {
-  std::string text =
+  std::string xml =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
       "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
       "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
       "<plist version=\"1.0\">\n";
-  XmlWriter(text).write(root, 0);
-  text += "</plist>\n";
-  return text;
+  XmlWriter(xml).write(root, 0);
+  xml += "</plist>\n";
+  return xml;
 }
 
 std::string binaryForm(const PropertyList& root) { return BinaryWriter().write(root); }

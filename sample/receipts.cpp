@@ -31,12 +31,12 @@ constexpr auto packages = std::to_array<Package>({
     {"com.example.backup-helper", "2.5."},
 });
 
-BillKind billKindFor(std::size_t placeFromNewest) {
-  if (placeFromNewest == 2) return BillKind::large;
-  if (placeFromNewest == 11) return BillKind::broken;
-  if (placeFromNewest % 50 == 7) return BillKind::foldersOnly;
-  if (placeFromNewest % 10 == 4) return BillKind::missing;
-  return BillKind::usual;
+ReceiptBom bomFor(std::size_t placeFromNewest) {
+  if (placeFromNewest == 2) return ReceiptBom::large;
+  if (placeFromNewest == 11) return ReceiptBom::broken;
+  if (placeFromNewest % 50 == 7) return ReceiptBom::foldersOnly;
+  if (placeFromNewest % 10 == 4) return ReceiptBom::missing;
+  return ReceiptBom::usual;
 }
 
 }  // namespace
@@ -61,7 +61,7 @@ std::vector<Receipt> receipts(std::size_t count) {
     receipt.packageIdentifier = std::string(package.identifier) + ".16U" + number;
     receipt.packageVersion = std::string(package.versionPrefix) + number;
     receipt.form = random.below(5) < 2 ? ReceiptForm::xml : ReceiptForm::binary;
-    receipt.billKind = billKindFor(placeFromNewest);
+    receipt.bom = bomFor(placeFromNewest);
     receipt.stem = receipt.packageIdentifier;
     if (placeFromNewest % 25 == 3) receipt.stem = "Scanner Software (Größe " + number + ")";
     if (placeFromNewest % 20 == 9) receipt.stem = "Archive/" + receipt.stem;

@@ -12,11 +12,11 @@ namespace pelmarix::sample {
 enum class ReceiptForm { xml, binary };
 
 /// What lies beside a receipt under its name with the extension "bom".
-enum class BillKind {
+enum class ReceiptBom {
   usual,        ///< some ten paths
-  large,        ///< more than one node of paths: see largeBillPaths
-  foldersOnly,  ///< no plain file, so a listing of files is empty
-  broken,       ///< the file is there, and is no bill of materials
+  large,        ///< more than one node of paths: see Sizes::largeBomPaths
+  foldersOnly,  ///< no plain file: a listing of files is empty
+  broken,       ///< the file is there, and is cut off
   missing,      ///< no file at all
 };
 
@@ -28,11 +28,11 @@ struct Receipt {
   /// With a fraction of a second where the form can hold one.
   Date installDate;
   ReceiptForm form;
-  BillKind billKind;
+  ReceiptBom bom;
 };
 
 /// That many receipts, in the order of their dates, oldest first, spread over the years 2015 to 2021. Both
-/// forms, the sub-folder and, from fifty receipts on, every kind of bill occur.
+/// forms, the sub-folder and, from fifty receipts on, every kind of bom occur.
 std::vector<Receipt> receipts(std::size_t count);
 
 /// The receipt's property list in its form.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "sample/bom_writer.h"
+#include "sample/package_contents.h"
 #include "tests/lsbom/editable_bom.h"
 #include "tests/lsbom/support.h"
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "sample/bom_writer.h"
+#include "sample/package_contents.h"
 
 int main(int argc, char* argv[]) {
   if (argc != 3) return EXIT_FAILURE;

@@ -18,17 +18,17 @@ TEST(SampleReceipts, AreAsManyAsAskedForAndEachHasAPlaceOfItsOwn) {
   }
 }
 
-TEST(SampleReceipts, ComeInBothFormsAndWithEveryKindOfBill) {
+TEST(SampleReceipts, ComeInBothFormsAndWithEveryKindOfBom) {
   std::map<ReceiptForm, int> forms;
-  std::map<BillKind, int> kinds;
+  std::map<ReceiptBom, int> boms;
   for (const Receipt& receipt : receipts(50)) {
     ++forms[receipt.form];
-    ++kinds[receipt.billKind];
+    ++boms[receipt.bom];
   }
   EXPECT_EQ(forms.size(), 2U);
-  EXPECT_EQ(kinds.size(), 5U);
-  EXPECT_EQ(kinds[BillKind::large], 1);
-  EXPECT_EQ(kinds[BillKind::broken], 1);
+  EXPECT_EQ(boms.size(), 5U);
+  EXPECT_EQ(boms[ReceiptBom::large], 1);
+  EXPECT_EQ(boms[ReceiptBom::broken], 1);
 }
 
 TEST(SampleReceipts, HaveFractionsOfSecondsOnlyInTheBinaryForm) {
@@ -65,7 +65,7 @@ TEST(SampleReceipts, WriteTheirIdentifierAndTheirDate) {
                   .packageVersion = "1.0",
                   .installDate = {575287872},
                   .form = ReceiptForm::xml,
-                  .billKind = BillKind::missing};
+                  .bom = ReceiptBom::missing};
   const std::string xml = propertyListFile(receipt);
   EXPECT_NE(xml.find("<key>PackageIdentifier</key>\n\t<string>com.example.one</string>"), std::string::npos);
   EXPECT_NE(xml.find("<key>InstallDate</key>\n\t<date>2019-03-26T10:11:12Z</date>"), std::string::npos);

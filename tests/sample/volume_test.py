@@ -65,15 +65,15 @@ class SampleVolume(unittest.TestCase):
         self.make()
         receipts = self.volume / "System/Library/Receipts"
         stems = {path.with_suffix("") for path in receipts.glob("**/*.plist")}
-        bills = {path.with_suffix("") for path in receipts.glob("**/*.bom")}
-        self.assertLess(bills, stems)
-        self.assertEqual(len(stems - bills), 30)
+        boms = {path.with_suffix("") for path in receipts.glob("**/*.bom")}
+        self.assertLess(boms, stems)
+        self.assertEqual(len(stems - boms), 30)
 
     def test_bills_of_materials_list_but_for_a_broken_one_and_some_without_plain_files(self):
         self.make()
         failed, empty, lines = 0, 0, []
-        for bill in self.volume.glob("System/Library/Receipts/**/*.bom"):
-            listing = subprocess.run([LISTER, "-f", "-p", "fsT", bill], capture_output=True, text=True, check=False)
+        for bom in self.volume.glob("System/Library/Receipts/**/*.bom"):
+            listing = subprocess.run([LISTER, "-f", "-p", "fsT", bom], capture_output=True, text=True, check=False)
             failed += listing.returncode != 0
             empty += listing.returncode == 0 and listing.stdout == ""
             lines.append(listing.stdout.count("\n"))
@@ -83,8 +83,8 @@ class SampleVolume(unittest.TestCase):
     def test_links_programs_and_odd_names_occur_in_bills_of_materials(self):
         self.make()
         receipts = self.volume / "System/Library/Receipts"
-        bill = max(receipts.glob("com.example.draw-and-paint.*.bom"))
-        listing = subprocess.run([LISTER, bill], capture_output=True, text=True, check=True).stdout
+        bom = max(receipts.glob("com.example.draw-and-paint.*.bom"))
+        listing = subprocess.run([LISTER, bom], capture_output=True, text=True, check=True).stdout
         self.assertIn("/Versions/Current\t120755\t0/80\t1\t", listing)
         self.assertIn("/MacOS/draw-and-paint\t100755\t0/80\t", listing)
         self.assertIn("/はじめに.html\t100644\t0/0\t", listing)

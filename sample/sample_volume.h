@@ -5,21 +5,23 @@
 #include <filesystem>
 #include <string>
 
+#include "base/result.h"
+
 namespace pelmarix::sample {
 
 struct Sizes {
   std::size_t entries = 400;  ///< of the install history
   std::size_t receipts = 300;
-  std::size_t largeBillPaths = 1200;  ///< paths in the largest bill of materials
+  std::size_t largeBomPaths = 1200;  ///< paths in the largest bom
 
   static constexpr Sizes large() {
-    return {.entries = 100'000, .receipts = 10'000, .largeBillPaths = 400'000};
+    return {.entries = 100'000, .receipts = 10'000, .largeBomPaths = 400'000};
   }
 };
 
 /// Makes the volume in `folder`, which is created where it is missing; a sample made there earlier is
-/// replaced. The files are the same bytes each time. A folder that holds anything else is left as it is.
-/// Returns an empty text, or why the volume couldn't be made.
-std::string makeVolume(const std::filesystem::path& folder, const Sizes& sizes);
+/// replaced. The files are the same bytes each time. A folder that holds anything else is left as it is. The
+/// error is a message that says why the volume couldn't be made.
+Result<void, std::string> makeVolume(const std::filesystem::path& folder, const Sizes& sizes);
 
 }  // namespace pelmarix::sample

@@ -1,12 +1,13 @@
-#include "sample/volume.h"
+#include "sample/sample_volume.h"
 
 #include <fstream>
 #include <ios>
 #include <string_view>
+#include <system_error>
 
-#include "sample/bill.h"
 #include "sample/install_history.h"
 #include "sample/property_list.h"
+#include "sample/receipt_bom.h"
 #include "sample/receipts.h"
 
 namespace pelmarix::sample {
@@ -22,11 +23,10 @@ constexpr std::string_view markerText =
     "When it makes the sample anew, it replaces Library and System.\n";
 
 void writeFile(const fs::path& path, std::string_view bytes) {
-  std::ofstream file;
-  file.exceptions(std::ios::badbit | std::ios::failbit);
-  file.open(path, std::ios::binary | std::ios::trunc);
+  std::ofstream file(path, std::ios::binary);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   file.close();
+  if (!file) throw fs::filesystem_error("cannot write", path, std::make_error_code(std::errc::io_error));
 }
 
 PropertyList systemVersion() {
@@ -43,8 +43,8 @@ void writeReceipts(const fs::path& folder, const Sizes& sizes) {
   fs::create_directories(folder / "Archive");
   for (const Receipt& receipt : receipts(sizes.receipts)) {
     writeFile(folder / (receipt.stem + ".plist"), propertyListFile(receipt));
-    const std::string bill = billFile(receipt, sizes.largeBillPaths);
-    if (!bill.empty()) writeFile(folder / (receipt.stem + ".bom"), bill);
+    const std::string bom = bomFile(receipt, sizes.largeBomPaths);
+    if (!bom.empty()) writeFile(folder / (receipt.stem + ".bom"), bom);
   }
 }
 
@@ -62,17 +62,15 @@ void writeVolume(const fs::path& folder, const Sizes& sizes) {
 
 }  // namespace
 
-std::string makeVolume(const fs::path& folder, const Sizes& sizes) {
+Result<void, std::string> makeVolume(const fs::path& folder, const Sizes& sizes) {
   try {
     if (fs::exists(folder) && !fs::is_directory(folder)) return folder.string() + " is not a folder";
     if (fs::exists(folder) && !fs::is_empty(folder) && !fs::exists(folder / markerName)) {
       return folder.string() + " holds something that is no sample; it was left as it is";
     }
     writeVolume(folder, sizes);
-  } catch (const std::ios_base::failure&) {
-    return "a file in " + folder.string() + " couldn't be written";
   } catch (const fs::filesystem_error& error) {
-    return error.what();
+    return std::string(error.what());
   }
   return {};
 }
