@@ -23,10 +23,6 @@ struct Bytes {
     bytes.append(more);
     return *this;
   }
-  Bytes& zeros(std::size_t count) {
-    bytes.append(count, '\0');
-    return *this;
-  }
 
   std::string bytes;
 };
@@ -56,7 +52,8 @@ std::string recordBlock(const BomEntry& entry, bool isOld) {
       bytes.u32(part.type).u32(part.subtype).u32(part.size).u32(part.checksum);
     }
   }
-  return bytes.zeros(isOld ? 0 : 8).bytes;
+  if (!isOld) bytes.u32(0).u32(0);
+  return std::move(bytes.bytes);
 }
 
 /// A path's entry with its place in the tree of folders.
@@ -97,8 +94,7 @@ std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std:
   sorted.reserve(entries.size() + added.size());
   for (const BomEntry& entry : entries) sorted.push_back(&entry);
   for (const BomEntry& entry : added) sorted.push_back(&entry);
-  std::stable_sort(sorted.begin(), sorted.end(),
-                   [](const BomEntry* left, const BomEntry* right) { return left->path < right->path; });
+  std::ranges::stable_sort(sorted, {}, &BomEntry::path);
 
   std::map<std::string_view, std::uint32_t> ids;
   std::vector<Path> paths;
@@ -109,29 +105,18 @@ std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std:
     paths.push_back({entry, name, above.empty() ? 0 : ids.at(above), id});
     id += layout.idStep;
   }
-  std::sort(paths.begin(), paths.end(), [](const Path& left, const Path& right) {
-    return std::tie(left.parent, left.name, left.id) < std::tie(right.parent, right.name, right.id);
-  });
+  std::ranges::sort(paths, {}, [](const Path& path) { return std::tie(path.parent, path.name, path.id); });
   return paths;
 }
 
-/// The numbered blocks of the file; number 0 is the null block.
-class Blocks {
- public:
-  std::uint32_t add(std::string block) {
-    blocks_.push_back(std::move(block));
-    return size32(blocks_.size() - 1);
-  }
+/// The blocks of the file by number; number 0 is the null block.
+using Blocks = std::vector<std::string>;
 
-  /// A number for a block that is written later.
-  std::uint32_t reserve() { return add({}); }
-  void set(std::uint32_t number, std::string block) { blocks_[number] = std::move(block); }
-
-  const std::vector<std::string>& all() const { return blocks_; }
-
- private:
-  std::vector<std::string> blocks_{std::string()};
-};
+/// Returns the block's number. Without content it is a block that is filled later.
+std::uint32_t add(Blocks& blocks, std::string content = {}) {
+  blocks.push_back(std::move(content));
+  return size32(blocks.size() - 1);
+}
 
 std::string nodeBlock(Bytes node, std::uint32_t size, const BomLayout& layout) {
   if (layout.paddedNodes && node.bytes.size() < size) node.bytes.resize(size);
@@ -143,9 +128,9 @@ std::string treeBlock(std::uint32_t root, std::uint32_t nodeSize, std::size_t pa
 }
 
 std::uint32_t addEmptyTree(Blocks& blocks, std::uint32_t nodeSize, const BomLayout& layout) {
-  const std::uint32_t tree = blocks.reserve();
-  const std::uint32_t root = blocks.add(nodeBlock(Bytes().u16(1).u16(0).u32(0).u32(0), nodeSize, layout));
-  blocks.set(tree, treeBlock(root, nodeSize, 0));
+  const std::uint32_t tree = add(blocks);
+  const std::uint32_t root = add(blocks, nodeBlock(Bytes().u16(1).u16(0).u32(0).u32(0), nodeSize, layout));
+  blocks[tree] = treeBlock(root, nodeSize, 0);
   return tree;
 }
 
@@ -159,7 +144,7 @@ std::vector<Child> addLeaves(Blocks& blocks, const std::vector<Path>& paths, con
   const std::size_t step = layout.pathsPerNode;
   const std::size_t count = std::max<std::size_t>(1, (paths.size() + step - 1) / step);
   std::vector<std::uint32_t> numbers(count);
-  for (std::uint32_t& number : numbers) number = blocks.reserve();
+  for (std::uint32_t& number : numbers) number = add(blocks);
 
   std::vector<Child> leaves;
   for (std::size_t leaf = 0; leaf < count; ++leaf) {
@@ -171,12 +156,12 @@ std::vector<Child> addLeaves(Blocks& blocks, const std::vector<Path>& paths, con
     std::uint32_t key = 0;
     for (std::size_t i = first; i < end; ++i) {
       const Path& path = paths[i];
-      const std::uint32_t record = blocks.add(recordBlock(*path.entry, layout.oldRecords));
-      const std::uint32_t info = blocks.add(Bytes().u32(path.id).u32(record).bytes);
-      key = blocks.add(Bytes().u32(path.parent).raw(path.name).u8(0).bytes);
+      const std::uint32_t record = add(blocks, recordBlock(*path.entry, layout.oldRecords));
+      const std::uint32_t info = add(blocks, Bytes().u32(path.id).u32(record).bytes);
+      key = add(blocks, Bytes().u32(path.parent).raw(path.name).u8(0).bytes);
       node.u32(info).u32(key);
     }
-    blocks.set(numbers[leaf], nodeBlock(std::move(node), usualNodeSize, layout));
+    blocks[numbers[leaf]] = nodeBlock(std::move(node), usualNodeSize, layout);
     leaves.push_back({numbers[leaf], key});
   }
   return leaves;
@@ -193,7 +178,7 @@ std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayo
       for (std::size_t i = first; i < end; ++i) {
         node.u32(children[i].node).u32(i + 1 < end ? children[i].lastKey : 0);
       }
-      const std::uint32_t number = blocks.add(nodeBlock(std::move(node), usualNodeSize, layout));
+      const std::uint32_t number = add(blocks, nodeBlock(std::move(node), usualNodeSize, layout));
       level.push_back({number, children[end - 1].lastKey});
     }
     children = std::move(level);
@@ -203,13 +188,14 @@ std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayo
 
 /// Adds all that a bom holds and returns its variables: the names by which the blocks are found.
 std::string addContent(Blocks& blocks, const std::vector<Path>& paths, const BomLayout& layout) {
-  const std::uint32_t info = blocks.add(Bytes().u32(1).u32(size32(paths.size() + 1)).u32(1).zeros(16).bytes);
-  const std::uint32_t tree = blocks.reserve();
+  const std::uint32_t info =
+      add(blocks, Bytes().u32(1).u32(size32(paths.size() + 1)).u32(1).u32(0).u32(0).u32(0).u32(0).bytes);
+  const std::uint32_t tree = add(blocks);
   const std::uint32_t root = addRoot(blocks, addLeaves(blocks, paths, layout), layout);
-  blocks.set(tree, treeBlock(root, usualNodeSize, paths.size()));
+  blocks[tree] = treeBlock(root, usualNodeSize, paths.size());
   const std::uint32_t hardLinks = addEmptyTree(blocks, usualNodeSize, layout);
   const std::uint32_t views = addEmptyTree(blocks, 128, layout);
-  const std::uint32_t viewIndex = blocks.add(Bytes().u32(1).u32(views).u32(0).u8(0).bytes);
+  const std::uint32_t viewIndex = add(blocks, Bytes().u32(1).u32(views).u32(0).u8(0).bytes);
   const std::uint32_t longSizes = addEmptyTree(blocks, usualNodeSize, layout);
 
   const std::pair<std::uint32_t, std::string_view> variables[] = {{info, "BomInfo"},
@@ -224,8 +210,7 @@ std::string addContent(Blocks& blocks, const std::vector<Path>& paths, const Bom
 }
 
 /// The file: its header, and the parts where the layout wants them.
-std::string assembled(const std::vector<std::string>& blocks, const std::string& variables,
-                      const BomLayout& layout) {
+std::string assembled(const Blocks& blocks, const std::string& variables, const BomLayout& layout) {
   // The index has one length wherever the blocks stand, so its room is known ahead of its content.
   const std::uint32_t indexLength = size32(4 + 8 * blocks.size() + 4);
   std::uint32_t end = headerRoom;
@@ -262,9 +247,9 @@ std::string assembled(const std::vector<std::string>& blocks, const std::string&
 
 std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const BomLayout& layout) {
   const std::vector<BomEntry> added = missingFolders(entries);
-  Blocks blocks;
+  Blocks blocks(1);
   const std::string variables = addContent(blocks, arrangedPaths(entries, added, layout), layout);
-  return assembled(blocks.all(), variables, layout);
+  return assembled(blocks, variables, layout);
 }
 
 std::uint32_t posixChecksum(std::string_view bytes) {

@@ -7,26 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "sample/lifetime.h"
 #include "sample/random.h"
 
 namespace pelmarix::sample {
 namespace {
 
-struct Day {
-  int year;
-  int month;
-  int day;
-};
+using namespace std::chrono_literals;
 
-double secondsAt(Day day) {
-  return static_cast<double>(daysFromCivil(day.year, day.month, day.day)) * 86400.0 -
-         secondsFromUnixEpochToReferenceDate;
-}
-
-constexpr Day delivery = {2015, 11, 14};
-constexpr Day sierra = {2016, 9, 24};
-constexpr Day mojave = {2018, 9, 28};
-constexpr Day copy = {2021, 3, 1};
+constexpr Day sierra = 2016y / 9 / 24;
+constexpr Day mojave = 2018y / 9 / 28;
 
 // Content types.
 constexpr std::string_view critical = "critical-update";
@@ -43,83 +33,67 @@ struct Milestone {
 };
 
 constexpr auto milestones = std::to_array<Milestone>({
-    {delivery, "OS X El Capitan", "10.11.1", "OSInstall"},
-    {{2015, 12, 9}, "OS X El Capitan Update", "10.11.2", "update.os.10.11.2Patch.15C50"},
-    {{2016, 1, 20}, "OS X El Capitan Update", "10.11.3", "update.os.10.11.3Patch.15D21"},
-    {{2016, 3, 22}, "OS X El Capitan Update", "10.11.4", "update.os.10.11.4Patch.15E65"},
-    {{2016, 5, 17}, "OS X El Capitan Update", "10.11.5", "update.os.10.11.5Patch.15F34"},
-    {{2016, 7, 19}, "OS X El Capitan Update", "10.11.6", "update.os.10.11.6Patch.15G31"},
-    {{2016, 9, 2}, "Security Update 2016-001", "10.11.6", "update.security.10.11.6.15G1004"},
+    {delivered, "OS X El Capitan", "10.11.1", "OSInstall"},
+    {2015y / 12 / 9, "OS X El Capitan Update", "10.11.2", "update.os.10.11.2Patch.15C50"},
+    {2016y / 1 / 20, "OS X El Capitan Update", "10.11.3", "update.os.10.11.3Patch.15D21"},
+    {2016y / 3 / 22, "OS X El Capitan Update", "10.11.4", "update.os.10.11.4Patch.15E65"},
+    {2016y / 5 / 17, "OS X El Capitan Update", "10.11.5", "update.os.10.11.5Patch.15F34"},
+    {2016y / 7 / 19, "OS X El Capitan Update", "10.11.6", "update.os.10.11.6Patch.15G31"},
+    {2016y / 9 / 2, "Security Update 2016-001", "10.11.6", "update.security.10.11.6.15G1004"},
     {sierra, "macOS Sierra", "10.12", "OSInstall"},
-    {{2016, 10, 25}, "macOS Sierra Update", "10.12.1", "update.os.10.12.1Patch.16B2555"},
-    {{2016, 12, 14}, "macOS Sierra Update", "10.12.2", "update.os.10.12.2Patch.16C67"},
-    {{2017, 1, 24}, "macOS Sierra Update", "10.12.3", "update.os.10.12.3Patch.16D32"},
-    {{2017, 3, 28}, "macOS Sierra Update", "10.12.4", "update.os.10.12.4Patch.16E195"},
-    {{2017, 5, 16}, "macOS Sierra Update", "10.12.5", "update.os.10.12.5Patch.16F73"},
-    {{2017, 7, 20}, "macOS Sierra Update", "10.12.6", "update.os.10.12.6Patch.16G29"},
-    {{2017, 8, 3}, "Certificate Trust Correction", "1.0", "CertificateTrust.16U1", critical},
-    {{2017, 9, 27}, "macOS High Sierra", "10.13", "OSInstall"},
-    {{2017, 10, 6},
-     "macOS High Sierra 10.13 Supplemental Update",
-     "10.13",
+    {2016y / 10 / 25, "macOS Sierra Update", "10.12.1", "update.os.10.12.1Patch.16B2555"},
+    {2016y / 12 / 14, "macOS Sierra Update", "10.12.2", "update.os.10.12.2Patch.16C67"},
+    {2017y / 1 / 24, "macOS Sierra Update", "10.12.3", "update.os.10.12.3Patch.16D32"},
+    {2017y / 3 / 28, "macOS Sierra Update", "10.12.4", "update.os.10.12.4Patch.16E195"},
+    {2017y / 5 / 16, "macOS Sierra Update", "10.12.5", "update.os.10.12.5Patch.16F73"},
+    {2017y / 7 / 20, "macOS Sierra Update", "10.12.6", "update.os.10.12.6Patch.16G29"},
+    {2017y / 8 / 3, "Certificate Trust Correction", "1.0", "CertificateTrust.16U1", critical},
+    {2017y / 9 / 27, "macOS High Sierra", "10.13", "OSInstall"},
+    {2017y / 10 / 6, "macOS High Sierra 10.13 Supplemental Update", "10.13",
      "update.os.10.13Supplemental.17A405"},
-    {{2017, 11, 1}, "macOS High Sierra 10.13.1 Update", "10.13.1", "update.os.10.13.1.17B48"},
-    {{2017, 11, 30}, "Security Update 2017-001", "10.13.1", "update.security.10.13.1.17B1002", critical},
-    {{2017, 12, 7}, "macOS 10.13.2 Update", "10.13.2", "update.os.10.13.2.17C88"},
-    {{2018, 1, 9},
-     "macOS High Sierra 10.13.2 Supplemental Update",
-     "10.13.2",
+    {2017y / 11 / 1, "macOS High Sierra 10.13.1 Update", "10.13.1", "update.os.10.13.1.17B48"},
+    {2017y / 11 / 30, "Security Update 2017-001", "10.13.1", "update.security.10.13.1.17B1002", critical},
+    {2017y / 12 / 7, "macOS 10.13.2 Update", "10.13.2", "update.os.10.13.2.17C88"},
+    {2018y / 1 / 9, "macOS High Sierra 10.13.2 Supplemental Update", "10.13.2",
      "update.os.10.13.2Supplemental.17C205"},
-    {{2018, 1, 24}, "macOS High Sierra 10.13.3 Update", "10.13.3", "update.os.10.13.3.17D47"},
-    {{2018, 3, 30}, "macOS High Sierra 10.13.4 Update", "10.13.4", "update.os.10.13.4.17E199"},
-    {{2018, 4, 26}, "Security Update 2018-001", "10.13.4", "update.security.10.13.4.17E202"},
-    {{2018, 6, 2}, "macOS High Sierra 10.13.5 Update", "10.13.5", "update.os.10.13.5.17F77"},
-    {{2018, 7, 10}, "macOS High Sierra 10.13.6 Update", "10.13.6", "update.os.10.13.6.17G65"},
-    {{2018, 8, 14}, "Keyboard Firmware Correction", "1.2", "KeyboardFirmware.17U2", critical},
+    {2018y / 1 / 24, "macOS High Sierra 10.13.3 Update", "10.13.3", "update.os.10.13.3.17D47"},
+    {2018y / 3 / 30, "macOS High Sierra 10.13.4 Update", "10.13.4", "update.os.10.13.4.17E199"},
+    {2018y / 4 / 26, "Security Update 2018-001", "10.13.4", "update.security.10.13.4.17E202"},
+    {2018y / 6 / 2, "macOS High Sierra 10.13.5 Update", "10.13.5", "update.os.10.13.5.17F77"},
+    {2018y / 7 / 10, "macOS High Sierra 10.13.6 Update", "10.13.6", "update.os.10.13.6.17G65"},
+    {2018y / 8 / 14, "Keyboard Firmware Correction", "1.2", "KeyboardFirmware.17U2", critical},
     {mojave, "macOS Mojave", "10.14", "OSInstall"},
-    {{2018, 10, 31}, "macOS 10.14.1", "10.14.1", "update.os.10.14.1.18B75"},
-    {{2018, 12, 6}, "macOS 10.14.2 Update", "10.14.2", "update.os.10.14.2.18C54"},
-    {{2019, 1, 23}, "macOS 10.14.3 Update", "10.14.3", "update.os.10.14.3.18D42"},
-    {{2019, 2, 8},
-     "macOS Mojave 10.14.3 Supplemental Update",
-     "10.14.3",
+    {2018y / 10 / 31, "macOS 10.14.1", "10.14.1", "update.os.10.14.1.18B75"},
+    {2018y / 12 / 6, "macOS 10.14.2 Update", "10.14.2", "update.os.10.14.2.18C54"},
+    {2019y / 1 / 23, "macOS 10.14.3 Update", "10.14.3", "update.os.10.14.3.18D42"},
+    {2019y / 2 / 8, "macOS Mojave 10.14.3 Supplemental Update", "10.14.3",
      "update.os.10.14.3Supplemental.18D109"},
-    {{2019, 3, 26}, "macOS 10.14.4 Update", "10.14.4", "update.os.10.14.4.18E226"},
-    {{2019, 5, 14}, "macOS 10.14.5 Update", "10.14.5", "update.os.10.14.5.18F132"},
-    {{2019, 7, 23}, "macOS 10.14.6 Update", "10.14.6", "update.os.10.14.6.18G84"},
-    {{2019, 8, 2},
-     "macOS Mojave 10.14.6 Supplemental Update",
-     "10.14.6",
+    {2019y / 3 / 26, "macOS 10.14.4 Update", "10.14.4", "update.os.10.14.4.18E226"},
+    {2019y / 5 / 14, "macOS 10.14.5 Update", "10.14.5", "update.os.10.14.5.18F132"},
+    {2019y / 7 / 23, "macOS 10.14.6 Update", "10.14.6", "update.os.10.14.6.18G84"},
+    {2019y / 8 / 2, "macOS Mojave 10.14.6 Supplemental Update", "10.14.6",
      "update.os.10.14.6Supplemental.18G87"},
-    {{2019, 8, 20}, "Battery Service Notice", "1.0", "BatteryService.18U4", critical},
-    {{2019, 10, 12}, "macOS Catalina", "10.15", "OSInstall"},
-    {{2019, 10, 16},
-     "macOS Catalina 10.15 Supplemental Update",
-     "10.15",
+    {2019y / 8 / 20, "Battery Service Notice", "1.0", "BatteryService.18U4", critical},
+    {2019y / 10 / 12, "macOS Catalina", "10.15", "OSInstall"},
+    {2019y / 10 / 16, "macOS Catalina 10.15 Supplemental Update", "10.15",
      "update.os.10.15Supplemental.19A602"},
-    {{2019, 10, 30}, "macOS 10.15.1 Update", "10.15.1", "update.os.10.15.1.19B88"},
-    {{2019, 12, 11}, "macOS 10.15.2 Update", "10.15.2", "update.os.10.15.2.19C57"},
-    {{2020, 1, 29}, "macOS 10.15.3 Update", "10.15.3", "update.os.10.15.3.19D76"},
-    {{2020, 3, 25}, "macOS 10.15.4 Update", "10.15.4", "update.os.10.15.4.19E266"},
-    {{2020, 4, 9}, "macOS 10.15.4 Supplemental Update", "10.15.4", "update.os.10.15.4Supplemental.19E287"},
-    {{2020, 5, 27}, "macOS 10.15.5 Update", "10.15.5", "update.os.10.15.5.19F96"},
-    {{2020, 6, 2},
-     "macOS Catalina 10.15.5 Supplemental Update",
-     "10.15.5",
+    {2019y / 10 / 30, "macOS 10.15.1 Update", "10.15.1", "update.os.10.15.1.19B88"},
+    {2019y / 12 / 11, "macOS 10.15.2 Update", "10.15.2", "update.os.10.15.2.19C57"},
+    {2020y / 1 / 29, "macOS 10.15.3 Update", "10.15.3", "update.os.10.15.3.19D76"},
+    {2020y / 3 / 25, "macOS 10.15.4 Update", "10.15.4", "update.os.10.15.4.19E266"},
+    {2020y / 4 / 9, "macOS 10.15.4 Supplemental Update", "10.15.4", "update.os.10.15.4Supplemental.19E287"},
+    {2020y / 5 / 27, "macOS 10.15.5 Update", "10.15.5", "update.os.10.15.5.19F96"},
+    {2020y / 6 / 2, "macOS Catalina 10.15.5 Supplemental Update", "10.15.5",
      "update.os.10.15.5Supplemental.19F101"},
-    {{2020, 7, 16}, "macOS 10.15.6 Update", "10.15.6", "update.os.10.15.6.19G73"},
-    {{2020, 8, 13},
-     "macOS Catalina 10.15.6 Supplemental Update",
-     "10.15.6",
+    {2020y / 7 / 16, "macOS 10.15.6 Update", "10.15.6", "update.os.10.15.6.19G73"},
+    {2020y / 8 / 13, "macOS Catalina 10.15.6 Supplemental Update", "10.15.6",
      "update.os.10.15.6Supplemental.19G2021"},
-    {{2020, 9, 25}, "macOS 10.15.7 Update", "10.15.7", "update.os.10.15.7.19H2"},
-    {{2020, 11, 6},
-     "macOS Catalina 10.15.7 Supplemental Update",
-     "10.15.7",
+    {2020y / 9 / 25, "macOS 10.15.7 Update", "10.15.7", "update.os.10.15.7.19H2"},
+    {2020y / 11 / 6, "macOS Catalina 10.15.7 Supplemental Update", "10.15.7",
      "update.os.10.15.7Supplemental.19H15"},
-    {{2020, 12, 15}, "Security Update 2020-001", "10.15.7", "update.security.10.15.7.19H114"},
-    {{2021, 1, 12}, "Disk Firmware Correction", "2.0.1", "DiskFirmware.19U7", critical},
-    {{2021, 2, 2}, "Security Update 2021-001", "10.15.7", "update.security.10.15.7.19H512"},
+    {2020y / 12 / 15, "Security Update 2020-001", "10.15.7", "update.security.10.15.7.19H114"},
+    {2021y / 1 / 12, "Disk Firmware Correction", "2.0.1", "DiskFirmware.19U7", critical},
+    {2021y / 2 / 2, "Security Update 2021-001", "10.15.7", "update.security.10.15.7.19H512"},
 });
 
 /// What was installed again and again while it was around, its version counting up.
@@ -131,8 +105,8 @@ struct Series {
   std::string_view identifier;
   std::string_view processName;
   unsigned weight;  // how often it comes beside the others
-  Day from = delivery;
-  Day until = copy;
+  Day from = delivered;
+  Day until = copied;
 };
 
 constexpr std::string_view updater = "softwareupdated";
@@ -141,7 +115,7 @@ constexpr std::string_view store = "storedownloadd";
 
 constexpr auto series = std::to_array<Series>({
     {"XProtectPlistConfigData", "", 2078, data, "com.apple.pkg.XProtectPlistConfigData", updater, 9},
-    {"MRT Configuration Data", "1.", 4, data, "com.apple.pkg.MRTConfigData", updater, 7, delivery, mojave},
+    {"MRT Configuration Data", "1.", 4, data, "com.apple.pkg.MRTConfigData", updater, 7, delivered, mojave},
     {"MRTConfigData", "1.", 35, data, "com.apple.pkg.MRTConfigData", updater, 7, mojave},
     {"Gatekeeper Configuration Data", "", 94, data, "com.apple.pkg.GatekeeperConfigData", updater, 9},
     {"Incompatible Kernel Extension Configuration Data", "12.", 1, data,
@@ -175,10 +149,10 @@ struct Entry {
   std::string_view processName;
 };
 
-std::vector<Entry> milestoneEntries(std::size_t atMost, Random& random) {
-  std::vector<Entry> entries;
+/// Adds milestones, the oldest first, until there are none left or `count` entries.
+void addMilestones(std::vector<Entry>& entries, std::size_t count, Random& random) {
   for (const Milestone& milestone : milestones) {
-    if (entries.size() == atMost) break;
+    if (entries.size() == count) return;
     // The machine is up in the daytime; an install is done to the second.
     constexpr std::size_t hour = 3600;
     const auto second = static_cast<double>(7 * hour + random.below(15 * hour));
@@ -190,7 +164,6 @@ std::vector<Entry> milestoneEntries(std::size_t atMost, Random& random) {
                        .identifier = "com.apple.pkg." + std::string(milestone.package),
                        .processName = isWholeSystem ? "macOS Installer" : updater});
   }
-  return entries;
 }
 
 /// Picks one of the series that were around then, by weight.
@@ -208,17 +181,17 @@ std::size_t pickSeries(double seconds, Random& random) {
   return picked;
 }
 
-std::vector<Entry> seriesEntries(std::size_t count, Random& random) {
-  std::vector<Entry> entries;
+/// Adds `count` entries.
+void addSeries(std::vector<Entry>& entries, std::size_t count, Random& random) {
   std::array<unsigned, series.size()> installed{};
-  const double begin = secondsAt(delivery) + 86400;
-  const double step = (secondsAt(copy) - begin) / static_cast<double>(std::max<std::size_t>(count, 1));
+  const double begin = secondsAt(delivered) + 86400;
+  const double step = (secondsAt(copied) - begin) / static_cast<double>(std::max<std::size_t>(count, 1));
   double together = begin;
   std::vector<std::size_t> burst;
   for (std::size_t i = 0; i < count; ++i) {
     // What is found in one look for updates is installed in the same second, each thing once.
     std::size_t picked = pickSeries(together, random);
-    if (i == 0 || random.below(3) == 0 || std::find(burst.begin(), burst.end(), picked) != burst.end()) {
+    if (i == 0 || random.below(3) == 0 || std::ranges::find(burst, picked) != burst.end()) {
       together = begin + step * (static_cast<double>(i) + random.fraction());
       burst.clear();
       picked = pickSeries(together, random);
@@ -233,7 +206,6 @@ std::vector<Entry> seriesEntries(std::size_t count, Random& random) {
                        .identifier = std::string(one.identifier) + ".16U" + std::to_string(4000 + version),
                        .processName = one.processName});
   }
-  return entries;
 }
 
 PropertyList dictionaryFor(const Entry& entry) {
@@ -251,11 +223,10 @@ PropertyList dictionaryFor(const Entry& entry) {
 
 PropertyList installHistory(std::size_t entries) {
   Random random(20151114);
-  std::vector<Entry> all = milestoneEntries(std::min(entries, milestones.size()), random);
-  const std::vector<Entry> others = seriesEntries(entries - all.size(), random);
-  all.insert(all.end(), others.begin(), others.end());
-  std::stable_sort(all.begin(), all.end(),
-                   [](const Entry& a, const Entry& b) { return a.seconds < b.seconds; });
+  std::vector<Entry> all;
+  addMilestones(all, entries, random);
+  addSeries(all, entries - all.size(), random);
+  std::ranges::stable_sort(all, {}, &Entry::seconds);
 
   Array array;
   array.reserve(all.size());

@@ -3,32 +3,6 @@
 #include <cstdint>
 
 namespace pelmarix::sample {
-namespace {
-
-void addTranslations(PackageContents& contents, const std::string& resources,
-                     const std::vector<std::string>& names) {
-  for (const char* language : {"Base", "da", "de", "en", "es", "fr", "it", "ja", "pt_BR", "zh_CN"}) {
-    const std::string folder = resources + "/" + language + ".lproj";
-    contents.folder(folder);
-    for (const std::string& name : names) contents.file(folder + "/" + name);
-  }
-}
-
-void addFramework(PackageContents& contents, const std::string& above, const std::string& name, int headers) {
-  const std::string path = above + "/" + name + ".framework";
-  contents.folder(path);
-  contents.folder(path + "/Versions");
-  contents.folder(path + "/Versions/A");
-  contents.program(path + "/Versions/A/" + name);
-  contents.folder(path + "/Versions/A/Headers");
-  for (int i = 1; i <= headers; ++i) {
-    contents.file(path + "/Versions/A/Headers/" + name + "Part" + std::to_string(i) + ".h");
-  }
-  contents.link(path + "/Versions/Current", "A");
-}
-
-}  // namespace
-
 void PackageContents::folder(const std::string& path) {
   add({.path = path, .kind = BomKind::folder, .mode = 040755});
 }
@@ -61,10 +35,23 @@ void addApplication(PackageContents& contents, const Application& application) {
   contents.file(bundle + "/Info.plist");
   contents.folder(bundle + "/Resources");
   contents.file(bundle + "/Resources/Read\tMe.txt");
-  addTranslations(contents, bundle + "/Resources", application.translations);
+  for (const char* language : {"Base", "da", "de", "en", "es", "fr", "it", "ja", "pt_BR", "zh_CN"}) {
+    const std::string folder = bundle + "/Resources/" + language + ".lproj";
+    contents.folder(folder);
+    for (const std::string& name : application.translations) contents.file(folder + "/" + name);
+  }
   contents.folder(bundle + "/Frameworks");
-  for (const std::string& framework : application.frameworks) {
-    addFramework(contents, bundle + "/Frameworks", framework, application.headersPerFramework);
+  for (const std::string& name : application.frameworks) {
+    const std::string framework = bundle + "/Frameworks/" + name + ".framework";
+    contents.folder(framework);
+    contents.folder(framework + "/Versions");
+    contents.folder(framework + "/Versions/A");
+    contents.program(framework + "/Versions/A/" + name);
+    contents.folder(framework + "/Versions/A/Headers");
+    for (int i = 1; i <= application.headersPerFramework; ++i) {
+      contents.file(framework + "/Versions/A/Headers/" + name + "Part" + std::to_string(i) + ".h");
+    }
+    contents.link(framework + "/Versions/Current", "A");
   }
 }
 

@@ -76,7 +76,7 @@ void appendBigEndian(std::string& bytes, std::uint64_t number, unsigned width) {
 
 /// The fewest bytes that hold the number: 1 to 8.
 unsigned widthFor(std::uint64_t number) {
-  return number == 0 ? 1 : (static_cast<unsigned>(std::bit_width(number)) + 7) / 8;
+  return (static_cast<unsigned>(std::bit_width(number | 1)) + 7) / 8;
 }
 
 /// UTF-16, big-endian, of valid UTF-8.

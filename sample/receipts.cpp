@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "sample/lifetime.h"
 #include "sample/property_list.h"
 #include "sample/random.h"
 
@@ -43,11 +44,8 @@ ReceiptBom bomFor(std::size_t placeFromNewest) {
 
 std::vector<Receipt> receipts(std::size_t count) {
   Random random(20210301);
-  const double begin =
-      static_cast<double>(daysFromCivil(2015, 11, 14)) * 86400.0 - secondsFromUnixEpochToReferenceDate;
-  const double end =
-      static_cast<double>(daysFromCivil(2021, 3, 1)) * 86400.0 - secondsFromUnixEpochToReferenceDate;
-
+  const double begin = secondsAt(delivered);
+  const double end = secondsAt(copied);
   std::vector<Receipt> all;
   all.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {

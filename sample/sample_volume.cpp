@@ -39,15 +39,6 @@ PropertyList systemVersion() {
   }};
 }
 
-void writeReceipts(const fs::path& folder, const Sizes& sizes) {
-  fs::create_directories(folder / "Archive");
-  for (const Receipt& receipt : receipts(sizes.receipts)) {
-    writeFile(folder / (receipt.stem + ".plist"), propertyListFile(receipt));
-    const std::string bom = bomFile(receipt, sizes.largeBomPaths);
-    if (!bom.empty()) writeFile(folder / (receipt.stem + ".bom"), bom);
-  }
-}
-
 void writeVolume(const fs::path& folder, const Sizes& sizes) {
   fs::create_directories(folder);
   writeFile(folder / markerName, markerText);
@@ -57,7 +48,14 @@ void writeVolume(const fs::path& folder, const Sizes& sizes) {
   fs::create_directories(folder / "System/Library/CoreServices");
   writeFile(folder / "Library/Receipts/InstallHistory.plist", xmlForm(installHistory(sizes.entries)));
   writeFile(folder / "System/Library/CoreServices/SystemVersion.plist", xmlForm(systemVersion()));
-  writeReceipts(folder / "System/Library/Receipts", sizes);
+
+  const fs::path receiptsFolder = folder / "System/Library/Receipts";
+  fs::create_directories(receiptsFolder / "Archive");
+  for (const Receipt& receipt : receipts(sizes.receipts)) {
+    writeFile(receiptsFolder / (receipt.stem + ".plist"), propertyListFile(receipt));
+    const std::string bom = bomFile(receipt, sizes.largeBomPaths);
+    if (!bom.empty()) writeFile(receiptsFolder / (receipt.stem + ".bom"), bom);
+  }
 }
 
 }  // namespace
