@@ -1,4 +1,4 @@
-// Times of two ways to do the same, taken in turn, so that whatever else the machine does meets both alike.
+// Two ways to do the same are timed in turn, so that whatever else the machine does meets both alike.
 #pragma once
 
 #include <algorithm>
@@ -8,19 +8,26 @@
 
 namespace pelmarix::bench {
 
-/// How long the work takes once, in seconds.
-template <typename Work>
-double secondsFor(const Work& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
+/// The times of one of the two.
+class Times {
+ public:
+  /// Does the work once.
+  template <typename Work>
+  void take(const Work& work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    seconds_.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+  }
 
-/// Must not be empty.
-inline double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
+  /// In seconds. There must have been a time.
+  double median() const {
+    std::vector<double> sorted = seconds_;
+    std::sort(sorted.begin(), sorted.end());
+    return sorted[sorted.size() / 2];
+  }
+
+ private:
+  std::vector<double> seconds_;
+};
 
 }  // namespace pelmarix::bench

@@ -1,7 +1,6 @@
 #include "sample/bom_writer.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <map>
 #include <set>
@@ -253,22 +252,15 @@ std::string writeBillOfMaterials(const std::vector<BomEntry>& entries, const Bom
 }
 
 std::uint32_t posixChecksum(std::string_view bytes) {
-  static const std::array<std::uint32_t, 256> table = [] {
-    std::array<std::uint32_t, 256> values{};
-    for (std::uint32_t i = 0; i < values.size(); ++i) {
-      std::uint32_t value = i << 24;
-      for (int bit = 0; bit < 8; ++bit) value = (value << 1) ^ ((value >> 31) * 0x04C11DB7U);
-      values[i] = value;
-    }
-    return values;
-  }();
   std::uint32_t checksum = 0;
   const auto feed = [&checksum](std::uint32_t byte) {
-    checksum = (checksum << 8) ^ table[(checksum >> 24) ^ byte];
+    checksum ^= byte << 24;
+    for (int bit = 0; bit < 8; ++bit) checksum = (checksum << 1) ^ ((checksum >> 31) * 0x04C11DB7U);
   };
   for (const char byte : bytes) feed(static_cast<unsigned char>(byte));
-  for (std::size_t length = bytes.size(); length > 0; length >>= 8)
+  for (std::size_t length = bytes.size(); length > 0; length >>= 8) {
     feed(static_cast<std::uint32_t>(length & 0xFF));
+  }
   return ~checksum;
 }
 
