@@ -91,7 +91,7 @@ BENCHMARK(firstWindowBesideEmptyOne)->Unit(benchmark::kMillisecond)->Iterations(
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsSet(pelmarix::bench::untilPaintedVariable))
-    return pelmarix::applicationMain(argc, argv);
+    return pelmarix::platform::applicationMain(argc, argv);
   const QCoreApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
