@@ -21,18 +21,17 @@ IDLE = 0.4  # the cursor blinks and buttons spring back later than this, or take
 
 
 class Thread:
-    """The thread that a program's window lives on."""
+    """The thread that a program's window lives on: its first."""
 
     def __init__(self, pid):
         self._schedule = pathlib.Path(f"/proc/{pid}/task/{pid}/schedstat")
-        self._state = pathlib.Path(f"/proc/{pid}/task/{pid}/stat")
 
     def busy(self):
         """Seconds for which it has run."""
         return int(self._schedule.read_text(encoding="ascii").split()[0]) / 1e9
 
     def wait_until_idle(self):
-        """Waits until it has had nothing to do for some time and no child of it is working. Returns busy()."""
+        """Waits until it has had next to nothing to do for some time. Returns busy()."""
         busy, since = self.busy(), time.monotonic()
         while time.monotonic() - since < IDLE:
             time.sleep(0.02)

@@ -59,7 +59,7 @@ std::string recordBlock(const BomEntry& entry, bool isOld) {
 struct Path {
   const BomEntry* entry;
   std::string_view name;
-  std::uint32_t parent;  // an id; 0 for those without a folder above them
+  std::uint32_t parent;  ///< an id; 0 for those without a folder above them
   std::uint32_t id;
 };
 

@@ -28,7 +28,7 @@ struct Milestone {
   Day day;
   std::string_view name;
   std::string_view version;
-  std::string_view package;  // its identifier behind "com.apple.pkg."
+  std::string_view package;  ///< its identifier behind "com.apple.pkg."
   std::string_view contentType = untyped;
 };
 
@@ -104,7 +104,7 @@ struct Series {
   std::string_view contentType;
   std::string_view identifier;
   std::string_view processName;
-  unsigned weight;  // how often it comes beside the others
+  unsigned weight;  ///< how often it comes beside the others
   Day from = delivered;
   Day until = copied;
 };

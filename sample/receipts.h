@@ -13,7 +13,7 @@ enum class ReceiptForm { xml, binary };
 
 /// What lies beside a receipt under its name with the extension "bom".
 enum class ReceiptBom {
-  usual,        ///< some ten paths
+  usual,        ///< some ten to sixty paths
   large,        ///< more than one node of paths: see Sizes::largeBomPaths
   foldersOnly,  ///< no plain file: a listing of files is empty
   broken,       ///< the file is there, and is cut off
