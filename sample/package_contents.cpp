@@ -3,6 +3,7 @@
 #include <cstdint>
 
 namespace pelmarix::sample {
+
 void PackageContents::folder(const std::string& path) {
   add({.path = path, .kind = BomKind::folder, .mode = 040755});
 }
@@ -56,7 +57,7 @@ void addApplication(PackageContents& contents, const Application& application) {
 }
 
 std::vector<BomEntry> manyBomEntries(std::size_t count) {
-  // Numbers that count up, so that any listing can be told from any other.
+  // Sizes and times count up, so that each path differs from its neighbours.
   PackageContents contents([number = 0U](BomEntry& entry) mutable {
     entry.group = entry.kind == BomKind::link ? 0 : 80;
     entry.modificationTime = 1538021007 + number;  // from 2018-09-27 04:03:27 on
