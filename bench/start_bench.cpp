@@ -1,6 +1,6 @@
 // From the start of the process to the first painted window, with 1,000 entries and 500 receipts, beside the
 // same window with nothing in it. The ratio is to be at most 1.3. The display is the one that there is, or in
-// memory where there is none.
+// memory where there is none; Xvfb needs -noreset, for it refuses clients while it resets after its last one.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
