@@ -36,8 +36,8 @@ Result<std::string, std::error_code> RegularFile::readToEnd() try {
   for (;;) {
     const auto count = readSome(file_, contents.data() + total, contents.size() - total);
     if (!count) return count.error();
-    if (*count == 0) break;
     total += *count;
+    if (*count == 0 || total == size_) break;
     if (total > maximumSize) return std::make_error_code(std::errc::file_too_large);
     if (total == contents.size()) contents.resize(2 * total);
   }
