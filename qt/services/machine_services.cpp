@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <chrono>
 #include <memory>
+#include <utility>
 
 #include "posix/posix_task.h"
 #include "qt/services/text_conversion.h"
@@ -30,7 +31,7 @@ MachineServices::MachineServices()
   };
   services_.currentDate = now;
   services_.composedForm = composedForm;
-  services_.dispatchAsyncToMainQueue = mainQueue_.dispatcher();
+  services_.dispatchAsyncToMainQueue = [this](auto block) { mainQueue_.dispatch(std::move(block)); };
 }
 
 }  // namespace pelmarix::qt

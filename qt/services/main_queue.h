@@ -2,45 +2,27 @@
 #pragma once
 
 #include <QObject>
+#include <deque>
 #include <functional>
-#include <memory>
 
 namespace pelmarix::qt {
 
-/// Runs one block after the other, each from the event loop of the thread that made the queue. A block that
-/// shows something modal has an event loop running within it; the next block waits until it has returned all
-/// the same.
+/// Runs one block after the other from the event loop of the thread that made the queue.
 class MainQueue final : private QObject {
  public:
-  MainQueue();
-  /// Blocks that wait are dropped.
-  ~MainQueue() override;
+  /// Can be called from any thread while the queue lives. Blocks that wait when it goes are dropped.
+  void dispatch(std::function<void()> block);
 
-  /// To be called from any thread, also when the queue is gone; then the block is dropped.
-  std::function<void(std::function<void()>)> dispatcher() const;
-
-  /// No block begins while this lives. For what is modal and must not be disturbed. Main thread only.
-  class Pause {
-   public:
-    explicit Pause(MainQueue& queue) : queue_(queue) { ++queue_.pauses_; }
-    ~Pause() { queue_.goOn(); }
-    Pause(const Pause&) = delete;
-    Pause& operator=(const Pause&) = delete;
-
-   private:
-    MainQueue& queue_;
-  };
+  /// Runs something during which no block begins, although it may have an event loop of its own: each block,
+  /// and each alert. Otherwise an update would be offered on top of an alert that tells why a report wasn't
+  /// saved. Main thread only.
+  void runAlone(const std::function<void()>& work);
 
  private:
-  /// What the threads share; it outlives the queue as long as somebody may dispatch.
-  struct Waiting;
+  void runNext();
 
-  void customEvent(QEvent* event) override;
-  void goOn();
-
-  std::shared_ptr<Waiting> waiting_;
-  /// A running block counts as a pause.
-  int pauses_ = 0;
+  std::deque<std::function<void()>> waiting_;
+  int runningAlone_ = 0;
 };
 
 }  // namespace pelmarix::qt

@@ -1,15 +1,10 @@
 #include "qt/services/network_session.h"
 
 #include <QByteArray>
-#include <QCoreApplication>
-#include <QEvent>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QThread>
 #include <QUrl>
-#include <deque>
-#include <mutex>
 #include <string>
 #include <utility>
 
@@ -18,7 +13,8 @@
 namespace pelmarix::qt {
 namespace {
 
-constexpr std::chrono::milliseconds patienceAtTheEnd(250);
+constexpr int maximumRedirects = 5;
+constexpr std::chrono::milliseconds shutDownTimeout(250);
 
 /// The media type without parameters, in the server's own letters.
 std::optional<std::string> mediaType(const QNetworkReply& reply) {
@@ -34,13 +30,17 @@ bool isAnswer(QNetworkReply::NetworkError error, int status) {
 
 }  // namespace
 
-/// One request under way. Lives and dies with its reply.
-class NetworkSession::Transfer final : public QObject {
+/// Lives and dies with its reply.
+class NetworkSession::PendingRequest final : public QObject {
  public:
-  Transfer(QNetworkReply& reply, int& lookUps, platform::URLSessionCompletionHandler completionHandler)
-      : QObject(&reply), reply_(reply), lookUps_(lookUps), completionHandler_(std::move(completionHandler)) {
-    connect(&reply, &QNetworkReply::readyRead, this, &Transfer::read);
-    connect(&reply, &QNetworkReply::finished, this, &Transfer::finish);
+  PendingRequest(QNetworkReply& reply, int& pendingLookUps,
+                 platform::URLSessionCompletionHandler completionHandler)
+      : QObject(&reply),
+        reply_(reply),
+        pendingLookUps_(pendingLookUps),
+        completionHandler_(std::move(completionHandler)) {
+    connect(&reply, &QNetworkReply::readyRead, this, &PendingRequest::read);
+    connect(&reply, &QNetworkReply::finished, this, &PendingRequest::finish);
   }
 
  private:
@@ -58,8 +58,8 @@ class NetworkSession::Transfer final : public QObject {
     const int status = reply_.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     std::shared_ptr<const platform::URLResponse> response;
     if (status != 0) response = std::make_shared<platform::HTTPURLResponse>(status, mediaType(reply_));
-    // Without an answer the time may have run out during the look-up, which goes on then.
-    if (response || reply_.error() != QNetworkReply::OperationCanceledError) --lookUps_;
+    // A time-out without an answer may have come during the look-up, which goes on then.
+    if (response || reply_.error() != QNetworkReply::OperationCanceledError) --pendingLookUps_;
 
     if (isTooLarge_) {
       completionHandler_(std::nullopt, std::move(response), "The answer is too large.");
@@ -72,121 +72,88 @@ class NetworkSession::Transfer final : public QObject {
   }
 
   QNetworkReply& reply_;
-  int& lookUps_;
+  int& pendingLookUps_;
   platform::URLSessionCompletionHandler completionHandler_;
   std::string body_;
   bool isTooLarge_ = false;
 };
 
-/// Starts the requests, on the thread that it lives on.
+/// Starts the requests. Lives on the session's thread.
 class NetworkSession::Worker final : public QObject {
  public:
-  struct Request {
-    platform::URL url;
-    platform::URLSessionCompletionHandler completionHandler;
-  };
-
   explicit Worker(std::chrono::milliseconds timeout) : timeout_(timeout) {}
 
-  /// To be called from any thread.
-  void submit(Request request) {
-    const std::lock_guard lock(mutex_);
-    submitted_.push_back(std::move(request));
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-  }
-
-  /// Drops all requests that have been started. To be called on the worker's thread, as the last thing there.
-  void drop() {
-    const std::lock_guard lock(mutex_);
-    manager_.reset();
-  }
-
-  /// To be called when the thread has ended. Under the lock all that was done there is seen.
-  bool mayLookUp() {
-    const std::lock_guard lock(mutex_);
-    return lookUps_ != 0;
-  }
-
- private:
-  void customEvent(QEvent* /*event*/) override { start(nextRequest()); }
-
-  Request nextRequest() {
-    const std::lock_guard lock(mutex_);
-    Request request = std::move(submitted_.front());
-    submitted_.pop_front();
-    return request;
-  }
-
-  void start(Request request) {
+  void start(const platform::URL& url, platform::URLSessionCompletionHandler completionHandler) {
     if (!manager_) manager_ = std::make_unique<QNetworkAccessManager>();
-    QNetworkRequest get(QUrl::fromEncoded(QByteArray::fromStdString(request.url.absoluteString())));
+    QNetworkRequest get(QUrl::fromEncoded(QByteArray::fromStdString(url.absoluteString())));
     get.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     get.setMaximumRedirectsAllowed(maximumRedirects);
     // HTTP/1.1, which every server speaks: for one small file the newer one has nothing to offer.
     get.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     get.setTransferTimeout(static_cast<int>(timeout_.count()));
-    ++lookUps_;
+    ++pendingLookUps_;
     // Owned by its parent, the reply.
-    new Transfer(*manager_->get(get), lookUps_, std::move(request.completionHandler));
+    new PendingRequest(*manager_->get(get), pendingLookUps_, std::move(completionHandler));
   }
 
+  void dropRequests() { manager_.reset(); }
+
+  /// To be asked when the thread has ended.
+  bool hasPendingLookUps() const { return pendingLookUps_ != 0; }
+
+ private:
   const std::chrono::milliseconds timeout_;
   /// Made on the thread, with the first request: it takes a while.
   std::unique_ptr<QNetworkAccessManager> manager_;
-  /// Requests for which a look-up may be running.
-  int lookUps_ = 0;
-
-  std::mutex mutex_;
-  std::deque<Request> submitted_;
-};
-
-class NetworkSession::Thread final : public QThread {
- public:
-  explicit Thread(Worker& worker) : worker_(worker) {
-    setObjectName(QStringLiteral("network"));
-    worker.moveToThread(this);
-  }
-
- private:
-  void run() override {
-    exec();
-    worker_.drop();
-  }
-
-  Worker& worker_;
+  /// Requests whose name may still be looked up.
+  int pendingLookUps_ = 0;
 };
 
 class NetworkSession::Task final : public platform::URLSessionDataTask {
  public:
-  Task(NetworkSession& session, Worker::Request request) : session_(session), request_(std::move(request)) {}
+  Task(NetworkSession& session, platform::URL url, platform::URLSessionCompletionHandler completionHandler)
+      : session_(session), url_(std::move(url)), completionHandler_(std::move(completionHandler)) {}
 
   void resume() override {
-    if (!request_.completionHandler) return;  // started before
-    session_.thread_->start();
-    session_.worker_->submit({request_.url, std::exchange(request_.completionHandler, nullptr)});
+    if (!completionHandler_) return;  // started before
+    session_.thread_.start();
+    Worker* const worker = session_.worker_.get();
+    QMetaObject::invokeMethod(
+        worker,
+        [worker, url = url_, handler = std::exchange(completionHandler_, nullptr)]() mutable {
+          worker->start(url, std::move(handler));
+        },
+        Qt::QueuedConnection);
   }
 
  private:
   NetworkSession& session_;
-  Worker::Request request_;
+  platform::URL url_;
+  platform::URLSessionCompletionHandler completionHandler_;
 };
 
 NetworkSession::NetworkSession(std::chrono::milliseconds timeout)
-    : worker_(std::make_unique<Worker>(timeout)), thread_(std::make_unique<Thread>(*worker_)) {}
+    : worker_(std::make_unique<Worker>(timeout)) {
+  thread_.setObjectName(QStringLiteral("network"));
+  worker_->moveToThread(&thread_);
+  // Directly: the requests belong to the thread, and so does their end.
+  QObject::connect(&thread_, &QThread::finished, worker_.get(), &Worker::dropRequests, Qt::DirectConnection);
+}
 
 NetworkSession::~NetworkSession() {
-  thread_->quit();
-  thread_->wait();
+  thread_.quit();
+  thread_.wait();
 }
 
 std::unique_ptr<platform::URLSessionDataTask> NetworkSession::dataTaskWithURLCompletionHandler(
     const platform::URL& url, platform::URLSessionCompletionHandler completionHandler) {
-  return std::make_unique<Task>(*this, Worker::Request{url, std::move(completionHandler)});
+  return std::make_unique<Task>(*this, url, std::move(completionHandler));
 }
 
-bool NetworkSession::shutDown() {
-  thread_->quit();
-  return thread_->wait(QDeadlineTimer(patienceAtTheEnd)) && !worker_->mayLookUp();
+NetworkSession::ShutDown NetworkSession::shutDown() {
+  thread_.quit();
+  const bool hasEnded = thread_.wait(QDeadlineTimer(shutDownTimeout));
+  return hasEnded && !worker_->hasPendingLookUps() ? ShutDown::complete : ShutDown::lookUpPending;
 }
 
 }  // namespace pelmarix::qt

@@ -60,7 +60,7 @@ int platform::applicationMain(int argc, char** argv) {
   firstPainting.waitNoLonger();
   delegate.applicationWillTerminate();
   // Nothing is unsaved, so the end needn't wait for a name that is being looked up.
-  if (!session.shutDown()) std::_Exit(status);
+  if (session.shutDown() == qt::NetworkSession::ShutDown::lookUpPending) std::_Exit(status);
   platform::installServices(nullptr);
   return status;
 }

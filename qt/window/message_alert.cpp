@@ -46,8 +46,7 @@ int MessageAlert::runModal() {
     box->setDefaultButton(button);
     box->setEscapeButton(button);
   }
-  const MainQueue::Pause pause(mainQueue_);
-  box->exec();
+  mainQueue_.runAlone([&box] { box->exec(); });
   delete box;
   return answer;
 }

@@ -14,35 +14,33 @@ namespace pelmarix::qt {
 namespace {
 
 void runEvents() {
-  // One block runs for each turn at most.
-  for (int turn = 0; turn < 100; ++turn) QCoreApplication::processEvents();
+  // Each call runs one block at most.
+  for (int call = 0; call < 100; ++call) QCoreApplication::processEvents();
 }
 
 TEST(MainQueue, RunsBlocksInOrderAfterWhatRunsNow) {
-  const MainQueue queue;
+  MainQueue queue;
   std::string order;
-  queue.dispatcher()([&] { order += "b"; });
-  queue.dispatcher()([&] { order += "c"; });
+  queue.dispatch([&] { order += "b"; });
+  queue.dispatch([&] { order += "c"; });
   order += "a";
   runEvents();
   EXPECT_EQ(order, "abc");
 }
 
 TEST(MainQueue, RunsABlockOfAnotherThreadOnTheMainThread) {
-  const MainQueue queue;
+  MainQueue queue;
   std::thread::id ranOn;
-  std::thread([&, dispatch = queue.dispatcher()] {
-    dispatch([&] { ranOn = std::this_thread::get_id(); });
-  }).join();
+  std::thread([&] { queue.dispatch([&] { ranOn = std::this_thread::get_id(); }); }).join();
   runEvents();
   EXPECT_EQ(ranOn, std::this_thread::get_id());
 }
 
 TEST(MainQueue, RunsABlockThatABlockDispatches) {
-  const MainQueue queue;
+  MainQueue queue;
   std::string order;
-  queue.dispatcher()([&] {
-    queue.dispatcher()([&] { order += "b"; });
+  queue.dispatch([&] {
+    queue.dispatch([&] { order += "b"; });
     order += "a";
   });
   runEvents();
@@ -50,77 +48,70 @@ TEST(MainQueue, RunsABlockThatABlockDispatches) {
 }
 
 TEST(MainQueue, LetsABlockFinishItsModalLoopBeforeTheNextBegins) {
-  const MainQueue queue;
+  MainQueue queue;
   std::string order;
-  queue.dispatcher()([&] {
+  queue.dispatch([&] {
     order += "begin ";
     runEvents();  // what an alert's own event loop does
     order += "end ";
   });
-  queue.dispatcher()([&] { order += "next "; });
-  queue.dispatcher()([&] { order += "last"; });
+  queue.dispatch([&] { order += "next "; });
+  queue.dispatch([&] { order += "last"; });
   runEvents();
   EXPECT_EQ(order, "begin end next last");
 }
 
-TEST(MainQueue, BeginsNoBlockDuringAPause) {
+TEST(MainQueue, BeginsNoBlockWhileSomethingRunsAlone) {
   MainQueue queue;
   std::string order;
-  {
-    const MainQueue::Pause outer(queue);
-    {
-      const MainQueue::Pause inner(queue);
-      queue.dispatcher()([&] { order += "a"; });
+  queue.runAlone([&] {
+    queue.runAlone([&] {
+      queue.dispatch([&] { order += "a"; });
       runEvents();
-    }
-    queue.dispatcher()([&] { order += "b"; });
+    });
+    queue.dispatch([&] { order += "b"; });
     runEvents();
     EXPECT_EQ(order, "");
-  }
+  });
   EXPECT_EQ(order, "");
   runEvents();
   EXPECT_EQ(order, "ab");
 }
 
-TEST(MainQueue, DropsBlocksWhenItGoesAndAfterwards) {
+TEST(MainQueue, DropsBlocksWhenItGoes) {
   const auto held = std::make_shared<int>(1);
   bool hasRun = false;
-  std::function<void(std::function<void()>)> dispatch;
   {
-    const MainQueue queue;
-    dispatch = queue.dispatcher();
-    dispatch([held, &hasRun] { hasRun = true; });
+    MainQueue queue;
+    queue.dispatch([held, &hasRun] { hasRun = true; });
+    queue.runAlone([&] {
+      queue.dispatch([held, &hasRun] { hasRun = true; });
+      runEvents();
+    });
   }
-  EXPECT_EQ(held.use_count(), 1);
-  dispatch([held, &hasRun] { hasRun = true; });
   EXPECT_EQ(held.use_count(), 1);
   runEvents();
   EXPECT_FALSE(hasRun);
 }
 
 TEST(MainQueue, ReleasesABlockOnceItHasRun) {
-  const MainQueue queue;
+  MainQueue queue;
   const auto held = std::make_shared<int>(1);
-  queue.dispatcher()([held] {});
+  queue.dispatch([held] {});
   runEvents();
   EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST(MainQueue, TakesBlocksOfManyThreadsWhileItGoes) {
+TEST(MainQueue, RunsTheBlocksOfManyThreads) {
+  MainQueue queue;
   std::atomic<int> ran = 0;
   std::vector<std::thread> threads;
-  {
-    const MainQueue queue;
-    for (int thread = 0; thread < 4; ++thread)
-      threads.emplace_back([&ran, dispatch = queue.dispatcher()] {
-        for (int block = 0; block < 1000; ++block) dispatch([&ran] { ++ran; });
-      });
-    while (ran == 0) QCoreApplication::processEvents();
-  }
+  for (int thread = 0; thread < 4; ++thread)
+    threads.emplace_back([&] {
+      for (int block = 0; block < 1000; ++block) queue.dispatch([&ran] { ++ran; });
+    });
+  while (ran != 4000) QCoreApplication::processEvents();
   for (auto& thread : threads) thread.join();
-  const int before = ran;
-  runEvents();
-  EXPECT_EQ(ran, before);
 }
 
 }  // namespace

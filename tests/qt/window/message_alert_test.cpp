@@ -114,7 +114,7 @@ TEST_F(MessageAlert, HoldsUpTheMainQueueUntilItIsDismissed) {
   alert.addButtonWithTitle("OK");
   bool ran = false;
   run([&](QMessageBox& box) {
-    mainQueue.dispatcher()([&] { ran = true; });
+    mainQueue.dispatch([&] { ran = true; });
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
     EXPECT_FALSE(ran);
