@@ -52,11 +52,9 @@ int platform::applicationMain(int argc, char** argv) {
   platform::installServices(&services);
 
   const qt::CloseRequests closeRequests(interface.window());
-  qt::FirstPainting firstPainting(interface.window());
+  qt::FirstPainting firstPainting(interface.window(), [&] { delegate.applicationDidFinishLaunching(); });
   interface.show();
-  firstPainting.then([&] { delegate.applicationDidFinishLaunching(); });
   const int status = application.isTerminating() ? 0 : QApplication::exec();
-  // A window may be closed before it is painted; a launch it was nevertheless.
   firstPainting.waitNoLonger();
   delegate.applicationWillTerminate();
   // Nothing is unsaved, so the end needn't wait for a name that is being looked up.

@@ -5,29 +5,20 @@
 
 namespace pelmarix::qt {
 
-FirstPainting::FirstPainting(QWidget& window) {
-  timer_.setSingleShot(true);
-  timer_.callOnTimeout([this] { callback_(); });
+FirstPainting::FirstPainting(QWidget& window, std::function<void()> work) : work_(std::move(work)) {
   window.installEventFilter(this);
 }
 
-void FirstPainting::then(std::function<void()> callback, std::chrono::milliseconds patience) {
-  callback_ = std::move(callback);
-  timer_.start(isPainted_ ? std::chrono::milliseconds(0) : patience);
-}
-
 void FirstPainting::waitNoLonger() {
-  if (!timer_.isActive()) return;
-  timer_.stop();
-  callback_();
+  if (const auto work = std::exchange(work_, nullptr)) work();
 }
 
 bool FirstPainting::eventFilter(QObject* window, QEvent* event) {
   if (event->type() == QEvent::Paint) {
     window->removeEventFilter(this);
-    isPainted_ = true;
     // What the window holds is painted before the event loop goes on.
-    if (timer_.isActive()) timer_.start(std::chrono::milliseconds(0));
+    QMetaObject::invokeMethod(
+        this, [this] { waitNoLonger(); }, Qt::QueuedConnection);
   }
   return false;
 }

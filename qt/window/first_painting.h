@@ -1,33 +1,26 @@
-// The moment from which the program can be seen.
+// The moment from which the main window can be seen.
 #pragma once
 
-#include <QObject>
-#include <QTimer>
 #include <QWidget>
-#include <chrono>
 #include <functional>
 
 namespace pelmarix::qt {
 
-/// Notices when a window is painted for the first time, so that work which can wait holds that up by nothing.
-/// Must be made before the window is shown: some displays paint it at once.
+/// Holds work back until a window has been painted for the first time. The update check held the painting up
+/// by 4 ms of 50, and the offer of a server nearby came up before the window.
 class FirstPainting final : private QObject {
  public:
-  /// `window` isn't owned. When it goes, it just isn't painted any more.
-  explicit FirstPainting(QWidget& window);
+  /// Calls `work` once, from the event loop, when all of `window` has been painted. The window isn't owned,
+  /// and isn't shown yet: some displays paint it as soon as it is.
+  FirstPainting(QWidget& window, std::function<void()> work);
 
-  /// Calls back once, from the event loop, when all of the window has been painted. A window on another
-  /// desktop may never be: then that is after `patience`. Nothing is called when this object has gone.
-  void then(std::function<void()> callback, std::chrono::milliseconds patience = std::chrono::seconds(1));
-  /// Calls back now and from here if that is still to come.
+  /// Does the work now if it is still to come: a window may be closed before it is painted.
   void waitNoLonger();
 
  private:
   bool eventFilter(QObject* window, QEvent* event) override;
 
-  std::function<void()> callback_;
-  QTimer timer_;  // runs as long as the call is to come
-  bool isPainted_ = false;
+  std::function<void()> work_;
 };
 
 }  // namespace pelmarix::qt

@@ -5,15 +5,10 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QTest>
-#include <chrono>
 #include <memory>
 
 namespace pelmarix::qt {
 namespace {
-
-using std::chrono::milliseconds;
-
-constexpr std::chrono::hours anHour(1);
 
 /// Knows whether it has been painted.
 class PaintedLabel final : public QLabel {
@@ -34,16 +29,13 @@ struct FirstPaintingTest : testing::Test {
   int calls = 0;
 };
 
-TEST_F(FirstPaintingTest, CallsBackOnceWhenAllOfTheWindowIsPainted) {
+TEST_F(FirstPaintingTest, DoesTheWorkOnceWhenAllOfTheWindowIsPainted) {
   bool wasPainted = false;
-  FirstPainting painting(*window);
+  const FirstPainting painting(*window, [&] {
+    wasPainted = label.isPainted;
+    ++calls;
+  });
   window->show();
-  painting.then(
-      [&] {
-        wasPainted = label.isPainted;
-        ++calls;
-      },
-      anHour);
   EXPECT_EQ(calls, 0);
   ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
   EXPECT_TRUE(wasPainted);
@@ -55,56 +47,31 @@ TEST_F(FirstPaintingTest, CallsBackOnceWhenAllOfTheWindowIsPainted) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(FirstPaintingTest, CallsBackFromTheEventLoopWhenTheWindowIsAlreadyPainted) {
-  FirstPainting painting(*window);
-  window->show();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
-  painting.then([&] { ++calls; }, anHour);
+TEST_F(FirstPaintingTest, DoesTheWorkOfAWindowThatIsNotPaintedWhenItIsToWaitNoLonger) {
+  FirstPainting painting(*window, [&] { ++calls; });
   EXPECT_EQ(calls, 0);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
-}
-
-TEST_F(FirstPaintingTest, CallsBackAfterItsPatienceWhenTheWindowIsNotPainted) {
-  FirstPainting painting(*window);
-  painting.then([&] { ++calls; }, milliseconds(1));
-  EXPECT_EQ(calls, 0);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
-  EXPECT_FALSE(label.isPainted);
+  painting.waitNoLonger();
+  EXPECT_EQ(calls, 1);
 
   window->show();
   ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
   QCoreApplication::processEvents();
+  painting.waitNoLonger();
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(FirstPaintingTest, CallsBackWhenTheWindowHasGone) {
-  FirstPainting painting(*window);
+TEST_F(FirstPaintingTest, DoesTheWorkOfAWindowThatHasGoneWhenItIsToWaitNoLonger) {
+  FirstPainting painting(*window, [&] { ++calls; });
   window->show();
-  painting.then([&] { ++calls; }, milliseconds(1));
   window.reset();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
-}
-
-TEST_F(FirstPaintingTest, CallsBackAtOnceWhenItIsToWaitNoLonger) {
-  FirstPainting painting(*window);
-  painting.waitNoLonger();
-  painting.then([&] { ++calls; }, anHour);
-  EXPECT_EQ(calls, 0);
-  painting.waitNoLonger();
-  EXPECT_EQ(calls, 1);
-
-  window->show();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
-  QCoreApplication::processEvents();
   painting.waitNoLonger();
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(FirstPaintingTest, CallsNothingOnceItHasGone) {
+TEST_F(FirstPaintingTest, DoesNothingOnceItHasGone) {
   {
-    FirstPainting painting(*window);
+    const FirstPainting painting(*window, [&] { ++calls; });
     window->show();
-    painting.then([&] { ++calls; }, milliseconds(0));
   }
   ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
   QCoreApplication::processEvents();
