@@ -4,7 +4,6 @@
 #include <QAction>
 #include <QMenu>
 #include <map>
-#include <memory>
 
 #include "platform/application.h"
 
@@ -33,17 +32,18 @@ class MenuAdapter final : public platform::Menu {
 
 class ApplicationAdapter final : public platform::Application {
  public:
+  /// `helpMenu` isn't owned and outlives the application.
+  explicit ApplicationAdapter(QMenu& helpMenu) : helpMenu_(helpMenu) {}
+
   /// Ends every event loop once the running action has returned, those of modal alerts included.
   void terminate(platform::Object* sender) override;
-  platform::Menu* helpMenu() override { return helpMenu_.get(); }
+  platform::Menu* helpMenu() override { return &helpMenu_; }
 
-  /// `menu` isn't owned and outlives the application.
-  void setHelpMenu(QMenu& menu) { helpMenu_ = std::make_unique<MenuAdapter>(menu); }
   /// True from the first call of terminate on: nothing is to be shown or started any more.
   bool isTerminating() const { return isTerminating_; }
 
  private:
-  std::unique_ptr<MenuAdapter> helpMenu_;
+  MenuAdapter helpMenu_;
   bool isTerminating_ = false;
 };
 

@@ -37,9 +37,8 @@ int platform::applicationMain(int argc, char** argv) {
   AppDelegate delegate;  // outlives whatever may still call it
   qt::MachineServices machine;
   qt::NetworkSession session;
-  qt::ApplicationAdapter application;
   qt::MainInterface interface(delegate);
-  application.setHelpMenu(interface.helpMenu());
+  qt::ApplicationAdapter application(interface.helpMenu());
 
   platform::Services& services = machine.services();
   services.application = &application;

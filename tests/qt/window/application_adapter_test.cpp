@@ -32,16 +32,9 @@ TEST(MenuAdapter, FindsAnItemByItsWholeTitle) {
   EXPECT_FALSE(item->isChecked());
 }
 
-TEST(ApplicationAdapter, HasNoHelpMenuUntilItIsGivenOne) {
-  qt::ApplicationAdapter application;
-  EXPECT_EQ(application.helpMenu(), nullptr);
-  QMenu menu;
-  application.setHelpMenu(menu);
-  EXPECT_NE(application.helpMenu(), nullptr);
-}
-
 TEST(ApplicationAdapter, EndsAllEventLoopsOnceTheActionHasReturned) {
-  qt::ApplicationAdapter application;
+  QMenu helpMenu;
+  qt::ApplicationAdapter application(helpMenu);
   EXPECT_FALSE(application.isTerminating());
   bool actionReturned = false;
   QTimer::singleShot(0, [&] {
