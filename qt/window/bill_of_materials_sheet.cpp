@@ -23,7 +23,6 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
 
   ui_->findBar->setTarget(ui_->listing, ui_->listing);
-  connect(ui_->find, &QPushButton::clicked, ui_->findBar, &FindBar::open);
   const auto onKeys = [this](const char* keys, auto operation) {
     connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, ui_->findBar,
             operation);

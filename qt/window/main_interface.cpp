@@ -1,10 +1,11 @@
 #include "qt/window/main_interface.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScopeGuard>
 #include <exception>
+#include <utility>
 
 #include "platform/bundle.h"
 #include "qt/services/text_conversion.h"
@@ -23,15 +24,6 @@ void perform(Action action) {
   }
 }
 
-/// The pointer says that the program is busy while this lives.
-class BusyPointer {
- public:
-  BusyPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~BusyPointer() { QGuiApplication::restoreOverrideCursor(); }
-  BusyPointer(const BusyPointer&) = delete;
-  BusyPointer& operator=(const BusyPointer&) = delete;
-};
-
 /// Empty when the bundle doesn't tell.
 QString version() {
   const platform::InfoDictionary info =
@@ -41,10 +33,17 @@ QString version() {
   return text == nullptr ? QString() : toQString(*text);
 }
 
-void makeHeading(QLabel& label) {
-  QFont font = label.font();
-  font.setBold(true);
-  label.setFont(font);
+void showAbout(QWidget* window) {
+  auto* box = new QMessageBox(window);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setWindowTitle(QObject::tr("About Pelmarix"));
+  box->setTextFormat(Qt::PlainText);
+  box->setText(QStringLiteral("Pelmarix ") + version());
+  box->setInformativeText(
+      QObject::tr("Tells what has been installed on a Mac.\n\n"
+                  "Copyright © 2026 The Pelmarix authors\n"
+                  "Free software under the MIT License"));
+  box->open();
 }
 
 }  // namespace
@@ -52,17 +51,10 @@ void makeHeading(QLabel& label) {
 MainInterface::MainInterface(AppDelegate& delegate)
     : ui_(std::make_unique<Ui::MainWindow>()), windowAdapter_(window_) {
   ui_->setupUi(&window_);
-  for (QLabel* heading : {ui_->historyHeading, ui_->receiptsHeading, ui_->reportHeading})
-    makeHeading(*heading);
-  // Both lists and the report grow with the window, in the proportions that they have.
-  ui_->listSplitter->setStretchFactor(0, 3);
-  ui_->listSplitter->setStretchFactor(1, 2);
-  ui_->mainSplitter->setStretchFactor(0, 3);
-  ui_->mainSplitter->setStretchFactor(1, 2);
   connectOutlets();
-  connectActions();
+  connectControls();
   connectMenus(delegate);
-  connectFinding();
+  connectParts();
 }
 
 MainInterface::~MainInterface() = default;
@@ -109,114 +101,88 @@ void MainInterface::connectOutlets() {
   table_->setDelegate(&controller_);
 }
 
-void MainInterface::connectActions() {
+void MainInterface::onClicked(QAbstractButton* button, std::function<void()> action) {
+  QObject::connect(button, &QAbstractButton::clicked, &connections_,
+                   [action = std::move(action)] { perform(action); });
+}
+
+void MainInterface::onTriggered(QAction* item, std::function<void()> action) {
+  QObject::connect(item, &QAction::triggered, &connections_,
+                   [action = std::move(action)] { perform(action); });
+}
+
+void MainInterface::connectControls() {
   outline_->setDoubleAction([this] { perform([this] { controller_.doubleClickedItem(outline_.get()); }); });
-  QObject::connect(ui_->receiptsTable, &TableWidget::rowOpened, &connections_,
-                   [this] { showBillOfMaterials(); });
-  QObject::connect(ui_->showBillOfMaterials, &QPushButton::clicked, &connections_,
-                   [this] { showBillOfMaterials(); });
   skip_->setAction(&connections_, [this] { perform([this] { controller_.skipNonCheckbox(skip_.get()); }); });
   newestLast_->setAction(&connections_,
                          [this] { perform([this] { controller_.newestNonCheckbox(newestLast_.get()); }); });
-  QObject::connect(ui_->save, &QPushButton::clicked, &connections_,
-                   [this] { perform([this] { controller_.saveButton(nullptr); }); });
-  QObject::connect(ui_->biggerText, &QPushButton::clicked, &connections_, [this] { changeFontSize(1); });
-  QObject::connect(ui_->smallerText, &QPushButton::clicked, &connections_, [this] { changeFontSize(-1); });
+  QObject::connect(ui_->receiptsTable, &TableWidget::rowOpened, ui_->showBillOfMaterials,
+                   &QPushButton::click);
+  onClicked(ui_->showBillOfMaterials, [this] { showBillOfMaterials(); });
+  onClicked(ui_->save, [this] { controller_.saveButton(nullptr); });
+  onClicked(ui_->biggerText, [this] { changeFontSize(1); });
+  onClicked(ui_->smallerText, [this] { changeFontSize(-1); });
   QObject::connect(ui_->report, &PlainTextWidget::zoomRequested, &connections_,
-                   [this](int steps) { changeFontSize(steps); });
+                   [this](int steps) { perform([this, steps] { changeFontSize(steps); }); });
 }
 
 void MainInterface::changeFontSize(int steps) {
-  perform([this, steps] {
-    for (int step = 0; step < steps; ++step) controller_.incFontSize(nullptr);
-    for (int step = 0; step > steps; --step) controller_.decFontSize(nullptr);
-  });
+  for (int step = 0; step < steps; ++step) controller_.incFontSize(nullptr);
+  for (int step = 0; step > steps; --step) controller_.decFontSize(nullptr);
 }
 
 void MainInterface::showBillOfMaterials() {
   if (sheet_ != nullptr) return;
-  perform([this] {
-    auto sheet = std::make_unique<BillOfMaterialsSheet>(&window_);
-    {
-      const BusyPointer busy;
-      platform::Segue segue(sheet->controller());
-      controller_.prepareForSegue(segue, nullptr);
-      sheet->present();
-    }
-    sheet_ = sheet.release();  // deletes itself when it is closed
-  });
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  const auto restoreCursor = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+  auto sheet = std::make_unique<BillOfMaterialsSheet>(&window_);
+  platform::Segue segue(sheet->controller());
+  controller_.prepareForSegue(segue, nullptr);
+  sheet->present();
+  sheet_ = sheet.release();  // deletes itself when it is closed
 }
 
 void MainInterface::connectMenus(AppDelegate& delegate) {
-  const auto onTriggered = [this](QAction* action, auto handler) {
-    QObject::connect(action, &QAction::triggered, &connections_, handler);
-  };
-  onTriggered(ui_->actionSave, [this] { ui_->save->click(); });
-  onTriggered(ui_->actionClose, [this] { window_.close(); });
-  onTriggered(ui_->actionQuit, [this] { window_.close(); });
-  onTriggered(ui_->actionShowBillOfMaterials, [this] { showBillOfMaterials(); });
-  onTriggered(ui_->actionExpandAll, [this] { ui_->outline->expandAll(); });
-  onTriggered(ui_->actionCollapseAll, [this] { ui_->outline->collapseAll(); });
-  onTriggered(ui_->actionBiggerText, [this] { changeFontSize(1); });
-  onTriggered(ui_->actionSmallerText, [this] { changeFontSize(-1); });
   ui_->actionBiggerText->setShortcuts(
       {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
+  onTriggered(ui_->actionSupport, [&delegate] { delegate.openSupport(nullptr); });
+  onTriggered(ui_->actionSystemUpdates, [&delegate] { delegate.openUpdates(nullptr); });
+  onTriggered(ui_->actionAbout, [this] { showAbout(&window_); });
+}
 
-  // A checked item and its check box are one switch: choosing the item clicks the box.
-  const auto mirror = [&](QAction* action, QCheckBox* box) {
-    action->setChecked(box->isChecked());
-    QObject::connect(box, &QCheckBox::stateChanged, action,
-                     [action](int state) { action->setChecked(state == Qt::Checked); });
-    onTriggered(action, [box] { box->click(); });
+void MainInterface::connectParts() {
+  struct Part {
+    QWidget* widget;
+    Searchable* searchable;
+    std::function<void()> copy;
+    std::function<void()> selectAll;
   };
-  mirror(ui_->actionSkipConfigurationData, ui_->skipConfigurationData);
-  mirror(ui_->actionNewestLast, ui_->newestLast);
-
-  onTriggered(ui_->actionSupport, [&delegate] { perform([&] { delegate.openSupport(nullptr); }); });
-  onTriggered(ui_->actionSystemUpdates, [&delegate] { perform([&] { delegate.openUpdates(nullptr); }); });
-  onTriggered(ui_->actionAbout, [this] { showAbout(); });
-}
-
-void MainInterface::showAbout() {
-  auto* box = new QMessageBox(&window_);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setWindowTitle(QObject::tr("About Pelmarix"));
-  box->setTextFormat(Qt::PlainText);
-  box->setText(QStringLiteral("Pelmarix ") + version());
-  box->setInformativeText(
-      QObject::tr("Tells what has been installed on a Mac.\n\n"
-                  "Copyright © 2026 The Pelmarix authors\n"
-                  "Free software under the MIT License"));
-  box->open();
-}
-
-void MainInterface::connectFinding() {
+  const std::vector<Part> parts = {
+      {ui_->outline, ui_->outline, [this] { ui_->outline->copyRows(); },
+       [this] { ui_->outline->selectAll(); }},
+      {ui_->receiptsTable, ui_->receiptsTable, [this] { ui_->receiptsTable->copyRows(); },
+       [this] { ui_->receiptsTable->selectAll(); }},
+      {ui_->report, ui_->report, [this] { ui_->report->copy(); }, [this] { ui_->report->selectAll(); }},
+  };
   ui_->findBar->setTarget(ui_->outline, ui_->outline);
-  // What had the focus last is what is searched, and what is copied from.
-  QObject::connect(qApp, &QApplication::focusChanged, &connections_, [this](QWidget*, QWidget* now) {
-    if (now == ui_->outline) ui_->findBar->setTarget(ui_->outline, ui_->outline);
-    if (now == ui_->receiptsTable) ui_->findBar->setTarget(ui_->receiptsTable, ui_->receiptsTable);
-    if (now == ui_->report) ui_->findBar->setTarget(ui_->report, ui_->report);
+  for (const Part& part : parts) {
+    // What had the focus last is what is searched.
+    QObject::connect(qApp, &QApplication::focusChanged, &connections_, [this, part](QWidget*, QWidget* now) {
+      if (now == part.widget) ui_->findBar->setTarget(part.widget, part.searchable);
+    });
+    onTriggered(ui_->actionCopy, [part] {
+      if (part.widget->hasFocus()) part.copy();
+    });
+    onTriggered(ui_->actionSelectAll, [part] {
+      if (part.widget->hasFocus()) part.selectAll();
+    });
+  }
+  // The line for what is to be found.
+  onTriggered(ui_->actionCopy, [] {
+    if (auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget())) line->copy();
   });
-  const auto onTriggered = [this](QAction* action, auto handler) {
-    QObject::connect(action, &QAction::triggered, &connections_, handler);
-  };
-  onTriggered(ui_->actionFind, [this] { ui_->findBar->open(); });
-  onTriggered(ui_->actionFindNext, [this] { ui_->findBar->findNext(); });
-  onTriggered(ui_->actionFindPrevious, [this] { ui_->findBar->findPrevious(); });
-  onTriggered(ui_->actionCopy, [this] {
-    QWidget* focus = QApplication::focusWidget();
-    if (focus == ui_->outline) ui_->outline->copyRows();
-    if (focus == ui_->receiptsTable) ui_->receiptsTable->copyRows();
-    if (focus == ui_->report) ui_->report->copy();
-    if (auto* line = qobject_cast<QLineEdit*>(focus)) line->copy();
-  });
-  onTriggered(ui_->actionSelectAll, [this] {
-    QWidget* focus = QApplication::focusWidget();
-    if (focus == ui_->outline) ui_->outline->selectAll();
-    if (focus == ui_->receiptsTable) ui_->receiptsTable->selectAll();
-    if (focus == ui_->report) ui_->report->selectAll();
-    if (auto* line = qobject_cast<QLineEdit*>(focus)) line->selectAll();
+  onTriggered(ui_->actionSelectAll, [] {
+    if (auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget())) line->selectAll();
   });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPointer>
+#include <functional>
 #include <memory>
 
 #include "app/app_delegate.h"
@@ -12,6 +13,8 @@
 #include "qt/window/bill_of_materials_sheet.h"
 #include "qt/window/window_adapter.h"
 #include "ui/view_controller.h"
+
+class QAbstractButton;
 
 namespace Ui {
 class MainWindow;
@@ -33,16 +36,17 @@ class MainInterface final {
 
   WindowWidget& window() { return window_; }
   QMenu& helpMenu();
-  ui::ViewController& controller() { return controller_; }
 
  private:
   void connectOutlets();
-  void connectActions();
+  void connectControls();
   void connectMenus(AppDelegate& delegate);
-  void connectFinding();
+  /// Connects what Find, Copy and Select All work on: the outline, the table and the report.
+  void connectParts();
+  void onClicked(QAbstractButton* button, std::function<void()> action);
+  void onTriggered(QAction* item, std::function<void()> action);
   /// The segue to the sheet.
   void showBillOfMaterials();
-  void showAbout();
   void changeFontSize(int steps);
 
   WindowWidget window_;
