@@ -8,24 +8,13 @@
 #include "qt/services/text_conversion.h"
 
 namespace pelmarix::qt {
-namespace {
-
-/// Qt's dialog keeps its own settings in a file, and this program writes nothing but its user defaults. Below
-/// what is no folder no file can be made, so that none is left however the program ends.
-void discardSettingsOfDialogs() {
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
-}
-
-}  // namespace
 
 class FileSavePanel::Dialog final : public QFileDialog {
  public:
   explicit Dialog(QWidget* parent) : QFileDialog(parent) {
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
-    setModal(false);
-    // The Mac's own panel completes names by itself; the dialogs of other desktops don't, so Qt's is used
-    // there.
+    // The Mac's own panel completes names by itself; the dialogs of other desktops don't.
 #ifndef Q_OS_MACOS
     setOption(DontUseNativeDialog);
 #endif
@@ -44,6 +33,8 @@ class FileSavePanel::Dialog final : public QFileDialog {
  protected:
   void accept() override {
     // Before the dialog asks whether an existing file is to be replaced, so that it asks for the right one.
+    // There is no public way: selectFile leaves the name alone while it is being typed, and the default
+    // suffix is not added to "report 10.14".
     auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     if (name != nullptr && needsType(name->text()))
       name->setText(name->text() + QLatin1Char('.') + types_.value(0));
@@ -61,7 +52,9 @@ class FileSavePanel::Dialog final : public QFileDialog {
 };
 
 FileSavePanel::FileSavePanel(QWidget* parent) {
-  discardSettingsOfDialogs();
+  // Qt's dialog keeps settings of its own, but this program writes nothing but its user defaults. Below
+  // something that is no folder no file can be made.
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
   dialog_ = new Dialog(parent);
 }
 
@@ -84,11 +77,10 @@ void FileSavePanel::beginWithCompletionHandler(std::function<void(int response)>
   // The dialog keeps the panel alive until it ends.
   QObject::connect(
       dialog_, &QDialog::finished, dialog_,
-      [self = shared_from_this(), handler = std::move(handler)](int result) mutable {
-        const std::shared_ptr<FileSavePanel> panel = std::move(self);
-        const auto handlerOnce = std::move(handler);
-        handlerOnce(result == QDialog::Accepted ? platform::modalResponseOK : platform::modalResponseCancel);
-      });
+      [self = shared_from_this(), handler = std::move(handler)](int result) {
+        handler(result == QDialog::Accepted ? platform::modalResponseOK : platform::modalResponseCancel);
+      },
+      Qt::SingleShotConnection);
   dialog_->show();
 }
 

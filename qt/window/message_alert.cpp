@@ -11,13 +11,15 @@
 namespace pelmarix::qt {
 namespace {
 
-/// Texts can come from files and from the network: nothing in them is markup.
+/// Texts can come from files and from the network: nothing in them is markup. The box itself can be told so
+/// for the message only, and its labels can be reached as its children only.
 void showPlainly(QMessageBox& box) {
-  for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
-  if (auto* message = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
-    QFont bold = message->font();
+  for (QLabel* label : box.findChildren<QLabel*>()) {
+    label->setTextFormat(Qt::PlainText);
+    if (label->text() != box.text()) continue;
+    QFont bold = label->font();
     bold.setBold(true);
-    message->setFont(bold);
+    label->setFont(bold);
   }
 }
 
