@@ -46,12 +46,8 @@ class NetworkSession::PendingRequest final : public QObject {
  private:
   void read() {
     const QByteArray bytes = reply_.readAll();
-    if (body_.size() + static_cast<std::size_t>(bytes.size()) > maximumBodySize) {
-      isTooLarge_ = true;
-      reply_.abort();  // finishes the reply
-      return;
-    }
     body_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (body_.size() > maximumBodySize) reply_.abort();  // finishes the reply, with an error
   }
 
   void finish() {
@@ -61,13 +57,10 @@ class NetworkSession::PendingRequest final : public QObject {
     // A time-out without an answer may have come during the look-up, which goes on then.
     if (response || reply_.error() != QNetworkReply::OperationCanceledError) --pendingLookUps_;
 
-    if (isTooLarge_) {
-      completionHandler_(std::nullopt, std::move(response), "The answer is too large.");
-    } else if (!isAnswer(reply_.error(), status)) {
-      completionHandler_(std::nullopt, std::move(response), toUtf8(reply_.errorString()));
-    } else {
+    if (isAnswer(reply_.error(), status))
       completionHandler_(std::move(body_), std::move(response), std::nullopt);
-    }
+    else
+      completionHandler_(std::nullopt, std::move(response), toUtf8(reply_.errorString()));
     reply_.deleteLater();
   }
 
@@ -75,7 +68,6 @@ class NetworkSession::PendingRequest final : public QObject {
   int& pendingLookUps_;
   platform::URLSessionCompletionHandler completionHandler_;
   std::string body_;
-  bool isTooLarge_ = false;
 };
 
 /// Starts the requests. Lives on the session's thread.

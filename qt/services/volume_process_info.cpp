@@ -1,6 +1,7 @@
 #include "qt/services/volume_process_info.h"
 
 #include <QSysInfo>
+#include <algorithm>
 #include <charconv>
 #include <optional>
 
@@ -14,9 +15,9 @@ constexpr const char* systemVersionFile = "/System/Library/CoreServices/SystemVe
 
 int number(std::string_view digits) {
   int result = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), result);
-  const bool isWhole = error == std::errc() && end == digits.data() + digits.size();
-  return isWhole && result >= 0 ? result : 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, result);
+  return error == std::errc() && stop == end && result >= 0 ? result : 0;
 }
 
 /// The text under a key; empty when it is missing or no text.
@@ -30,27 +31,25 @@ std::string text(plist::Value dictionary, std::string_view key) {
 platform::OperatingSystemVersion versionNumbers(std::string_view version) {
   platform::OperatingSystemVersion numbers;
   for (int* part : {&numbers.majorVersion, &numbers.minorVersion, &numbers.patchVersion}) {
-    const std::size_t length = version.substr(0, version.find('.')).size();
-    *part = number(version.substr(0, length));
-    version.remove_prefix(length == version.size() ? length : length + 1);
+    const std::string_view digits = version.substr(0, version.find('.'));
+    *part = number(digits);
+    version.remove_prefix(std::min(digits.size() + 1, version.size()));
   }
   return numbers;
 }
 
-VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files) {
-  if (const auto contents = files.readFile(systemVersionFile)) {
-    if (const auto decoded = plist::Document::decode(*contents)) {
-      const std::string version = text(decoded->root(), "ProductVersion");
-      const std::string build = text(decoded->root(), "ProductBuildVersion");
-      if (!version.empty()) {
-        versionString_ = "Version " + version + (build.empty() ? "" : " (Build " + build + ")");
-        version_ = versionNumbers(version);
-        return;
-      }
-    }
-  }
-  versionString_ = toUtf8(QSysInfo::prettyProductName());
-  version_ = versionNumbers(toUtf8(QSysInfo::productVersion()));
+VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files)
+    : versionString_(toUtf8(QSysInfo::prettyProductName())),
+      version_(versionNumbers(toUtf8(QSysInfo::productVersion()))) {
+  const auto contents = files.readFile(systemVersionFile);
+  if (!contents) return;
+  const auto decoded = plist::Document::decode(*contents);
+  if (!decoded) return;
+  const std::string version = text(decoded->root(), "ProductVersion");
+  if (version.empty()) return;
+  const std::string build = text(decoded->root(), "ProductBuildVersion");
+  versionString_ = "Version " + version + (build.empty() ? "" : " (Build " + build + ")");
+  version_ = versionNumbers(version);
 }
 
 }  // namespace pelmarix::qt

@@ -116,8 +116,6 @@ void MainInterface::connectControls() {
   skip_->setAction(&connections_, [this] { perform([this] { controller_.skipNonCheckbox(skip_.get()); }); });
   newestLast_->setAction(&connections_,
                          [this] { perform([this] { controller_.newestNonCheckbox(newestLast_.get()); }); });
-  QObject::connect(ui_->receiptsTable, &TableWidget::rowOpened, ui_->showBillOfMaterials,
-                   &QPushButton::click);
   onClicked(ui_->showBillOfMaterials, [this] { showBillOfMaterials(); });
   onClicked(ui_->save, [this] { controller_.saveButton(nullptr); });
   onClicked(ui_->biggerText, [this] { changeFontSize(1); });
@@ -177,7 +175,7 @@ void MainInterface::connectParts() {
       if (part.widget->hasFocus()) part.selectAll();
     });
   }
-  // The line for what is to be found.
+  // The find bar's line.
   onTriggered(ui_->actionCopy, [] {
     if (auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget())) line->copy();
   });
