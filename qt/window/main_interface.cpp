@@ -48,8 +48,7 @@ void showAbout(QWidget* window) {
 
 }  // namespace
 
-MainInterface::MainInterface(AppDelegate& delegate)
-    : ui_(std::make_unique<Ui::MainWindow>()), windowAdapter_(window_) {
+MainInterface::MainInterface(AppDelegate& delegate) : ui_(std::make_unique<Ui::MainWindow>()) {
   ui_->setupUi(&window_);
   connectOutlets();
   connectControls();
@@ -93,7 +92,7 @@ void MainInterface::connectOutlets() {
   controller_.outputFoldClipView = &reportClip_;
   controller_.bsvTopView = &historyPane_;
   controller_.bomTopView = &receiptsPane_;
-  controller_.setWindow(&windowAdapter_);
+  controller_.setWindow(&window_);
 
   outline_->setDataSource(&controller_);
   outline_->setDelegate(&controller_);

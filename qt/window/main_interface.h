@@ -11,7 +11,7 @@
 #include "qt/widgets/table_adapter.h"
 #include "qt/window/application_adapter.h"
 #include "qt/window/bill_of_materials_sheet.h"
-#include "qt/window/window_adapter.h"
+#include "qt/window/main_window.h"
 #include "ui/view_controller.h"
 
 class QAbstractButton;
@@ -34,7 +34,7 @@ class MainInterface final {
   /// Lets the controller load and then appear, on a window that is seen from in between.
   void show();
 
-  WindowWidget& window() { return window_; }
+  MainWindow& window() { return window_; }
   QMenu& helpMenu();
 
  private:
@@ -49,10 +49,9 @@ class MainInterface final {
   void showBillOfMaterials();
   void changeFontSize(int steps);
 
-  WindowWidget window_;
+  MainWindow window_;
   std::unique_ptr<Ui::MainWindow> ui_;
   ui::ViewController controller_;
-  WindowAdapter windowAdapter_;
   std::unique_ptr<OutlineAdapter> outline_;
   std::unique_ptr<TableAdapter> table_;
   std::unique_ptr<TextAdapter> report_;

@@ -94,7 +94,7 @@ class MainInterface : public testing::Test {
     QApplication::processEvents();
   }
 
-  qt::WindowWidget& window() { return interface->window(); }
+  qt::MainWindow& window() { return interface->window(); }
   template <typename Widget>
   Widget& find(const char* name) {
     auto* widget = window().findChild<Widget*>(QLatin1String(name));

@@ -204,8 +204,7 @@ TEST_F(MainInterface, SavesTheTextItselfNotItsPicture) {
 TEST_F(MainInterface, AsksTheControllerWhenTheWindowCloses) {
   show();
   EXPECT_TRUE(window().close());
-  EXPECT_THAT(application.terminatedBy,
-              ElementsAre(testing::WhenDynamicCastTo<qt::WindowAdapter*>(testing::NotNull())));
+  EXPECT_THAT(application.terminatedBy, ElementsAre(&window()));
 }
 
 TEST_F(MainInterface, EndsByItsMenuToo) {

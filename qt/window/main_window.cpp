@@ -1,4 +1,4 @@
-#include "qt/window/window_adapter.h"
+#include "qt/window/main_window.h"
 
 #include <QCloseEvent>
 #include <QScreen>
@@ -20,20 +20,20 @@ platform::Rect initialContentRect(const QWidget& widget) {
 
 }  // namespace
 
-void WindowWidget::closeEvent(QCloseEvent* event) { event->setAccepted(!shouldClose_ || shouldClose_()); }
-
-WindowAdapter::WindowAdapter(WindowWidget& widget)
-    : PXWindow(initialContentRect(widget), platform::WindowStyleMask::all, platform::BackingStore::buffered,
-               true),
-      widget_(widget) {
-  widget_.resize(static_cast<int>(contentRect().width), static_cast<int>(contentRect().height));
-  widget_.setShouldClose([this] { return delegate_ == nullptr || delegate_->windowShouldClose(*this); });
+MainWindow::MainWindow()
+    : PXWindow(initialContentRect(*this), platform::WindowStyleMask::all, platform::BackingStore::buffered,
+               true) {
+  resize(static_cast<int>(contentRect().width), static_cast<int>(contentRect().height));
 }
 
-void WindowAdapter::setTitle(const std::string& title) {
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->setAccepted(delegate_ == nullptr || delegate_->windowShouldClose(*this));
+}
+
+void MainWindow::setTitle(const std::string& title) {
   // Qt keeps "[*]" for the mark of an unsaved document; twice it stands for itself.
   const QLatin1String mark("[*]");
-  widget_.setWindowTitle(toQString(title).replace(mark, QLatin1String("[*][*]")));
+  setWindowTitle(toQString(title).replace(mark, QLatin1String("[*][*]")));
 }
 
 }  // namespace pelmarix::qt

@@ -1,4 +1,4 @@
-#include "qt/window/window_adapter.h"
+#include "qt/window/main_window.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +8,11 @@
 namespace pelmarix::test {
 namespace {
 
-class WindowAdapter : public testing::Test {
+class MainWindow : public testing::Test {
  protected:
-  WindowAdapter() { widget.show(); }
+  MainWindow() { window.show(); }
 
-  qt::WindowWidget widget;
-  qt::WindowAdapter window{widget};
+  qt::MainWindow window;
 };
 
 /// Answers as a test wants, and notes who asks.
@@ -27,41 +26,41 @@ class PlainDelegate final : public platform::WindowDelegate {
   platform::Window* askedBy = nullptr;
 };
 
-TEST_F(WindowAdapter, ShowsItsTitleAsItIs) {
+TEST_F(MainWindow, ShowsItsTitleAsItIs) {
   window.setTitle("Pelmarix \u2013 currently running macOS Version 10.14.6 [*] &a ");
-  EXPECT_EQ(widget.windowHandle()->title(),
+  EXPECT_EQ(window.windowHandle()->title(),
             QStringLiteral("Pelmarix \u2013 currently running macOS Version 10.14.6 [*] &a "));
 }
 
-TEST_F(WindowAdapter, ClosesWhenItsDelegateLetsIt) {
+TEST_F(MainWindow, ClosesWhenItsDelegateLetsIt) {
   PlainDelegate delegate;
   window.setDelegate(&delegate);
-  EXPECT_TRUE(widget.close());
-  EXPECT_FALSE(widget.isVisible());
+  EXPECT_TRUE(window.close());
+  EXPECT_FALSE(window.isVisible());
   EXPECT_EQ(delegate.askedBy, &window);
 }
 
-TEST_F(WindowAdapter, StaysOpenWhenItsDelegateRefuses) {
+TEST_F(MainWindow, StaysOpenWhenItsDelegateRefuses) {
   PlainDelegate delegate;
   delegate.answer = false;
   window.setDelegate(&delegate);
-  EXPECT_FALSE(widget.close());
-  EXPECT_TRUE(widget.isVisible());
+  EXPECT_FALSE(window.close());
+  EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(WindowAdapter, ClosesWithoutADelegate) {
+TEST_F(MainWindow, ClosesWithoutADelegate) {
   PlainDelegate delegate;
   window.setDelegate(&delegate);
   window.setDelegate(nullptr);
-  EXPECT_TRUE(widget.close());
+  EXPECT_TRUE(window.close());
   EXPECT_EQ(delegate.askedBy, nullptr);
 }
 
-TEST_F(WindowAdapter, FitsTheScreen) {
-  const QSize screen = widget.screen()->availableSize();
-  EXPECT_EQ(widget.width(), static_cast<int>(window.contentRect().width));
-  EXPECT_LE(widget.width(), screen.width());
-  EXPECT_LE(widget.height(), screen.height());
+TEST_F(MainWindow, FitsTheScreen) {
+  const QSize screen = window.screen()->availableSize();
+  EXPECT_EQ(window.width(), static_cast<int>(window.contentRect().width));
+  EXPECT_LE(window.width(), screen.width());
+  EXPECT_LE(window.height(), screen.height());
 }
 
 }  // namespace
