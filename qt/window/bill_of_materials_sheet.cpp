@@ -1,7 +1,6 @@
 #include "qt/window/bill_of_materials_sheet.h"
 
 #include <QFontDatabase>
-#include <QShortcut>
 
 #include "ui_bill_of_materials_sheet.h"
 
@@ -23,15 +22,7 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
 
   ui_->findBar->setTarget(ui_->listing, ui_->listing);
-  const auto onKeys = [this](const char* keys, auto operation) {
-    connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, ui_->findBar,
-            operation);
-  };
-  onKeys("Ctrl+F", &FindBar::open);
-  onKeys("Ctrl+G", &FindBar::findNext);
-  onKeys("Ctrl+Shift+G", &FindBar::findPrevious);
-  connect(ui_->listing, &PlainTextWidget::zoomRequested, ui_->listing,
-          [this](int steps) { ui_->listing->zoomIn(steps); });
+  connect(ui_->listing, &PlainTextWidget::zoomRequested, ui_->listing, &PlainTextWidget::zoomIn);
 }
 
 BillOfMaterialsSheet::~BillOfMaterialsSheet() = default;

@@ -12,7 +12,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 from https_server import Server  # noqa: E402,F401
 
 # For everything that takes a moment on an idle machine and must not fail on a busy one.
-PATIENCE = 60
+TIMEOUT = 60
 
 
 class Program:
@@ -40,7 +40,7 @@ class Program:
 
     def wait_for(self, start):
         """The next line that begins so; returns the rest of it. Other lines in between are passed over."""
-        end = time.monotonic() + PATIENCE
+        end = time.monotonic() + TIMEOUT
         while True:
             self.told_at, line = self.lines.get(timeout=max(0.0, end - time.monotonic()))
             if line.startswith(start):
@@ -69,7 +69,7 @@ class Program:
         """Closes the windows. Returns (seconds until the process had ended, exit status, standard error)."""
         start = time.monotonic()
         self.process.stdin.close()
-        status = self.process.wait(PATIENCE)
+        status = self.process.wait(TIMEOUT)
         seconds = time.monotonic() - start
         self.reader.join()
         error = self.process.stderr.read()
@@ -118,7 +118,7 @@ class Display:
 
 def until(condition, what):
     """Returns when the condition holds; fails when it never does."""
-    end = time.monotonic() + PATIENCE
+    end = time.monotonic() + TIMEOUT
     while not condition():
         if time.monotonic() > end:
             raise AssertionError(f"never happened: {what}")

@@ -21,7 +21,7 @@
 
 namespace pelmarix::test {
 
-/// A lister that says at once what the test wants.
+/// A lister that is quick and says what the test wants.
 class InstantLister {
  public:
   explicit InstantLister(platform::Services& services) {
