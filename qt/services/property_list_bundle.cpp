@@ -22,11 +22,6 @@ std::string ownInfoPlist() {
 #endif
 }
 
-std::any held(plist::Value value) {
-  if (const auto text = value.string()) return std::string(*text);
-  return value.type();
-}
-
 }  // namespace
 
 PropertyListBundle::PropertyListBundle() : PropertyListBundle(ownInfoPlist()) {}
@@ -35,8 +30,10 @@ PropertyListBundle::PropertyListBundle(std::string_view bytes) {
   const auto decoded = plist::Document::decode(bytes);
   if (!decoded || decoded->root().type() != plist::Type::dictionary) return;
   infoDictionary_.emplace();
-  for (const auto [key, value] : decoded->root().entries())
-    (*infoDictionary_)[std::string(key)] = held(value);
+  for (const auto [key, value] : decoded->root().entries()) {
+    const auto text = value.string();
+    (*infoDictionary_)[std::string(key)] = text ? std::any(std::string(*text)) : std::any(value.type());
+  }
 }
 
 }  // namespace pelmarix::qt
