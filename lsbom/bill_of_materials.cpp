@@ -22,10 +22,10 @@ constexpr std::size_t mostSharing = 16;
 constexpr std::uint32_t none = UINT32_MAX;
 
 // The indices of paths by their ids.
-class PathIndex {
+class PathsById {
  public:
   // A table where the ids are dense, as the usual writer's are; else a search.
-  PathIndex(std::size_t pathCount, std::uint32_t largestId) {
+  PathsById(std::size_t pathCount, std::uint32_t largestId) {
     if (largestId / 8 <= pathCount) table_.assign(std::size_t{largestId} + 1, none);
   }
 
@@ -73,9 +73,9 @@ class BillOfMaterials::Reader {
       for (Cursor cursor(pairs); !cursor.rest().empty();) {
         Path path{};
         if (const auto read = readNumbers(cursor.u32(), path); !read) return read.error();
-        if (const auto read = readName(cursor.u32(), path); !read) return read.error();
         const auto record = decodeRecord(bom_.at(path.record));
         if (!record) return Failure{record.error(), path.record.offset};
+        if (const auto read = readName(cursor.u32(), path); !read) return read.error();
         length += path.name.length + (record->linkTarget.size() + record->programParts.size()) / mostSharing;
         if (length > bom_.bytes_.size()) return Failure{Fault::textsTooLong, 0};
         paths_.push_back(path);
@@ -131,9 +131,9 @@ class BillOfMaterials::Reader {
   Result<void, Failure> findChildren() {
     std::uint32_t largestId = 0;
     for (const Path& path : paths_) largestId = std::max(largestId, path.id);
-    PathIndex index(paths_.size(), largestId);
+    PathsById byId(paths_.size(), largestId);
     for (std::uint32_t i = 0; i < paths_.size(); ++i) {
-      const std::uint32_t owner = index.add(paths_[i].id, i);
+      const std::uint32_t owner = byId.add(paths_[i].id, i);
       if (owner != i) return failureOf(Fault::idTwice, owner);
     }
 
@@ -141,7 +141,7 @@ class BillOfMaterials::Reader {
     for (std::uint32_t i = 0; i < paths_.size(); ++i) {
       const std::uint32_t parent = paths_[i].parent;
       if (parent == 0 || (i > 0 && paths_[i - 1].parent == parent)) continue;
-      const std::uint32_t above = index.find(parent);
+      const std::uint32_t above = byId.find(parent);
       if (above == none) return failureOf(Fault::unknownParent, i);
       firstChild_[above] = i;
     }

@@ -113,12 +113,12 @@ std::string resolvePath(const std::string& path, const posix::Volume& volume) {
   return std::filesystem::exists(below, unknown) ? below : path;
 }
 
-// Of a file that can be listed.
 struct OpenBom {
   BomFile file;
-  BillOfMaterials content;
+  BillOfMaterials content;  // with views into the file
 };
 
+// Fails with a message.
 Result<OpenBom, std::string> openBom(const std::string& path) {
   auto file = BomFile::read(path);
   if (!file) return file.error().message();

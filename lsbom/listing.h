@@ -16,7 +16,7 @@ namespace pelmarix::lsbom {
 
 /// What to print of which entries. The defaults print every entry in the form of a listing without options.
 struct ListOptions {
-  // The kinds to print; where all are false, every entry is printed.
+  /// The kinds to print; where all are false, every entry is printed.
   bool blockDevices = false;
   bool characterDevices = false;
   bool folders = false;

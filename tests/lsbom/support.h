@@ -10,7 +10,7 @@
 
 namespace pelmarix::lsbom {
 
-// A file without a name that goes away with this object.
+/// A file without a name that goes away with this object.
 class TemporaryFile {
  public:
   TemporaryFile() = default;
@@ -31,7 +31,7 @@ class TemporaryFile {
   std::FILE* file_ = std::tmpfile();
 };
 
-// The listing of a file's bytes, or what went wrong.
+/// The listing of a file's bytes, or what went wrong.
 inline std::string listingOf(std::string_view bytes, const ListOptions& options = {},
                              const AccountNames& names = {}) {
   const auto bom = BillOfMaterials::read(bytes);
