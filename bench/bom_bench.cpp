@@ -10,8 +10,8 @@
 #include <fstream>
 #include <string>
 
+#include "lsbom/bom_file.h"
 #include "lsbom/command_line.h"
-#include "lsbom/file_bytes.h"
 #include "sample/bom_writer.h"
 #include "sample/package_contents.h"
 
@@ -21,22 +21,22 @@ using namespace pelmarix::lsbom;
 
 constexpr std::size_t pathCount = 400000;
 
-// The bill and the listing of it, as files that go away at the end.
+// The bom and the listing of it, as files that go away at the end.
 class Files {
  public:
   Files() {
     const std::string bytes =
         pelmarix::sample::writeBillOfMaterials(pelmarix::sample::manyBomEntries(pathCount));
-    std::ofstream(bill, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    std::ofstream(bom, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   }
   Files(const Files&) = delete;
   Files& operator=(const Files&) = delete;
   ~Files() {
-    std::filesystem::remove(bill);
+    std::filesystem::remove(bom);
     std::filesystem::remove(listing);
   }
 
-  const std::string bill = std::filesystem::temp_directory_path() / "pelmarix-bench.bom";
+  const std::string bom = std::filesystem::temp_directory_path() / "pelmarix-bench.bom";
   const std::string listing = std::filesystem::temp_directory_path() / "pelmarix-bench.txt";
 };
 
@@ -49,30 +49,32 @@ std::int64_t listingSize() { return static_cast<std::int64_t>(std::filesystem::f
 
 void makeListing(const std::vector<std::string>& arguments) {
   std::FILE* const output = std::fopen(files().listing.c_str(), "wb");
-  if (output == nullptr || run(arguments, "", output, stderr) != exitSuccess) std::abort();
+  if (output == nullptr || run(arguments, {}, output, stderr) != exitSuccess) std::abort();
   std::fclose(output);
 }
 
-void listBill(benchmark::State& state) {
-  makeListing({"-f", "-p", "fsT", files().bill});  // makes the files as well
-  while (state.KeepRunning()) makeListing({"-f", "-p", "fsT", files().bill});
+void listBom(benchmark::State& state) {
+  makeListing({"-f", "-p", "fsT", files().bom});  // makes the files as well
+  while (state.KeepRunning()) makeListing({"-f", "-p", "fsT", files().bom});
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(pathCount));
   state.SetBytesProcessed(state.iterations() * listingSize());
 }
-BENCHMARK(listBill)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(listBom)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void readBill(benchmark::State& state) {
-  FileBytes file;
+void readBom(benchmark::State& state) {
+  std::size_t size = 0;
   while (state.KeepRunning()) {
-    if (file.read(files().bill) != 0) std::abort();
-    benchmark::DoNotOptimize(file.bytes().data());
+    const auto file = BomFile::read(files().bom);
+    if (!file) std::abort();
+    size = file->bytes().size();
+    benchmark::DoNotOptimize(file->bytes().data());
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.bytes().size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(size));
 }
-BENCHMARK(readBill)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(readBom)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void writeListing(benchmark::State& state) {
-  makeListing({"-f", "-p", "fsT", files().bill});
+  makeListing({"-f", "-p", "fsT", files().bom});
   const std::string block(1 << 18, 'x');
   const auto size = static_cast<std::size_t>(listingSize());
   while (state.KeepRunning()) {

@@ -7,18 +7,18 @@
 namespace pelmarix::lsbom {
 namespace {
 
-// Takes the text ahead of the first separator, and the separator, away from the front.
-std::string_view takeField(std::string_view& text, char separator) {
-  const std::size_t end = text.find(separator);
-  const std::string_view field = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+// Takes what stands ahead of the first separator, and the separator, away from the front.
+std::string_view takeField(std::string_view& rest, char separator) {
+  const std::size_t end = rest.find(separator);
+  const std::string_view field = rest.substr(0, end);
+  rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
   return field;
 }
 
 }  // namespace
 
-Accounts::Accounts(std::string_view text) {
-  while (!text.empty()) addLine(takeField(text, '\n'));
+Accounts::Accounts(std::string_view lines) {
+  while (!lines.empty()) addLine(takeField(lines, '\n'));
 }
 
 void Accounts::addLine(std::string_view line) {

@@ -8,17 +8,17 @@
 
 namespace pelmarix::lsbom {
 
-// Names by id, from a file of lines "name:password:id:...": "/etc/passwd" or "/etc/group". Ids may be
-// negative, as a Mac's are: -2 is 4294967294. The first name of an id counts. Lines of any other form are
-// passed over.
+/// Names by id, from a file of lines "name:password:id:...": "/etc/passwd" or "/etc/group". Ids may be
+/// negative, as a Mac's are: -2 is 4294967294. The first name of an id counts. Lines of any other form are
+/// passed over.
 class Accounts {
  public:
   Accounts() = default;
 
-  // The names in a file's text.
-  explicit Accounts(std::string_view text);
+  /// The names in a file's lines.
+  explicit Accounts(std::string_view lines);
 
-  // The name, or nothing where the id has none. Valid while this object lives.
+  /// The name, or nothing where the id has none. Valid while this object lives.
   const std::string* name(std::uint32_t id) const;
 
  private:

@@ -5,283 +5,198 @@
 #include "lsbom/bill_of_materials.h"
 
 #include <algorithm>
-#include <atomic>
-#include <vector>
+#include <map>
+#include <utility>
 
 #include "lsbom/cursor.h"
-#include "lsbom/parallel.h"
 #include "lsbom/store.h"
 #include "lsbom/tree.h"
 
 namespace pelmarix::lsbom {
 namespace {
 
-// About eight thousand paths, where leaves are full: less is not worth a thread.
-constexpr std::size_t leavesAtOnce = 16;
-constexpr std::size_t pathsAtOnce = 8192;
-
-// Several paths may share a record, so the texts of all records may be about so many times the file.
+// Several paths may share a record, so the link targets and program parts of all records may be about so many
+// times the file.
 constexpr std::size_t mostSharing = 16;
 
 constexpr std::uint32_t none = UINT32_MAX;
 
-}  // namespace
-
-// Finds paths by their ids.
-class BillOfMaterials::Ids {
+// The indices of paths by their ids.
+class PathsById {
  public:
-  // Takes the largest id of the paths.
-  Ids(std::span<const Path> paths, std::uint32_t largest) {
-    if (largest / 8 <= paths.size()) {
-      fillTable(paths, largest);
-    } else {
-      fillKeys(paths);
-    }
+  // A table where the ids are dense, as the usual writer's are; else a search.
+  PathsById(std::size_t pathCount, std::uint32_t largestId) {
+    if (largestId / 8 <= pathCount) table_.assign(std::size_t{largestId} + 1, none);
+  }
+
+  // Gives the path that has the id: this one, or another one that had it before.
+  std::uint32_t add(std::uint32_t id, std::uint32_t path) {
+    std::uint32_t& place = table_.empty() ? map_.try_emplace(id, none).first->second : table_[id];
+    if (place == none) place = path;
+    return place;
   }
 
   std::uint32_t find(std::uint32_t id) const {
-    if (!table_.empty()) return id < table_.size() ? table_[id].load(std::memory_order_relaxed) - 1 : none;
-    const auto key = std::lower_bound(keys_.begin(), keys_.end(), std::uint64_t{id} << 32);
-    return key == keys_.end() || *key >> 32 != id ? none : static_cast<std::uint32_t>(*key);
+    if (!table_.empty()) return id < table_.size() ? table_[id] : none;
+    const auto found = map_.find(id);
+    return found == map_.end() ? none : found->second;
   }
 
  private:
-  // Of several paths with one id the last is found afterwards, whichever thread comes first.
-  void fillTable(std::span<const Path> paths, std::uint32_t largest) {
-    table_ = std::vector<std::atomic<std::uint32_t>>(std::size_t{largest} + 1);
-    inParallel(paths.size(), pathsAtOnce, [this, paths](std::size_t begin, std::size_t end) {
-      for (std::size_t i = begin; i < end; ++i) {
-        std::atomic<std::uint32_t>& place = table_[paths[i].id];
-        const auto own = static_cast<std::uint32_t>(i + 1);
-        std::uint32_t last = place.load(std::memory_order_relaxed);
-        while (last < own && !place.compare_exchange_weak(last, own, std::memory_order_relaxed)) {
-        }
-      }
-    });
-  }
-
-  void fillKeys(std::span<const Path> paths) {
-    keys_.reserve(paths.size());
-    for (std::uint32_t i = 0; i < paths.size(); ++i) keys_.push_back((std::uint64_t{paths[i].id} << 32) | i);
-    std::sort(keys_.begin(), keys_.end());
-  }
-
-  std::vector<std::atomic<std::uint32_t>> table_;  // indices plus 1, by id, where ids are dense enough
-  std::vector<std::uint64_t> keys_;                // else sorted: an id above its index
+  std::vector<std::uint32_t> table_;
+  std::map<std::uint32_t, std::uint32_t> map_;
 };
+
+}  // namespace
 
 class BillOfMaterials::Reader {
  public:
-  explicit Reader(BillOfMaterials& bill) : bill_(bill), bytes_(bill.bytes_) {}
+  Reader(std::string_view bytes, const Store& store) : store_(store), bom_(bytes) {}
 
-  Failure run() {
-    if (const Failure failure = store_.open(bytes_)) return failure;
-    Leaves leaves;
-    if (const Failure failure = readTree(store_, leaves)) return failure;
-    if (const Failure failure = readPaths(leaves)) return failure;
-    if (const Failure failure = findChildren()) return failure;
-    return arrange();
+  Result<BillOfMaterials, Failure> run() {
+    if (const auto read = readPaths(); !read) return read.error();
+    sortPaths();
+    if (const auto found = findChildren(); !found) return found.error();
+    if (const auto arranged = arrange(); !arranged) return arranged.error();
+    return std::move(bom_);
   }
 
  private:
-  std::string_view nameOf(const Path& path) const { return bytes_.substr(path.name, path.nameLength); }
-  std::uint32_t offsetOf(std::string_view bytes) const {
-    return static_cast<std::uint32_t>(store_.offsetOf(bytes));
-  }
-
-  // What was seen of some paths while they were read.
-  struct Survey {
-    Failure failure;
-    bool sorted = true;  // as the usual writer sorts; others need not
-    std::uint32_t largestId = 0;
-
-    void add(const Survey& other) {
-      if (!failure) failure = other.failure;
-      sorted = sorted && other.sorted;
-      largestId = std::max(largestId, other.largestId);
-    }
-  };
-
-  Failure readPaths(const Leaves& tree) {
-    // Not cleared ahead: every path is written below, by several threads at once.
-    bill_.pathStore_.reset(new Path[tree.pathCount]);
-    bill_.paths_ = paths_ = {bill_.pathStore_.get(), tree.pathCount};
-    std::atomic<std::size_t> textLength = 0;
-    std::vector<Survey> surveys(tree.leaves.size());
-    std::atomic<std::size_t> failed = SIZE_MAX;  // leaves that are begun behind this one are not read
-    inParallel(surveys.size(), leavesAtOnce, [&](std::size_t begin, std::size_t end) {
-      for (std::size_t i = begin; i < end && begin < failed; ++i) {
-        surveys[i] = readLeaf(tree.leaves[i], textLength);
-        if (surveys[i].failure) failed = begin;
+  // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and over.
+  // No two paths have their names in common; records they may well share.
+  Result<void, Failure> readPaths() {
+    const auto leaves = readTree(store_);
+    if (!leaves) return leaves.error();
+    paths_.reserve(leaves->pathCount);
+    std::size_t length = 0;
+    for (const std::string_view pairs : leaves->pairs) {
+      for (Cursor cursor(pairs); !cursor.rest().empty();) {
+        Path path{};
+        if (const auto read = readNumbers(cursor.u32(), path); !read) return read.error();
+        const auto record = decodeRecord(bom_.at(path.record));
+        if (!record) return Failure{record.error(), path.record.offset};
+        if (const auto read = readName(cursor.u32(), path); !read) return read.error();
+        length += path.name.length + (record->linkTarget.size() + record->programParts.size()) / mostSharing;
+        if (length > bom_.bytes_.size()) return Failure{Fault::textsTooLong, 0};
+        paths_.push_back(path);
       }
-    });
-    for (const Survey& survey : surveys) all_.add(survey);
-    if (all_.failure) return all_.failure;
-    for (const Leaf& leaf : tree.leaves) {
-      const std::size_t first = leaf.firstPath;
-      if (first == 0 || first == paths_.size()) continue;
-      all_.sorted = all_.sorted && !precedes(paths_[first], paths_[first - 1]);
-    }
-    if (!all_.sorted) {
-      std::sort(paths_.begin(), paths_.end(),
-                [this](const Path& left, const Path& right) { return precedes(left, right); });
     }
     return {};
   }
 
-  // Blocks may overlap, but texts that are far longer in all than the file would be the same bytes over and
-  // over. No two paths have their names in common; records they may well share.
-  Survey readLeaf(const Leaf& leaf, std::atomic<std::size_t>& textLength) const {
-    Survey survey;
-    std::size_t index = leaf.firstPath;
-    std::size_t length = 0;
-    for (Cursor cursor(leaf.pairs); !cursor.rest().empty(); ++index) {
-      const std::uint32_t numbers = cursor.u32();
-      const std::uint32_t name = cursor.u32();
-      Path& path = paths_[index];
-      Record record;
-      if (const Failure failure = readNumbers(numbers, path, record)) return {failure};
-      if (const Failure failure = readName(name, path)) return {failure};
-      length += path.nameLength + (record.linkTarget.size() + record.programParts.size()) / mostSharing;
-      if (length > bytes_.size()) return {{Fault::textsTooLong, 0}};
-      survey.largestId = std::max(survey.largestId, path.id);
-      if (index > leaf.firstPath && precedes(path, paths_[index - 1])) survey.sorted = false;
-    }
-    textLength += length;
-    if (textLength > bytes_.size()) return {{Fault::textsTooLong, 0}};
-    return survey;
-  }
-
-  Failure readNumbers(std::uint32_t number, Path& path, Record& record) const {
-    std::string_view block;
-    if (const Failure failure = store_.block(number, block)) return failure;
-    Cursor cursor(block);
+  Result<void, Failure> readNumbers(std::uint32_t number, Path& path) const {
+    const auto block = store_.block(number);
+    if (!block) return block.error();
+    Cursor cursor(*block);
     path.id = cursor.u32();
     const std::uint32_t recordNumber = cursor.u32();
-    if (!cursor.ok()) return {Fault::shortNumbers, offsetOf(block)};
-    if (path.id == 0) return {Fault::idZero, offsetOf(block)};
-
-    if (const Failure failure = store_.block(recordNumber, block)) return failure;
-    path.record = offsetOf(block);
-    path.recordLength = static_cast<std::uint32_t>(block.size());
-    return {decodeRecord(block, record), path.record};
+    if (!cursor.ok()) return Failure{Fault::shortNumbers, store_.offsetOf(*block)};
+    if (path.id == 0) return Failure{Fault::idZero, store_.offsetOf(*block)};
+    const auto record = store_.block(recordNumber);
+    if (!record) return record.error();
+    path.record = rangeOf(*record);
+    return {};
   }
 
-  Failure readName(std::uint32_t number, Path& path) const {
-    std::string_view block;
-    if (const Failure failure = store_.block(number, block)) return failure;
-    Cursor cursor(block);
+  Result<void, Failure> readName(std::uint32_t number, Path& path) const {
+    const auto block = store_.block(number);
+    if (!block) return block.error();
+    Cursor cursor(*block);
     path.parent = cursor.u32();
-    if (!cursor.ok()) return {Fault::shortName, offsetOf(block)};
-    if (path.parent == path.id) return {Fault::ownParent, offsetOf(block)};
-    const std::string_view name = cursor.rest();
-    const std::size_t length = name.find('\0');
-    if (length == std::string_view::npos) return {Fault::unendedName, offsetOf(block)};
-    path.name = offsetOf(name);
-    path.nameLength = static_cast<std::uint32_t>(length);
+    if (!cursor.ok()) return Failure{Fault::shortName, store_.offsetOf(*block)};
+    if (path.parent == path.id) return Failure{Fault::ownParent, store_.offsetOf(*block)};
+    const std::size_t length = cursor.rest().find('\0');
+    if (length == std::string_view::npos) return Failure{Fault::unterminatedName, store_.offsetOf(*block)};
+    path.name = rangeOf(cursor.take(length));
     return {};
   }
 
-  bool precedes(const Path& left, const Path& right) const {
-    if (left.parent != right.parent) return left.parent < right.parent;
-    const int order = nameOf(left).compare(nameOf(right));
-    return order < 0 || (order == 0 && left.id < right.id);
+  // Offsets and lengths in a store have 32 bits.
+  Range rangeOf(std::string_view bytes) const {
+    return {static_cast<std::uint32_t>(store_.offsetOf(bytes)), static_cast<std::uint32_t>(bytes.size())};
   }
 
-  // The paths are sorted by now, so children of one parent stand next to each other.
-  Failure findChildren() {
-    bill_.ids_ = std::make_unique<Ids>(paths_, all_.largestId);
-    firstChild_.assign(paths_.size(), none);
-    isLastChild_.assign(paths_.size(), 0);
-    std::vector<Failure> failures(paths_.size() / pathsAtOnce + 1);
-    inParallel(paths_.size(), pathsAtOnce, [&](std::size_t begin, std::size_t end) {
-      failures[begin / pathsAtOnce] = findChildren(begin, end);
-    });
-    const auto failed =
-        std::find_if(failures.begin(), failures.end(), [](const Failure& failure) { return bool{failure}; });
-    return failed == failures.end() ? Failure{} : *failed;
-  }
-
-  // No two parents have a child in common, so several threads can do this for different children.
-  Failure findChildren(std::size_t begin, std::size_t end) {
-    const Ids& ids = *bill_.ids_;
-    for (std::size_t i = begin; i < end; ++i) {
-      const Path& path = paths_[i];
-      if (ids.find(path.id) != i) return {Fault::idTwice, path.name};
-      isLastChild_[i] = i + 1 == paths_.size() || paths_[i + 1].parent != path.parent;
-      if (path.parent == 0 || (i > 0 && paths_[i - 1].parent == path.parent)) continue;
-      const std::uint32_t parent = ids.find(path.parent);
-      if (parent == none) return {Fault::unknownParent, path.name};
-      firstChild_[parent] = static_cast<std::uint32_t>(i);
-    }
-    return {};
-  }
-
-  Failure arrange() {
-    struct Next {
-      std::uint32_t path;
-      std::size_t lengthAbove;  // of the path of what stands above it, with the "/" behind that
+  // The usual writer has sorted them already; others need not.
+  void sortPaths() {
+    const auto precedes = [this](const Path& left, const Path& right) {
+      if (left.parent != right.parent) return left.parent < right.parent;
+      const int order = bom_.at(left.name).compare(bom_.at(right.name));
+      return order < 0 || (order == 0 && left.id < right.id);
     };
-    bill_.orderStore_.reset(new std::uint32_t[paths_.size()]);
-    std::uint32_t* end = bill_.orderStore_.get();
-    std::vector<Next> stack;  // what comes behind the children of the folders above
-    Next next{0, 0};
-    bool more = !paths_.empty() && paths_.front().parent == 0;
-    while (more) {
-      const auto [path, lengthAbove] = next;
-      if (lengthAbove + paths_[path].nameLength > longestPath) return {Fault::pathTooLong, paths_[path].name};
-      *end++ = path;
-      ++next.path;
-      if (firstChild_[path] != none) {
-        if (isLastChild_[path] == 0) stack.push_back(next);
-        next = {firstChild_[path], lengthAbove + paths_[path].nameLength + 1};
-      } else if (isLastChild_[path] != 0) {
-        more = !stack.empty();
-        if (more) {
-          next = stack.back();
-          stack.pop_back();
-        }
-      }
+    if (!std::is_sorted(paths_.begin(), paths_.end(), precedes))
+      std::sort(paths_.begin(), paths_.end(), precedes);
+  }
+
+  // Children of one parent stand next to each other.
+  Result<void, Failure> findChildren() {
+    std::uint32_t largestId = 0;
+    for (const Path& path : paths_) largestId = std::max(largestId, path.id);
+    PathsById byId(paths_.size(), largestId);
+    for (std::uint32_t i = 0; i < paths_.size(); ++i) {
+      const std::uint32_t owner = byId.add(paths_[i].id, i);
+      if (owner != i) return failureOf(Fault::idTwice, owner);
     }
-    bill_.order_ = {bill_.orderStore_.get(), end};
-    return bill_.order_.size() < paths_.size() ? parentCycle() : Failure{};
+
+    firstChild_.assign(paths_.size(), none);
+    for (std::uint32_t i = 0; i < paths_.size(); ++i) {
+      const std::uint32_t parent = paths_[i].parent;
+      if (parent == 0 || (i > 0 && paths_[i - 1].parent == parent)) continue;
+      const std::uint32_t above = byId.find(parent);
+      if (above == none) return failureOf(Fault::unknownParent, i);
+      firstChild_[above] = i;
+    }
+    return {};
+  }
+
+  Result<void, Failure> arrange() {
+    // A folder that the walk is in.
+    struct Level {
+      std::uint32_t parent;  // its id
+      std::uint32_t next;    // of its children
+      std::size_t length;    // of its path, with the "/" behind that
+    };
+    bom_.order_.reserve(paths_.size());
+    std::vector<Level> levels{{0, 0, 0}};
+    while (!levels.empty()) {
+      Level& level = levels.back();
+      const std::uint32_t i = level.next++;
+      if (i >= paths_.size() || paths_[i].parent != level.parent) {
+        levels.pop_back();
+        continue;
+      }
+      const std::size_t length = level.length + paths_[i].name.length;
+      if (length > longestPath) return failureOf(Fault::pathTooLong, i);
+      bom_.order_.push_back(i);
+      if (firstChild_[i] != none) levels.push_back({paths_[i].id, firstChild_[i], length + 1});
+    }
+    return bom_.size() < paths_.size() ? parentCycle() : Result<void, Failure>();
   }
 
   // Every parent is known, so what cannot be reached from the top is in a circle or below one.
-  Failure parentCycle() const {
+  Result<void, Failure> parentCycle() const {
     std::vector<bool> reached(paths_.size());
-    for (const std::uint32_t path : bill_.order_) reached[path] = true;
+    for (const std::uint32_t path : bom_.order_) reached[path] = true;
     const auto missed = std::find(reached.begin(), reached.end(), false) - reached.begin();
-    return {Fault::parentCycle, paths_[static_cast<std::size_t>(missed)].name};
+    return failureOf(Fault::parentCycle, static_cast<std::size_t>(missed));
   }
 
-  BillOfMaterials& bill_;
-  std::string_view bytes_;
-  Store store_;
-  std::span<Path> paths_;
-  Survey all_;
+  Failure failureOf(Fault fault, std::size_t path) const { return {fault, paths_[path].name.offset}; }
+
+  const Store& store_;
+  BillOfMaterials bom_;
+  std::vector<Path>& paths_ = bom_.paths_;
   std::vector<std::uint32_t> firstChild_;  // by path
-  std::vector<std::uint8_t> isLastChild_;  // by path
 };
 
-BillOfMaterials::BillOfMaterials() = default;
-BillOfMaterials::~BillOfMaterials() = default;
-
-Failure BillOfMaterials::read(std::string_view bytes) {
-  bytes_ = bytes.substr(0, largestFile);
-  order_ = {};
-  const Failure failure = Reader(*this).run();
-  if (failure) order_ = {};
-  return failure;
+Result<BillOfMaterials, Failure> BillOfMaterials::read(std::string_view bytes) {
+  const auto store = Store::open(bytes);
+  if (!store) return store.error();
+  return Reader(bytes, *store).run();
 }
 
-Entry BillOfMaterials::entryWithId(std::uint32_t id) const { return entryOf(ids_->find(id)); }
-
-Entry BillOfMaterials::entryOf(std::uint32_t index) const {
-  const Path& path = paths_[index];
-  Entry entry{path.id, path.parent, bytes_.substr(path.name, path.nameLength), {}};
-  decodeRecord(bytes_.substr(path.record, path.recordLength), entry.record);
-  return entry;
+Entry BillOfMaterials::entry(std::size_t index) const {
+  const Path& path = paths_[order_[index]];
+  return {path.id, path.parent, at(path.name), *decodeRecord(at(path.record))};
 }
 
 }  // namespace pelmarix::lsbom

@@ -3,36 +3,40 @@
 
 #include <cstdio>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "lsbom/listing.h"
+#include "posix/volume.h"
 
 namespace pelmarix::lsbom {
 
-// What the arguments ask for.
+/// What the arguments ask for.
 struct CommandLine {
   ListOptions options;
   std::vector<std::string> files;
-  std::string error;  // what is wrong with the arguments, without the usage; empty where nothing is
 };
 
-// The arguments behind the program's name.
-CommandLine parseCommandLine(const std::vector<std::string>& arguments);
+/// What is wrong with the arguments.
+struct UsageError {
+  std::string message;
+};
 
+/// Takes the arguments behind the program's name.
+Result<CommandLine, UsageError> parseCommandLine(const std::vector<std::string>& arguments);
+
+/// What run gives.
 inline constexpr int exitSuccess = 0;
-inline constexpr int exitFailure = 1;  // a file that cannot be listed, or output that cannot be written
+inline constexpr int exitFailure = 1;  ///< a file that cannot be listed, or output that cannot be written
 inline constexpr int exitUsage = 64;
 
-// Lists the files that the arguments name, one after the other. Each is read whole and checked ahead of its
-// first line. A file that cannot be listed gives a message "lsbom: FILE: ..." and the next one follows; the
-// first error of the output ends everything. The volume is the folder that stands for "/", see resolvePath;
-// empty for "/" itself.
-int run(const std::vector<std::string>& arguments, const std::string& volume, std::FILE* output,
+/// Lists the files that the arguments name, one after the other. Each is read whole and checked ahead of its
+/// first line. A file that cannot be listed gives a message "lsbom: FILE: ..." and the next one follows; the
+/// first error of the output ends everything.
+///
+/// An absolute path is looked for below the volume, and taken as it is where that has nothing of the name.
+/// Names of users and groups are the volume's own.
+int run(const std::vector<std::string>& arguments, const posix::Volume& volume, std::FILE* output,
         std::FILE* errors);
-
-// Where a file is: an absolute path below the volume if something of that name exists there, else the path as
-// it is.
-std::string resolvePath(const std::string& path, const std::string& volume);
 
 }  // namespace pelmarix::lsbom

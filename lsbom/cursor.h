@@ -7,8 +7,8 @@
 
 namespace pelmarix::lsbom {
 
-// The one place where a range is checked: every read takes its bytes or fails. After a failure the cursor
-// stays failed, and what it gives are zeros and empty ranges, so several reads can share one check.
+/// The one place where a range is checked: every read takes its bytes or fails. After a failure the cursor
+/// stays failed, and what it gives are zeros and empty ranges, so several reads can share one check.
 class Cursor {
  public:
   explicit Cursor(std::string_view bytes) : rest_(bytes) {}
@@ -37,7 +37,7 @@ class Cursor {
     return static_cast<std::uint16_t>(bytes.empty() ? 0 : at(bytes, 0) << 8 | at(bytes, 1));
   }
 
-  // Spelled out, so that compilers make one load of it.
+  /// Spelled out, so that compilers make one load of it.
   std::uint32_t u32() {
     const std::string_view bytes = take(4);
     return bytes.empty() ? 0 : at(bytes, 0) << 24 | at(bytes, 1) << 16 | at(bytes, 2) << 8 | at(bytes, 3);

@@ -4,8 +4,6 @@ namespace pelmarix::lsbom {
 
 std::string_view describe(Fault fault) {
   switch (fault) {
-    case Fault::none:
-      return {};
     case Fault::shortHeader:
       return "the file ends inside its header";
     case Fault::wrongMagic:
@@ -52,7 +50,7 @@ std::string_view describe(Fault fault) {
       return "a path's numbers are cut short";
     case Fault::shortName:
       return "a path's name is cut short ahead of the name";
-    case Fault::unendedName:
+    case Fault::unterminatedName:
       return "a name has no NUL at its end";
     case Fault::textsTooLong:
       return "the texts of all paths together are longer than the file";
@@ -60,10 +58,10 @@ std::string_view describe(Fault fault) {
       return "a record is shorter than its fixed part";
     case Fault::targetPastEnd:
       return "a link's target is longer than its record";
-    case Fault::unendedTarget:
+    case Fault::unterminatedTarget:
       return "a link's target has no NUL at its end";
-    case Fault::processorsPastEnd:
-      return "a program has room for fewer processors than it counts";
+    case Fault::architecturesPastEnd:
+      return "a program has room for fewer architectures than it counts";
     case Fault::idZero:
       return "a path has the id 0";
     case Fault::idTwice:

@@ -7,7 +7,6 @@
 namespace pelmarix::lsbom {
 
 enum class Fault : std::uint8_t {
-  none,
   shortHeader,
   wrongMagic,
   wrongVersion,
@@ -31,12 +30,12 @@ enum class Fault : std::uint8_t {
   wrongPathCount,
   shortNumbers,
   shortName,
-  unendedName,
+  unterminatedName,
   textsTooLong,
   shortRecord,
   targetPastEnd,
-  unendedTarget,
-  processorsPastEnd,
+  unterminatedTarget,
+  architecturesPastEnd,
   idZero,
   idTwice,
   unknownParent,
@@ -45,15 +44,13 @@ enum class Fault : std::uint8_t {
   pathTooLong,
 };
 
-// A sentence for people, without a full stop; empty for none.
+/// A message for people, without a full stop.
 std::string_view describe(Fault fault);
 
-// A fault and where it is: the offset in the file of the part that holds it. True where there is a fault.
+/// Why a file is refused.
 struct Failure {
-  Fault fault = Fault::none;
-  std::uint64_t offset = 0;
-
-  explicit operator bool() const { return fault != Fault::none; }
+  Fault fault;
+  std::uint64_t offset;  ///< in the file, of the part that holds the fault
 };
 
 }  // namespace pelmarix::lsbom

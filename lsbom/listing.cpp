@@ -1,11 +1,8 @@
 #include "lsbom/listing.h"
 
-#include <algorithm>
-#include <string_view>
 #include <vector>
 
-#include "lsbom/parallel.h"
-#include "lsbom/text.h"
+#include "lsbom/field_formats.h"
 
 namespace pelmarix::lsbom {
 namespace {
@@ -14,74 +11,63 @@ constexpr std::uint16_t typeBits = 0170000;
 constexpr std::uint16_t characterDevice = 0020000;
 constexpr std::uint16_t blockDevice = 0060000;
 
-// So many entries are made into text at once.
-constexpr std::size_t entriesPerText = 1024;
-
 // The path of the entry that was last moved to.
-class PathText {
+class CurrentPath {
  public:
-  // The first entry needs what stands above it.
-  PathText(const BillOfMaterials& bill, const Entry& first) {
-    std::vector<Entry> above;
-    for (std::uint32_t id = first.parent; id != 0; id = above.back().parent) {
-      above.push_back(bill.entryWithId(id));
-    }
-    for (auto entry = above.rbegin(); entry != above.rend(); ++entry) moveTo(*entry);
-  }
-
-  // The next entry stands below the last one or below something above that.
+  // The entries must come in the order of the bom.
   void moveTo(const Entry& entry) {
-    while (!parts_.empty() && parts_.back().id != entry.parent) parts_.pop_back();
-    text_.resize(parts_.empty() ? 0 : parts_.back().end);
-    if (!parts_.empty()) text_ += '/';
-    text_ += entry.name;
-    parts_.push_back({entry.id, text_.size()});
+    while (!components_.empty() && components_.back().id != entry.parent) components_.pop_back();
+    path_.resize(components_.empty() ? 0 : components_.back().end);
+    if (!components_.empty()) path_ += '/';
+    path_ += entry.name;
+    components_.push_back({entry.id, path_.size()});
   }
 
-  std::string_view text() const { return text_; }
+  std::string_view path() const { return path_; }
 
  private:
-  // A component: the id of the entry it is of, and where it ends.
-  struct Part {
-    std::uint32_t id;
-    std::size_t end;
+  struct Component {
+    std::uint32_t id;  // of its entry
+    std::size_t end;   // in the path
   };
 
-  std::string text_;
-  std::vector<Part> parts_;
+  std::string path_;
+  std::vector<Component> components_;
 };
 
 class Lister {
  public:
-  Lister(const ListOptions& options, const AccountNames& names, Text& text)
-      : options_(options), names_(names), text_(text) {}
+  Lister(const ListOptions& options, const AccountNames& names, Output& output)
+      : options_(options), names_(names), output_(output) {}
 
   bool isChosen(const Record& record) const {
+    if (!isChoosing()) return true;
+    const int type = record.mode & typeBits;
     switch (record.kind) {
       case Kind::file:
-        return options_.files || !isChoosing();
+        return options_.files;
       case Kind::folder:
-        return options_.folders || !isChoosing();
+        return options_.folders;
       case Kind::link:
-        return options_.links || !isChoosing();
+        return options_.links;
       case Kind::device:
-        return (options_.blockDevices && (record.mode & typeBits) == blockDevice) ||
-               (options_.characterDevices && (record.mode & typeBits) == characterDevice) || !isChoosing();
+        return (options_.blockDevices && type == blockDevice) ||
+               (options_.characterDevices && type == characterDevice);
       case Kind::other:
-        break;
+        return false;
     }
-    return !isChoosing();
+    return false;
   }
 
-  void printLine(const Entry& entry, std::string_view path) {
+  void printLine(const Record& record, std::string_view path) {
     if (options_.pathsOnly) {
-      text_.append(path);
+      output_.append(path);
     } else if (options_.columns.empty()) {
-      printUsualFields(entry.record, path);
+      printUsualFields(record, path);
     } else {
-      printColumns(entry, path);
+      printColumns(record, path);
     }
-    text_.append('\n');
+    output_.append('\n');
   }
 
  private:
@@ -97,79 +83,78 @@ class Lister {
   }
 
   ProgramPart sizeAndChecksum(const Record& record) const {
-    if (options_.processor) {
-      if (const auto part = record.programPart(*options_.processor)) return *part;
+    if (options_.architecture) {
+      if (const auto part = record.programPart(*options_.architecture)) return *part;
     }
     return {record.size, record.checksum};
   }
 
   void printUsualFields(const Record& record, std::string_view path) {
-    text_.append(path);
-    text_.append('\t');
-    if (showsMode(record)) text_.appendNumber(record.mode, 8);
-    text_.append('\t');
+    output_.append(path);
+    output_.append('\t');
+    if (showsMode(record)) output_.appendNumber(record.mode, 8);
+    output_.append('\t');
     printIds(record);
     if (!hasSize(record)) return;
     const ProgramPart part = sizeAndChecksum(record);
-    text_.append('\t');
-    text_.appendNumber(part.size);
-    text_.append('\t');
-    text_.appendNumber(part.checksum);
+    output_.append('\t');
+    output_.appendNumber(part.size);
+    output_.append('\t');
+    output_.appendNumber(part.checksum);
     if (record.kind == Kind::link) {
-      text_.append('\t');
-      text_.append(record.linkTarget);
+      output_.append('\t');
+      output_.append(record.linkTarget);
     } else if (options_.modificationTimes) {
-      text_.append('\t');
-      text_.appendNumber(record.modificationTime);
+      output_.append('\t');
+      output_.appendNumber(record.modificationTime);
     }
   }
 
-  void printColumns(const Entry& entry, std::string_view path) {
+  void printColumns(const Record& record, std::string_view path) {
     bool first = true;
     for (const char letter : options_.columns) {
-      if (!first) text_.append('\t');
+      if (!first) output_.append('\t');
       first = false;
-      printColumn(letter, entry.record, path);
+      printColumn(letter, record, path);
     }
   }
 
   void printColumn(char letter, const Record& record, std::string_view path) {
     switch (letter) {
       case 'f':
-        text_.append(path);
+        output_.append(path);
         break;
       case 'F':
-        text_.append(quoted(path));
+        output_.append(quoted(path));
         break;
       case 'g':
-        text_.appendNumber(record.group);
+        output_.appendNumber(record.group);
         break;
       case 'G':
         printName(names_.groups, record.group);
         break;
       case 'm':
-        if (showsMode(record)) text_.appendNumber(record.mode, 8);
+        if (showsMode(record)) output_.appendNumber(record.mode, 8);
         break;
       case 'M':
-        if (showsMode(record)) {
-          const auto mode = symbolicMode(record.mode);
-          text_.append({mode.data(), mode.size()});
-        }
+        if (showsMode(record)) output_.append(symbolicMode(record.mode));
         break;
       case 's':
-        if (hasSize(record)) text_.appendNumber(sizeAndChecksum(record).size);
+        if (hasSize(record)) output_.appendNumber(sizeAndChecksum(record).size);
         break;
       case 'S':
-        if (hasSize(record)) text_.append(groupedNumber(sizeAndChecksum(record).size));
+        if (hasSize(record)) output_.append(groupedNumber(sizeAndChecksum(record).size));
         break;
       case 't':
-        text_.appendNumber(record.modificationTime);
+        output_.appendNumber(record.modificationTime);
         break;
-      case 'T':
-        text_.append(time_(record.modificationTime));
+      case 'T': {
+        const auto time = classicTime(record.modificationTime);
+        output_.append({time.data(), time.size()});
         break;
+      }
       case 'u':
-        text_.appendNumber(record.user);
+        output_.appendNumber(record.user);
         break;
       case 'U':
         printName(names_.users, record.user);
@@ -179,46 +164,45 @@ class Lister {
         break;
       default:  // '?', the one letter left
         printName(names_.users, record.user);
-        text_.append('/');
+        output_.append('/');
         printName(names_.groups, record.group);
     }
   }
 
   void printIds(const Record& record) {
-    text_.appendNumber(record.user);
-    text_.append('/');
-    text_.appendNumber(record.group);
+    output_.appendNumber(record.user);
+    output_.append('/');
+    output_.appendNumber(record.group);
   }
 
   void printName(const Accounts& accounts, std::uint32_t id) {
     if (const std::string* name = accounts.name(id)) {
-      text_.append(*name);
+      output_.append(*name);
     } else {
-      text_.appendNumber(id);
+      output_.appendNumber(id);
     }
   }
 
   const ListOptions& options_;
   const AccountNames& names_;
-  Text& text_;
-  TimeText time_;
+  Output& output_;
 };
 
 }  // namespace
 
-void list(const BillOfMaterials& bill, const ListOptions& options, const AccountNames& names,
-          Output& output) {
-  inParallel(bill.size(), entriesPerText, [&](std::size_t begin, std::size_t end) {
-    Text text(output, begin / entriesPerText);
-    Lister lister(options, names, text);
-    PathText path(bill, bill.entry(begin));
-    for (std::size_t i = begin; i < end && output.error() == 0; ++i) {
-      const Entry entry = bill.entry(i);
-      path.moveTo(entry);
-      if (lister.isChosen(entry.record)) lister.printLine(entry, path.text());
+Result<void, std::error_code> list(const BillOfMaterials& bom, const ListOptions& options,
+                                   const AccountNames& names, Output& output) {
+  Lister lister(options, names, output);
+  CurrentPath path;
+  for (std::size_t i = 0; i < bom.size(); ++i) {
+    const Entry entry = bom.entry(i);
+    path.moveTo(entry);
+    if (lister.isChosen(entry.record)) lister.printLine(entry.record, path.path());
+    if (output.isFull()) {
+      if (const auto flushed = output.flush(); !flushed) return flushed;
     }
-  });
-  output.finish();
+  }
+  return output.flush();
 }
 
 }  // namespace pelmarix::lsbom

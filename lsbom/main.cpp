@@ -1,19 +1,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <new>
-#include <string>
-#include <vector>
 
 #include "lsbom/command_line.h"
+#include "posix/volume.h"
 
 int main(int argc, char* argv[]) {
-  try {
-    const char* const volume = std::getenv("PELMARIX_VOLUME");
-    std::setvbuf(stdout, nullptr, _IONBF, 0);  // the lister has a buffer of its own
-    return pelmarix::lsbom::run({argv + (argc > 0 ? 1 : 0), argv + argc}, volume == nullptr ? "" : volume,
-                                stdout, stderr);
-  } catch (const std::bad_alloc&) {
+  // Ends the program without an exception, which would need memory of its own.
+  std::set_new_handler([] {
     std::fputs("lsbom: out of memory\n", stderr);
-    return pelmarix::lsbom::exitFailure;
-  }
+    std::_Exit(pelmarix::lsbom::exitFailure);
+  });
+  std::setvbuf(stdout, nullptr, _IONBF, 0);  // the lister has a buffer of its own
+  return pelmarix::lsbom::run({argv + (argc > 0 ? 1 : 0), argv + argc},
+                              pelmarix::posix::Volume::fromEnvironment(), stdout, stderr);
 }

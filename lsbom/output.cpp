@@ -1,55 +1,23 @@
 #include "lsbom/output.h"
 
-#include <cerrno>
+#include <charconv>
+
+#include "posix/file_descriptor.h"
 
 namespace pelmarix::lsbom {
-namespace {
 
-// So many texts may have ended ahead of their turn.
-constexpr std::size_t mostAhead = 16;
+Output::Output(std::FILE* file) : file_(file) { buffer_.reserve(capacity + 1024); }
 
-}  // namespace
-
-Output::Buffer Output::begin(std::size_t number) {
-  std::unique_lock lock(mutex_);
-  written_.wait(lock, [&] { return number <= turn_ + mostAhead; });
-  if (spare_.empty()) return Buffer(new char[bufferSize]);
-  Buffer buffer = std::move(spare_.back());
-  spare_.pop_back();
-  return buffer;
+void Output::appendNumber(std::uint32_t number, int base) {
+  char digits[11];  // of 32 bits, in octal
+  buffer_.append(digits, std::to_chars(digits, std::end(digits), number, base).ptr);
 }
 
-void Output::write(std::size_t number, std::string_view piece) {
-  {
-    std::unique_lock lock(mutex_);
-    written_.wait(lock, [&] { return number == turn_; });
-  }
-  put(piece);  // the turn stays until this text has ended
-}
-
-void Output::end(std::size_t number, Buffer buffer, std::size_t length) {
-  std::unique_lock lock(mutex_);
-  ended_.emplace(number, Ended{std::move(buffer), length});
-  if (number != turn_) return;  // whoever ends the text whose turn it is writes this one too
-  for (auto next = ended_.begin(); next != ended_.end() && next->first == turn_; next = ended_.begin()) {
-    Ended text = std::move(next->second);
-    ended_.erase(next);
-    lock.unlock();
-    put({text.buffer.get(), text.length});
-    lock.lock();
-    spare_.push_back(std::move(text.buffer));
-    ++turn_;
-    written_.notify_all();
-  }
-}
-
-void Output::finish() {
-  turn_ = 0;
-  if (error_ == 0 && std::fflush(file_) != 0) error_ = errno;
-}
-
-void Output::put(std::string_view piece) {
-  if (error_ == 0 && std::fwrite(piece.data(), 1, piece.size(), file_) != piece.size()) error_ = errno;
+Result<void, std::error_code> Output::flush() {
+  const bool written = std::fwrite(buffer_.data(), 1, buffer_.size(), file_) == buffer_.size();
+  buffer_.clear();
+  if (!written || std::fflush(file_) != 0) return posix::lastSystemError();
+  return {};
 }
 
 }  // namespace pelmarix::lsbom

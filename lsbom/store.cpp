@@ -9,34 +9,37 @@
 
 namespace pelmarix::lsbom {
 
-Failure Store::open(std::string_view file) {
-  file_ = file;
+Result<Store, Failure> Store::open(std::string_view file) {
   Cursor header(file);
-  const std::string_view magic = header.take(8);
-  if (header.ok() && magic != "BOMStore") return {Fault::wrongMagic, 0};
+  const std::string_view magic = header.take(storeMagic.size());
+  if (header.ok() && magic != storeMagic) return Failure{Fault::wrongMagic, 0};
   const std::uint32_t version = header.u32();
   header.u32();  // the number of blocks
   const std::uint32_t indexOffset = header.u32();
   const std::uint32_t indexLength = header.u32();
   const std::uint32_t variablesOffset = header.u32();
   const std::uint32_t variablesLength = header.u32();
-  if (!header.ok()) return {Fault::shortHeader, 0};
-  if (version != 1) return {Fault::wrongVersion, 8};
-  if (const Failure failure = openIndex(indexOffset, indexLength)) return failure;
-  return openVariables(variablesOffset, variablesLength);
+  if (!header.ok()) return Failure{Fault::shortHeader, 0};
+  if (version != 1) return Failure{Fault::wrongVersion, 8};
+
+  Store store(file);
+  if (const auto index = store.openIndex(indexOffset, indexLength); !index) return index.error();
+  if (const auto variables = store.openVariables(variablesOffset, variablesLength); !variables)
+    return variables.error();
+  return store;
 }
 
-Failure Store::openIndex(std::uint32_t offset, std::uint32_t length) {
-  if (!isInside(offset, length)) return {Fault::indexPastEnd, offset};
+Result<void, Failure> Store::openIndex(std::uint32_t offset, std::uint32_t length) {
+  if (!isInside(offset, length)) return Failure{Fault::indexPastEnd, offset};
   Cursor cursor(file_.substr(offset, length));
   blockCount_ = cursor.u32();
   index_ = cursor.take(blockCount_ * indexPairLength);
-  if (!cursor.ok()) return {Fault::indexTooShort, offset};
+  if (!cursor.ok()) return Failure{Fault::indexTooShort, offset};
   return {};
 }
 
-Failure Store::openVariables(std::uint32_t offset, std::uint32_t length) {
-  if (!isInside(offset, length)) return {Fault::variablesPastEnd, offset};
+Result<void, Failure> Store::openVariables(std::uint32_t offset, std::uint32_t length) {
+  if (!isInside(offset, length)) return Failure{Fault::variablesPastEnd, offset};
   Cursor cursor(file_.substr(offset, length));
   bool found = false;
   for (std::uint32_t left = cursor.u32(); left > 0 && cursor.ok(); --left) {
@@ -47,8 +50,8 @@ Failure Store::openVariables(std::uint32_t offset, std::uint32_t length) {
       found = true;
     }
   }
-  if (!cursor.ok()) return {Fault::variablesTooShort, offset};
-  if (!found) return {Fault::noPaths, offset};
+  if (!cursor.ok()) return Failure{Fault::variablesTooShort, offset};
+  if (!found) return Failure{Fault::noPaths, offset};
   return {};
 }
 

@@ -23,120 +23,117 @@ struct Node {
   std::string_view pairs;
 };
 
-Failure readNode(const Store& store, std::uint32_t number, Node& node) {
-  std::string_view block;
-  if (const Failure failure = store.block(number, block)) return failure;
-  Cursor cursor(block);
+Result<Node, Failure> readNode(const Store& store, std::uint32_t number) {
+  const auto block = store.block(number);
+  if (!block) return block.error();
+  Cursor cursor(*block);
+  Node node;
   node.leaf = cursor.u16() != 0;
   const std::size_t count = cursor.u16();
   node.next = cursor.u32();
   cursor.u32();  // the leaf before
-  if (!cursor.ok()) return {Fault::shortNode, store.offsetOf(block)};
+  if (!cursor.ok()) return Failure{Fault::shortNode, store.offsetOf(*block)};
   node.pairs = cursor.take((node.leaf ? count : count + 1) * pairLength);
-  if (!cursor.ok()) return {Fault::nodeTooShort, store.offsetOf(block)};
-  return {};
+  if (!cursor.ok()) return Failure{Fault::nodeTooShort, store.offsetOf(*block)};
+  return node;
 }
 
 class Walk {
  public:
   explicit Walk(const Store& store) : store_(store), seen_(store.blockCount()) {}
 
-  Failure run(std::uint32_t root, Leaves& leaves) {
+  Result<Leaves, Failure> run(std::uint32_t root) {
     std::vector<std::uint32_t> level;
-    if (const Failure failure = visit(root, level)) return failure;
-    std::vector<Node> nodes;
+    if (const auto visited = visit(root, level); !visited) return visited.error();
     for (;;) {
-      if (const Failure failure = readLevel(level, nodes)) return failure;
-      if (nodes.front().leaf) break;
+      const auto nodes = readLevel(level);
+      if (!nodes) return nodes.error();
+      if (nodes->front().leaf) return gather(*nodes, level);
       level.clear();
-      for (const Node& node : nodes) {
-        if (const Failure failure = visitChildren(node, level)) return failure;
+      for (const Node& node : *nodes) {
+        for (Cursor cursor(node.pairs); !cursor.rest().empty();) {
+          if (const auto visited = visit(cursor.u32(), level); !visited) return visited.error();
+          cursor.u32();  // the key, which only a search needs
+        }
       }
     }
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-      const std::uint32_t expected = i + 1 < level.size() ? level[i + 1] : 0;
-      if (const Failure failure = checkNext(nodes[i], expected)) return failure;
-      if (const Failure failure = addLeaf(nodes[i], leaves)) return failure;
-    }
-    return {};
   }
 
  private:
-  Failure visit(std::uint32_t number, std::vector<std::uint32_t>& level) {
-    std::string_view block;
-    if (const Failure failure = store_.block(number, block)) return failure;
-    if (seen_[number]) return {Fault::nodeTwice, store_.offsetOf(block)};
+  Result<void, Failure> visit(std::uint32_t number, std::vector<std::uint32_t>& level) {
+    const auto block = store_.block(number);
+    if (!block) return block.error();
+    if (seen_[number]) return Failure{Fault::nodeTwice, store_.offsetOf(*block)};
     seen_[number] = true;
     level.push_back(number);
     return {};
   }
 
-  Failure visitChildren(const Node& node, std::vector<std::uint32_t>& level) {
-    for (Cursor cursor(node.pairs); !cursor.rest().empty();) {
-      const std::uint32_t child = cursor.u32();
-      cursor.u32();  // the key, which only a search needs
-      if (const Failure failure = visit(child, level)) return failure;
-    }
-    return {};
-  }
-
-  Failure readLevel(const std::vector<std::uint32_t>& level, std::vector<Node>& nodes) const {
-    nodes.clear();
+  Result<std::vector<Node>, Failure> readLevel(const std::vector<std::uint32_t>& level) const {
+    std::vector<Node> nodes;
     for (const std::uint32_t number : level) {
-      Node node;
-      if (const Failure failure = readNode(store_, number, node)) return failure;
-      nodes.push_back(node);
-      if (node.leaf != nodes.front().leaf) return {Fault::unevenTree, store_.offsetOf(node.pairs)};
+      const auto node = readNode(store_, number);
+      if (!node) return node.error();
+      nodes.push_back(*node);
+      if (node->leaf != nodes.front().leaf) return Failure{Fault::unevenTree, store_.offsetOf(node->pairs)};
     }
-    return {};
+    return nodes;
   }
 
-  // Each path has a block of its own for its id, or two would have the same. So overlapping leaves gain
-  // nothing.
-  Failure addLeaf(const Node& node, Leaves& leaves) const {
-    leaves.leaves.push_back({node.pairs, leaves.pathCount});
-    const std::size_t count = node.pairs.size() / pairLength;
-    if (count > store_.blockCount() - leaves.pathCount) return {Fault::idTwice, store_.offsetOf(node.pairs)};
-    leaves.pathCount += static_cast<std::uint32_t>(count);
-    return {};
+  Result<Leaves, Failure> gather(const std::vector<Node>& nodes,
+                                 const std::vector<std::uint32_t>& level) const {
+    Leaves leaves;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      const std::string_view pairs = nodes[i].pairs;
+      const std::uint32_t expected = i + 1 < level.size() ? level[i + 1] : 0;
+      if (const auto checked = checkNext(nodes[i], expected); !checked) return checked.error();
+      // Each path has a block of its own for its id, or two would have the same. So overlapping leaves gain
+      // nothing.
+      const std::size_t count = pairs.size() / pairLength;
+      if (count > store_.blockCount() - leaves.pathCount)
+        return Failure{Fault::idTwice, store_.offsetOf(pairs)};
+      leaves.pairs.push_back(pairs);
+      leaves.pathCount += static_cast<std::uint32_t>(count);
+    }
+    return leaves;
   }
 
   // The chain of leaves says again what the tree has said. Where they differ, paths would be missing or come
   // twice.
-  Failure checkNext(const Node& leaf, std::uint32_t expected) const {
+  Result<void, Failure> checkNext(const Node& leaf, std::uint32_t expected) const {
     if (leaf.next == expected) return {};
     const std::uint64_t offset = store_.offsetOf(leaf.pairs);
-    if (leaf.next == 0) return {Fault::chainLeavesTree, offset};
-    Node next;
-    if (const Failure failure = readNode(store_, leaf.next, next)) return failure;
-    if (!next.leaf) return {Fault::innerNodeInChain, offset};
-    return {seen_[leaf.next] ? Fault::chainLoops : Fault::chainLeavesTree, offset};
+    if (leaf.next == 0) return Failure{Fault::chainLeavesTree, offset};
+    const auto next = readNode(store_, leaf.next);
+    if (!next) return next.error();
+    if (!next->leaf) return Failure{Fault::innerNodeInChain, offset};
+    return Failure{seen_[leaf.next] ? Fault::chainLoops : Fault::chainLeavesTree, offset};
   }
 
   const Store& store_;
-  std::vector<bool> seen_;
+  std::vector<bool> seen_;  // by block
 };
 
 }  // namespace
 
-Failure readTree(const Store& store, Leaves& leaves) {
-  std::string_view block;
-  if (const Failure failure = store.block(store.pathsBlock(), block)) return failure;
-  const std::uint64_t offset = store.offsetOf(block);
-  Cursor tree(block);
+Result<Leaves, Failure> readTree(const Store& store) {
+  const auto block = store.block(store.pathsBlock());
+  if (!block) return block.error();
+  const std::uint64_t offset = store.offsetOf(*block);
+  Cursor tree(*block);
   const std::string_view magic = tree.take(4);
   const std::uint32_t version = tree.u32();
   const std::uint32_t root = tree.u32();
   tree.u32();  // the node size
   const std::uint32_t pathCount = tree.u32();
   tree.u8();
-  if (!tree.ok()) return {Fault::shortTree, offset};
-  if (magic != "tree") return {Fault::wrongTreeMagic, offset};
-  if (version != 1) return {Fault::wrongTreeVersion, offset};
+  if (!tree.ok()) return Failure{Fault::shortTree, offset};
+  if (magic != "tree") return Failure{Fault::wrongTreeMagic, offset};
+  if (version != 1) return Failure{Fault::wrongTreeVersion, offset};
 
-  if (const Failure failure = Walk(store).run(root, leaves)) return failure;
-  if (leaves.pathCount != pathCount) return {Fault::wrongPathCount, offset};
-  return {};
+  auto leaves = Walk(store).run(root);
+  if (leaves && leaves->pathCount != pathCount) return Failure{Fault::wrongPathCount, offset};
+  return leaves;
 }
 
 }  // namespace pelmarix::lsbom

@@ -5,22 +5,20 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "lsbom/fault.h"
 #include "lsbom/store.h"
 
 namespace pelmarix::lsbom {
 
-struct Leaf {
-  std::string_view pairs;   // of block numbers, 8 bytes each: one pair for each path
-  std::uint32_t firstPath;  // how many paths the leaves ahead of this one have
-};
-
+/// The leaves of a tree, in its order.
 struct Leaves {
-  std::vector<Leaf> leaves;  // in the order of the tree
-  std::uint32_t pathCount = 0;
+  /// Of each leaf: pairs of block numbers, u32 each, one pair for each path.
+  std::vector<std::string_view> pairs;
+  std::uint32_t pathCount = 0;  ///< of all leaves; each path could have a block of its own
 };
 
-// Walks the tree level by level. No node is visited twice, so the work is bounded by the number of blocks.
-Failure readTree(const Store& store, Leaves& leaves);
+/// Walks the tree level by level. No node is visited twice, so the work is bounded by the number of blocks.
+Result<Leaves, Failure> readTree(const Store& store);
 
 }  // namespace pelmarix::lsbom

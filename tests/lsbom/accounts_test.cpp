@@ -31,7 +31,7 @@ TEST(Accounts, PassesOverLinesOfAnyOtherForm) {
   for (const std::uint32_t id : {0U, 1U, 2U, 3U, 2147483647U}) EXPECT_EQ(accounts.name(id), nullptr);
 }
 
-TEST(Accounts, AreNoneWithoutAText) {
+TEST(Accounts, AreNoneWithoutALine) {
   EXPECT_EQ(Accounts().name(0), nullptr);
   EXPECT_EQ(Accounts("").name(0), nullptr);
 }

@@ -100,11 +100,12 @@ TEST(BillOfMaterials, ReadsAFileThatIsUnusualInEveryWay) {
 }
 
 TEST(BillOfMaterials, AnEmptyListHasNoEntries) {
-  BillOfMaterials bill;
-  EXPECT_FALSE(bill.read(writeBillOfMaterials({})));
-  EXPECT_EQ(bill.size(), 0U);
-  EXPECT_FALSE(bill.read(writeBillOfMaterials({}, {.paddedNodes = false})));
-  EXPECT_EQ(bill.size(), 0U);
+  for (const bool paddedNodes : {true, false}) {
+    const std::string bytes = writeBillOfMaterials({}, {.paddedNodes = paddedNodes});
+    const auto bom = BillOfMaterials::read(bytes);
+    ASSERT_TRUE(bom);
+    EXPECT_EQ(bom->size(), 0U);
+  }
 }
 
 TEST(BillOfMaterials, FindsParentsWhereIdsHaveGaps) {
@@ -215,14 +216,17 @@ TEST(BillOfMaterials, ReadsLongNamesAndLongFoldersThatDoNotMeet) {
               ElementsAre(folder, folder + "/a", file));
 }
 
-TEST(BillOfMaterials, CanReadAnotherFileAfterAFailure) {
-  BillOfMaterials bill;
-  EXPECT_EQ(bill.read("BOM").fault, Fault::shortHeader);
+TEST(BillOfMaterials, StandsAloneWhenAnotherFileFails) {
   const std::string bytes = writeBillOfMaterials(package);
-  EXPECT_FALSE(bill.read(bytes));
-  EXPECT_EQ(bill.size(), package.size());
-  EXPECT_EQ(bill.read("").fault, Fault::shortHeader);
-  EXPECT_EQ(bill.size(), 0U);
+  auto bom = BillOfMaterials::read("BOM");
+  ASSERT_FALSE(bom);
+  EXPECT_EQ(bom.error().fault, Fault::shortHeader);
+  bom = BillOfMaterials::read(bytes);
+  ASSERT_TRUE(bom);
+  EXPECT_EQ(bom->size(), package.size());
+  bom = BillOfMaterials::read("");
+  ASSERT_FALSE(bom);
+  EXPECT_EQ(bom.error().fault, Fault::shortHeader);
 }
 
 }  // namespace

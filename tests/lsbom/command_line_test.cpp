@@ -8,26 +8,33 @@
 namespace pelmarix::lsbom {
 namespace {
 
-std::string errorOf(const std::vector<std::string>& arguments) { return parseCommandLine(arguments).error; }
+CommandLine parsed(const std::vector<std::string>& arguments) {
+  const auto command = parseCommandLine(arguments);
+  EXPECT_TRUE(command);
+  return command ? *command : CommandLine();
+}
+
+std::string errorOf(const std::vector<std::string>& arguments) {
+  const auto command = parseCommandLine(arguments);
+  return command ? "" : command.error().message;
+}
 
 TEST(CommandLine, TakesFilesAlone) {
-  const CommandLine command = parseCommandLine({"a.bom", "b.bom"});
-  EXPECT_EQ(command.error, "");
+  const CommandLine command = parsed({"a.bom", "b.bom"});
   EXPECT_EQ(command.files, (std::vector<std::string>{"a.bom", "b.bom"}));
   EXPECT_EQ(command.options.columns, "");
-  EXPECT_FALSE(command.options.processor);
+  EXPECT_FALSE(command.options.architecture);
 }
 
 TEST(CommandLine, TakesEveryLetterOfItsOwn) {
-  const ListOptions options =
-      parseCommandLine({"-b", "-c", "-d", "-f", "-l", "-m", "-s", "-x", "bom"}).options;
+  const ListOptions options = parsed({"-b", "-c", "-d", "-f", "-l", "-m", "-s", "-x", "bom"}).options;
   EXPECT_TRUE(options.blockDevices && options.characterDevices && options.folders && options.files &&
               options.links);
   EXPECT_TRUE(options.modificationTimes && options.pathsOnly && options.suppressModes);
 }
 
 TEST(CommandLine, SetsNothingButWhatIsNamed) {
-  const ListOptions options = parseCommandLine({"-f", "bom"}).options;
+  const ListOptions options = parsed({"-f", "bom"}).options;
   EXPECT_TRUE(options.files);
   EXPECT_FALSE(options.blockDevices || options.characterDevices || options.folders || options.links);
   EXPECT_FALSE(options.modificationTimes || options.pathsOnly || options.suppressModes);
@@ -36,8 +43,7 @@ TEST(CommandLine, SetsNothingButWhatIsNamed) {
 TEST(CommandLine, TakesLettersTogetherAndTheColumnsBehindThem) {
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"-f", "-p", "fsT", "bom"}, {"-fp", "fsT", "bom"}, {"-fpfsT", "bom"}}) {
-    const CommandLine command = parseCommandLine(arguments);
-    EXPECT_EQ(command.error, "");
+    const CommandLine command = parsed(arguments);
     EXPECT_TRUE(command.options.files);
     EXPECT_EQ(command.options.columns, "fsT");
     EXPECT_EQ(command.files, std::vector<std::string>{"bom"});
@@ -45,28 +51,27 @@ TEST(CommandLine, TakesLettersTogetherAndTheColumnsBehindThem) {
 }
 
 TEST(CommandLine, KnowsEveryColumn) {
-  const CommandLine command = parseCommandLine({"-p", "fFgGmMsStTuU/?", "bom"});
-  EXPECT_EQ(command.error, "");
+  const CommandLine command = parsed({"-p", "fFgGmMsStTuU/?", "bom"});
   EXPECT_EQ(command.options.columns, "fFgGmMsStTuU/?");
 }
 
 TEST(CommandLine, TakesTheColumnsThatAreNamedLast) {
-  EXPECT_EQ(parseCommandLine({"-pf", "-ps", "bom"}).options.columns, "s");
+  EXPECT_EQ(parsed({"-pf", "-ps", "bom"}).options.columns, "s");
 }
 
-TEST(CommandLine, KnowsProcessorsByName) {
-  EXPECT_EQ(parseCommandLine({"--arch", "i386", "bom"}).options.processor, 7U);
-  EXPECT_EQ(parseCommandLine({"--arch=x86_64", "bom"}).options.processor, 0x1000007U);
-  EXPECT_EQ(parseCommandLine({"--arch=arm", "bom"}).options.processor, 12U);
-  EXPECT_EQ(parseCommandLine({"--arch=arm64", "bom"}).options.processor, 0x100000CU);
-  EXPECT_EQ(parseCommandLine({"--arch=ppc", "bom"}).options.processor, 18U);
-  EXPECT_EQ(parseCommandLine({"--arch=ppc64", "bom"}).options.processor, 0x1000012U);
+TEST(CommandLine, KnowsArchitecturesByName) {
+  EXPECT_EQ(parsed({"--arch", "i386", "bom"}).options.architecture, 7U);
+  EXPECT_EQ(parsed({"--arch=x86_64", "bom"}).options.architecture, 0x1000007U);
+  EXPECT_EQ(parsed({"--arch=arm", "bom"}).options.architecture, 12U);
+  EXPECT_EQ(parsed({"--arch=arm64", "bom"}).options.architecture, 0x100000CU);
+  EXPECT_EQ(parsed({"--arch=ppc", "bom"}).options.architecture, 18U);
+  EXPECT_EQ(parsed({"--arch=ppc64", "bom"}).options.architecture, 0x1000012U);
 }
 
 TEST(CommandLine, EndsItsOptionsAtTheFirstFile) {
-  EXPECT_EQ(parseCommandLine({"bom", "-f"}).files, (std::vector<std::string>{"bom", "-f"}));
-  EXPECT_EQ(parseCommandLine({"-f", "--", "-s"}).files, std::vector<std::string>{"-s"});
-  EXPECT_EQ(parseCommandLine({"-", "-s"}).files, (std::vector<std::string>{"-", "-s"}));
+  EXPECT_EQ(parsed({"bom", "-f"}).files, (std::vector<std::string>{"bom", "-f"}));
+  EXPECT_EQ(parsed({"-f", "--", "-s"}).files, std::vector<std::string>{"-s"});
+  EXPECT_EQ(parsed({"-", "-s"}).files, (std::vector<std::string>{"-", "-s"}));
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow) {
@@ -74,8 +79,8 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_EQ(errorOf({"-fz", "bom"}), "unknown option -z");
   EXPECT_EQ(errorOf({"--files", "bom"}), "unknown option --files");
   EXPECT_EQ(errorOf({"--archive=x", "bom"}), "unknown option --archive");
-  EXPECT_EQ(errorOf({"--arch", "vax", "bom"}), "unknown processor vax");
-  EXPECT_EQ(errorOf({"--arch=", "bom"}), "unknown processor ");
+  EXPECT_EQ(errorOf({"--arch", "vax", "bom"}), "unknown architecture vax");
+  EXPECT_EQ(errorOf({"--arch=", "bom"}), "unknown architecture ");
   EXPECT_EQ(errorOf({"-p", "fc", "bom"}), "unknown column c");
 }
 

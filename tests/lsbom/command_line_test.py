@@ -2,7 +2,9 @@
 
 import os
 import pathlib
+import resource
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -10,8 +12,15 @@ import unittest
 
 LSBOM, WRITE_BOM = sys.argv[1:3]
 del sys.argv[1:3]
+INSTRUMENTED = "--instrumented" in sys.argv
+if INSTRUMENTED:
+    sys.argv.remove("--instrumented")
 
-USAGE = "usage: lsbom [-bcdflmsx] [--arch processor] [-p letters] bom ...\n"
+USAGE = "usage: lsbom [-bcdflmsx] [--arch architecture] [-p letters] bom ...\n"
+
+
+TIME_OUT = 60  # seconds: far more than any of the listings takes
+CANNOT_BE_LOADED = 127  # of the system's loader, where a program has no memory for its libraries
 
 
 def run(*arguments, volume=None, **options):
@@ -19,7 +28,9 @@ def run(*arguments, volume=None, **options):
     if volume is not None:
         environment["PELMARIX_VOLUME"] = str(volume)
     options = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options}
-    return subprocess.run([LSBOM, *map(str, arguments)], env=environment, check=False, text=True, **options)
+    return subprocess.run(
+        [LSBOM, *map(str, arguments)], env=environment, check=False, text=True, timeout=TIME_OUT, **options
+    )
 
 
 def outcome(result):
@@ -96,13 +107,83 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(outcome(run("-z", bom)), (64, "", "lsbom: unknown option -z\n" + USAGE))
         self.assertEqual(outcome(run("-p", "ff", bom)), (64, "", "lsbom: column f is named twice\n" + USAGE))
 
-    def test_reads_from_a_pipe_what_it_reads_from_a_file(self):
-        for count in (3, 30000):
-            bom = self.write("a.bom", count)
-            listing = run(bom).stdout
-            self.assertEqual(listing.count("\n"), count)
-            with subprocess.Popen(["cat", bom], stdout=subprocess.PIPE) as cat:
-                self.assertEqual(outcome(run("/dev/stdin", stdin=cat.stdout)), (0, listing, ""))
+    def test_reads_a_file_that_is_its_standard_input(self):
+        bom = self.write("a.bom", 3)
+        with bom.open("rb") as file:
+            self.assertEqual(outcome(run("/dev/stdin", stdin=file)), outcome(run(bom)))
+
+    def test_refuses_whatever_is_no_regular_file(self):
+        bom = self.folder / "x.bom"
+
+        def refuses(words, path=bom):
+            self.assertEqual(outcome(run("-f", "-p", "fsT", path)), (1, "", f"lsbom: {path}: {words}\n"))
+
+        os.mkfifo(bom)
+        refuses("Invalid argument")
+        bom.unlink()
+        bom.mkdir()
+        refuses("Is a directory")
+        bom.rmdir()
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind(str(bom))
+            refuses("No such device or address")
+        bom.unlink()
+        for target, words in [
+            ("missing", "No such file or directory"),
+            ("x.bom", "Too many levels of symbolic links"),
+            ("/dev/zero", "Invalid argument"),
+        ]:
+            bom.symlink_to(target)
+            refuses(words)
+            bom.unlink()
+        refuses("Invalid argument", "/dev/zero")
+        refuses("Not a directory", "/dev/null/x.bom")
+
+    def test_refuses_a_pipe_that_nobody_writes_to(self):
+        reader, writer = os.pipe()
+        self.addCleanup(os.close, reader)
+        self.addCleanup(os.close, writer)
+        result = run("/dev/stdin", stdin=reader)
+        self.assertEqual(outcome(result), (1, "", "lsbom: /dev/stdin: Invalid argument\n"))
+
+    def test_prints_ids_where_the_file_of_names_is_a_pipe(self):
+        bom = self.write("a.bom", 6)
+        accounts = self.folder / "Volume/etc"
+        accounts.mkdir(parents=True)
+        os.mkfifo(accounts / "passwd")
+        os.mkfifo(accounts / "group")
+        self.assertEqual(outcome(run("-fp?", bom, volume=self.folder / "Volume")), (0, "0/80\n", ""))
+
+    def run_in_memory(self, size, *arguments):
+        if INSTRUMENTED:
+            self.skipTest("the program takes more memory than its own")
+        return outcome(run(*arguments, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (size, size))))
+
+    def test_refuses_a_huge_file_by_its_first_bytes(self):
+        huge = self.folder / "huge.bom"
+        with huge.open("wb") as file:
+            file.truncate(3 << 30)
+        message = f'lsbom: {huge}: not a bill of materials: it does not begin with "BOMStore" (at byte 0)\n'
+        self.assertEqual(self.run_in_memory(300 << 20, huge), (1, "", message))
+
+    def test_says_so_when_there_is_too_little_memory_for_a_huge_file(self):
+        huge = self.folder / "huge.bom"
+        with huge.open("wb") as file:
+            file.write(b"BOMStore")
+            file.truncate(3 << 30)
+        self.assertEqual(self.run_in_memory(300 << 20, huge), (1, "", "lsbom: out of memory\n"))
+
+    def test_lists_all_or_says_so_under_any_limit_of_memory(self):
+        bom = self.write("a.bom", 20000)
+        listing = run("-fpfsTUG", bom).stdout
+        size = 1 << 20
+        while self.run_in_memory(size, "-fpfsTUG", bom)[0] == CANNOT_BE_LOADED:
+            size += 32 << 10
+        smallest = size
+        while (result := self.run_in_memory(size, "-fpfsTUG", bom)) != (0, listing, ""):
+            self.assertEqual(result, (1, "", "lsbom: out of memory\n"), f"in {size} bytes")
+            size += 32 << 10
+        self.assertGreater(size, smallest)
 
     def test_notices_a_full_disk(self):
         for count in (1, 30000):

@@ -32,20 +32,20 @@ class EditableBom {
     return setU16(offset, value >> 16).setU16(offset + 2, value);
   }
 
-  // Places in the file.
+  /// Places in the file.
   std::size_t index() const { return u32(16); }
   std::size_t variables() const { return u32(24); }
   std::size_t indexPair(std::uint32_t block) const { return index() + 4 + std::size_t{8} * block; }
   std::size_t block(std::uint32_t number) const { return u32(indexPair(number)); }
   std::size_t tree() const { return block(pathsBlock()); }
 
-  // Numbers of blocks.
+  /// Numbers of blocks.
   std::uint32_t pathsBlock() const { return u32(variableNamed("Paths")); }
   std::uint32_t rootNode() const { return u32(tree() + 8); }
   std::uint32_t childNode(std::uint32_t node, std::uint32_t child) const {
     return u32(block(node) + 12 + std::size_t{8} * child);
   }
-  // Of a path in the first leaf, or in the only one.
+  /// Of a path in the first leaf, or in the only one.
   std::uint32_t numbersBlock(std::uint32_t path) const { return u32(pathPair(path)); }
   std::uint32_t nameBlock(std::uint32_t path) const { return u32(pathPair(path) + 4); }
   std::uint32_t recordBlock(std::uint32_t path) const { return u32(block(numbersBlock(path)) + 4); }
@@ -58,7 +58,7 @@ class EditableBom {
     return node;
   }
 
-  // Where the entry of a variable begins: its block's number, the length of its name, its name.
+  /// Where the entry of a variable begins: its block's number, the length of its name, its name.
   std::size_t variableNamed(std::string_view name) const {
     std::size_t offset = variables() + 4;
     for (std::uint32_t left = u32(variables()); left > 0; --left) {

@@ -2,130 +2,79 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <string>
-#include <thread>
 
-#include "lsbom/parallel.h"
 #include "tests/lsbom/support.h"
 
 namespace pelmarix::lsbom {
 namespace {
 
-TEST(Output, WritesTextsInTheOrderOfTheirNumbers) {
+TEST(Output, WritesNothingBeforeItIsFlushed) {
   const TemporaryFile file;
   Output output(file.get());
-  {
-    const std::jthread second([&output] { Text(output, 1).append("second"); });
-    const std::jthread third([&output] { Text(output, 2).append("third"); });
-    Text(output, 0).append("first ");
-  }
-  output.finish();
-  EXPECT_EQ(file.content(), "first secondthird");
+  output.append("first ");
+  EXPECT_EQ(file.content(), "");
+  EXPECT_TRUE(output.flush());
+  EXPECT_EQ(file.content(), "first ");
 }
 
-TEST(Output, KeepsTextsThatEndAheadOfTheirTurn) {
+TEST(Output, WritesPiecesOfAnyLengthInOrder) {
+  const std::string line(1000000, 'x');
   const TemporaryFile file;
   Output output(file.get());
-  {
-    Text first(output, 0);
-    Text(output, 1).append("second ");
-    Text(output, 2).append("third");
-    first.append("first ");
-  }
-  output.finish();
-  EXPECT_EQ(file.content(), "first second third");
+  output.append('a');
+  output.append(line);
+  output.append('z');
+  EXPECT_TRUE(output.flush());
+  EXPECT_EQ(file.content(), "a" + line + "z");
 }
 
-TEST(Output, WritesManyTextsOfManyLengthsInOrder) {
-  std::string expected;
-  const auto textOf = [](std::size_t number) {
-    return std::string(number % 7 == 0 ? 300000 : number, static_cast<char>('a' + number % 26));
-  };
-  for (std::size_t number = 0; number < 500; ++number) expected += textOf(number);
+TEST(Output, IsFullAfterManyLinesUntilItIsFlushed) {
   const TemporaryFile file;
   Output output(file.get());
-  inParallel(500, 1, [&](std::size_t number, std::size_t) {
-    Text text(output, number);
-    for (const char character : textOf(number)) text.append(character);
-  });
-  output.finish();
-  EXPECT_EQ(file.content(), expected);
-}
-
-TEST(Output, WritesALongTextByAndBy) {
-  const std::string line(1000, 'x');
-  const TemporaryFile file;
-  Output output(file.get());
-  {
-    Text text(output, 0);
-    for (int i = 0; i < 3000; ++i) text.append(line);
-  }
-  output.finish();
-  EXPECT_EQ(file.content(), std::string(3000000, 'x'));
-}
-
-TEST(Output, WritesPiecesThatAreLongerThanItsBuffer) {
-  const std::string piece(1000000, 'x');
-  const TemporaryFile file;
-  Output output(file.get());
-  {
-    Text text(output, 0);
-    text.append('a');
-    text.append(piece);
-    text.append('z');
-  }
-  output.finish();
-  EXPECT_EQ(file.content(), "a" + piece + "z");
+  std::size_t lines = 0;
+  for (; !output.isFull(); ++lines) output.append("a line of a listing\n");
+  EXPECT_GT(lines, 1000U);
+  EXPECT_LT(lines, 100000U);
+  EXPECT_TRUE(output.flush());
+  EXPECT_FALSE(output.isFull());
+  EXPECT_EQ(file.content().size(), lines * 20);
 }
 
 TEST(Output, WritesNumbers) {
   const TemporaryFile file;
   Output output(file.get());
-  {
-    Text text(output, 0);
-    text.appendNumber(4294967295);
-    text.append(' ');
-    text.appendNumber(4294967295, 8);
-    text.append(' ');
-    text.appendNumber(0);
-  }
-  output.finish();
+  output.appendNumber(4294967295);
+  output.append(' ');
+  output.appendNumber(4294967295, 8);
+  output.append(' ');
+  output.appendNumber(0);
+  EXPECT_TRUE(output.flush());
   EXPECT_EQ(file.content(), "4294967295 37777777777 0");
 }
 
-TEST(Output, BeginsAgainAfterItHasFinished) {
+TEST(Output, GoesOnAfterItWasFlushed) {
   const TemporaryFile file;
   Output output(file.get());
-  Text(output, 0).append("one ");
-  output.finish();
-  Text(output, 0).append("two");
-  output.finish();
+  output.append("one ");
+  EXPECT_TRUE(output.flush());
+  output.append("two");
+  EXPECT_TRUE(output.flush());
   EXPECT_EQ(file.content(), "one two");
-  EXPECT_EQ(output.error(), 0);
 }
 
-TEST(Output, KeepsTheFirstErrorOfItsFile) {
-  std::FILE* const full = std::fopen("/dev/full", "wb");
-  ASSERT_NE(full, nullptr);
-  Output output(full);
-  Text(output, 0).append("lost when the buffer of the file is handed on");
-  output.finish();
-  EXPECT_EQ(output.error(), ENOSPC);
-  Text(output, 0).append("never tried");
-  output.finish();
-  EXPECT_EQ(output.error(), ENOSPC);
-  std::fclose(full);
-}
-
-TEST(Output, NoticesAnErrorWhileItWrites) {
-  std::FILE* const full = std::fopen("/dev/full", "wb");
-  ASSERT_NE(full, nullptr);
-  std::setvbuf(full, nullptr, _IONBF, 0);
-  Output output(full);
-  Text(output, 0).append("lost at once");
-  EXPECT_EQ(output.error(), ENOSPC);
-  std::fclose(full);
+TEST(Output, TellsTheErrorOfItsFile) {
+  for (const bool buffered : {true, false}) {
+    std::FILE* const full = std::fopen("/dev/full", "wb");
+    ASSERT_NE(full, nullptr);
+    if (!buffered) std::setvbuf(full, nullptr, _IONBF, 0);
+    Output output(full);
+    output.append("lost");
+    const auto flushed = output.flush();
+    ASSERT_FALSE(flushed);
+    EXPECT_EQ(flushed.error(), std::errc::no_space_on_device);
+    std::fclose(full);
+  }
 }
 
 }  // namespace

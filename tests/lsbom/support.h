@@ -10,7 +10,7 @@
 
 namespace pelmarix::lsbom {
 
-// A file without a name that goes away with this object.
+/// A file without a name that goes away with this object.
 class TemporaryFile {
  public:
   TemporaryFile() = default;
@@ -21,25 +21,25 @@ class TemporaryFile {
   std::FILE* get() const { return file_; }
 
   std::string content() const {
-    std::string text(static_cast<std::size_t>(std::ftell(file_)), '\0');
+    std::string bytes(static_cast<std::size_t>(std::ftell(file_)), '\0');
     std::rewind(file_);
-    text.resize(std::fread(text.data(), 1, text.size(), file_));
-    return text;
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file_));
+    return bytes;
   }
 
  private:
   std::FILE* file_ = std::tmpfile();
 };
 
-// The listing of a file's bytes; the sentence of the fault where they are no bill of materials.
+/// The listing of a file's bytes, or what went wrong.
 inline std::string listingOf(std::string_view bytes, const ListOptions& options = {},
                              const AccountNames& names = {}) {
-  BillOfMaterials bill;
-  if (const Failure failure = bill.read(bytes)) return std::string(describe(failure.fault));
+  const auto bom = BillOfMaterials::read(bytes);
+  if (!bom) return std::string(describe(bom.error().fault));
   const TemporaryFile file;
   Output output(file.get());
-  list(bill, options, names, output);
-  return file.content();
+  const auto listed = list(*bom, options, names, output);
+  return listed ? file.content() : listed.error().message();
 }
 
 }  // namespace pelmarix::lsbom
