@@ -19,7 +19,7 @@ Result<BomFile, std::error_code> BomFile::read(const std::string& path) {
 
   // Not cleared first: all of it that is used is read into.
   const std::size_t size = std::max(static_cast<std::size_t>(file->size()), *begun);
-  auto bytes = std::make_unique_for_overwrite<char[]>(size);
+  std::unique_ptr<char[]> bytes(new char[size]);
   std::copy_n(beginning.get(), *begun, bytes.get());
   const auto rest = file->read(bytes.get() + *begun, size - *begun);
   if (!rest) return rest.error();
