@@ -5,9 +5,8 @@
 
 namespace pelmarix::plist {
 
-/// Decodes, into a new document and into a used one, looks at every value once, and ends the process where a
-/// promise of the decoder is broken: the bound on the heap, the depth, the validity of text, the position of
-/// an error.
+/// Decodes, walks the values, and ends the process where a promise of the decoder is broken: the bound on the
+/// heap, the depth, the validity of text, the position of an error.
 void check(std::string_view bytes);
 
 }  // namespace pelmarix::plist

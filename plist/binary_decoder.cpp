@@ -3,11 +3,10 @@
 //   header    8 bytes: "bplist0" and any other byte
 //   objects   one behind the other, each a marker byte and what the table below says
 //   table     for each object its offset from the start of the file
-//   trailer   32 bytes: 6 unused, width of an offset, width of a reference, then in 8 bytes each the number
-//   of
-//             objects, the number of the top object, the offset of the table
+//   trailer   32 bytes: 6 unused, the width of an offset, the width of a reference, then in 8 bytes each
+//             the number of objects, the number of the top object, the offset of the table
 //
-//   marker    object              follows
+//   marker    object              followed by
 //   00        null
 //   08 09     false, true
 //   1n        integer             2^n bytes, n up to 4: 1, 2, 4 unsigned, 8 signed, of 16 the low 8 unsigned
@@ -20,20 +19,18 @@
 //   An Cn     array, set          n references
 //   Dn        dictionary          n references to keys, then n to values
 //
-// In 4n to 6n and An to Dn, n = F says that the number follows the marker, as an integer object. A reference
+// In 4n to 6n and An to Dn, n = F says that the count follows the marker, as an integer object. A reference
 // is the number of an object.
 
 #include "plist/binary_decoder.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdint>
 #include <limits>
 #include <optional>
 
-#include "base/result.h"
-#include "plist/limits.h"
+#include "base/utf8.h"
 #include "plist/unicode.h"
 
 namespace pelmarix::plist {
@@ -60,9 +57,10 @@ bool isTooNarrow(std::size_t width, std::size_t limit) {
 Result<Trailer, Error> readTrailer(std::string_view bytes) {
   if (bytes.size() < headerSize + 1 + trailerSize) return Error{Reason::tooShort, bytes.size()};
   const std::size_t start = bytes.size() - trailerSize;
-  const char* const fields = bytes.data() + start;
-  const Trailer trailer{bigEndian(fields + 6, 1), bigEndian(fields + 7, 1), bigEndian64(fields + 8),
-                        bigEndian64(fields + 16), bigEndian64(fields + 24)};
+  const auto field = [&](std::size_t at, std::size_t width) {
+    return bigEndian(bytes.substr(start + at, width));
+  };
+  const Trailer trailer{field(6, 1), field(7, 1), field(8, 8), field(16, 8), field(24, 8)};
 
   if (trailer.offsetWidth < 1 || trailer.offsetWidth > maximumWidth)
     return Error{Reason::badWidth, start + 6};
@@ -82,39 +80,39 @@ Result<Trailer, Error> readTrailer(std::string_view bytes) {
 }
 
 /// Decodes every object that the top object leads to, each once. Containers wait on a stack of their own, so
-/// the program's stack doesn't grow with the file.
+/// the program's stack doesn't grow with the file. Functions are false where the file is refused; error_ then
+/// tells why.
 class Decoder {
  public:
-  Decoder(std::string_view bytes, const Trailer& trailer, Tree& tree)
-      : bytes_(bytes),
-        trailer_(trailer),
-        tree_(tree),
-        bytesToCover_(overlapFactor * bytes.size() + overlapAllowance) {}
+  Decoder(std::string_view bytes, const Trailer& trailer)
+      : bytes_(bytes), trailer_(trailer), bytesToCover_(overlapFactor * bytes.size() + overlapAllowance) {}
 
-  Result<void, Error> decode() {
-    if (checkTable() && decodeObject(trailer_.topObject)) decodeContents();
-    if (error_) return *error_;
-    return {};
-  }
+  Result<Tree, Error> decode();
 
  private:
   /// Objects may overlap, which lets a small file describe objects far larger than itself. Nobody writes such
-  /// files; all the objects together may be this many times the file, and small files any size.
+  /// files; all the objects together may be this many times the file, and in small files any size.
   static constexpr std::size_t overlapFactor = 16;
   static constexpr std::size_t overlapAllowance = 262144;
 
-  /// A container whose contents are being decoded.
+  /// 1 for what is no container, and for a container one more than for its highest child.
+  using Height = std::uint16_t;
+  static constexpr Height notDecoded = 0;
+  /// Of a container whose children are being decoded.
+  static constexpr Height open = maximumDepth + 1;
+
+  /// A container whose children are being decoded, and where its references stand.
   struct Level {
     std::size_t object;
-    const char* nextReference;
-    /// Behind the references to keys; of an array or set, where they begin.
-    const char* endOfKeys;
-    const char* endOfReferences;
-    std::size_t deepestElement;
+    std::size_t nextReference;
+    /// In an array or set, where they begin.
+    std::size_t endOfKeys;
+    std::size_t endOfReferences;
+    Height heightOfChildren;
   };
 
-  bool fail(Reason reason, std::size_t offset) {
-    error_ = Error{reason, offset};
+  bool fail(Reason reason, std::size_t where) {
+    error_ = Error{reason, where};
     return false;
   }
 
@@ -122,34 +120,35 @@ class Decoder {
     return trailer_.tableStart + object * trailer_.offsetWidth;
   }
   std::size_t offset(std::size_t object) const {
-    return bigEndianBeforeTrailer(bytes_.data() + tableEntry(object), trailer_.offsetWidth);
+    return bigEndian(bytes_.substr(tableEntry(object), trailer_.offsetWidth));
   }
 
   bool checkTable();
-  void decodeContents();
-  bool decodeElement(Level& level);
+  bool decodeChildren();
+  bool decodeChild(Level& level);
   bool enter(std::size_t object);
-  bool checkDepth(std::size_t levels, std::size_t object);
+  bool checkDepth(std::size_t height, std::size_t object);
 
   bool decodeObject(std::size_t object);
   bool decodeSingleton(unsigned nibble, Node& node);
   bool decodeInteger(unsigned sizeExponent, Node& node);
   bool decodeReal(Type type, unsigned sizeExponent, Node& node);
   bool decodeUid(std::size_t width, Node& node);
+  bool decodeData(unsigned nibble, Node& node);
   bool decodeString(unsigned nibble, Node& node);
   bool decodeUtf16(unsigned nibble, Node& node);
   bool decodeContainer(Type type, unsigned nibble, Node& node);
 
-  /// Takes the next bytes of the object at hand. Fails where they would not all be objects' bytes.
-  const char* take(std::size_t size);
+  /// Takes the next bytes of the object at hand, which must all stand before the table.
+  bool take(std::size_t size, std::string_view& bytes);
   /// Takes `count` times `unit` bytes, where the count is the marker's or an integer behind it.
-  std::optional<std::string_view> takeCounted(unsigned nibble, std::size_t unit);
+  bool takeCounted(unsigned nibble, std::size_t unit, std::string_view& bytes);
 
   std::string_view bytes_;
   const Trailer& trailer_;
-  Tree& tree_;
-  std::array<Level, maximumDepth> levels_;
-  std::size_t depth_ = 0;
+  Tree tree_;
+  std::vector<Height> heights_;
+  std::vector<Level> levels_;
   std::size_t bytesToCover_;
   /// The object at hand and where its next byte is.
   std::size_t start_ = 0;
@@ -157,66 +156,73 @@ class Decoder {
   std::optional<Error> error_;
 };
 
+Result<Tree, Error> Decoder::decode() {
+  tree_.file = bytes_;
+  tree_.referenceWidth = trailer_.referenceWidth;
+  tree_.root = trailer_.topObject;
+  if (!checkTable() || !decodeObject(tree_.root) || !decodeChildren()) return *error_;
+  return std::move(tree_);
+}
+
 bool Decoder::checkTable() {
   for (std::size_t object = 0; object < trailer_.objectCount; ++object)
     if (offset(object) >= trailer_.tableStart) return fail(Reason::badOffset, tableEntry(object));
-  tree_.referenceWidth = trailer_.referenceWidth;
-  tree_.root = trailer_.topObject;
   tree_.nodes.resize(trailer_.objectCount);
+  heights_.resize(trailer_.objectCount, notDecoded);
   return true;
 }
 
-void Decoder::decodeContents() {
-  if (tree_.nodes[trailer_.topObject].isContainer() && !enter(trailer_.topObject)) return;
-  while (depth_ > 0) {
-    Level& level = levels_[depth_ - 1];
+bool Decoder::decodeChildren() {
+  if (tree_.nodes[tree_.root].isContainer() && !enter(tree_.root)) return false;
+  while (!levels_.empty()) {
+    Level& level = levels_.back();
     if (level.nextReference != level.endOfReferences) {
-      if (!decodeElement(level)) return;
+      if (!decodeChild(level)) return false;
       continue;
     }
-    const std::size_t levels = level.deepestElement + 1;
-    tree_.nodes[level.object].levels = levels & Node::levelsMask;
-    if (--depth_ == 0) return;
-    levels_[depth_ - 1].deepestElement = std::max(levels_[depth_ - 1].deepestElement, levels);
+    const auto height = static_cast<Height>(level.heightOfChildren + 1);
+    heights_[level.object] = height;
+    levels_.pop_back();
+    if (!levels_.empty()) levels_.back().heightOfChildren = std::max(levels_.back().heightOfChildren, height);
   }
+  return true;
 }
 
-bool Decoder::decodeElement(Level& level) {
-  const char* const reference = level.nextReference;
+bool Decoder::decodeChild(Level& level) {
+  const std::size_t reference = level.nextReference;
   level.nextReference += trailer_.referenceWidth;
-  const std::size_t object = bigEndianBeforeTrailer(reference, trailer_.referenceWidth);
-  const auto failHere = [&](Reason reason) {
-    return fail(reason, static_cast<std::size_t>(reference - bytes_.data()));
-  };
-  if (object >= trailer_.objectCount) return failHere(Reason::badReference);
-  const Node& node = tree_.nodes[object];
-  if (node.levels == Node::open) return failHere(Reason::cycle);
-  const bool isNew = node.levels == 0;
+  const std::size_t object = bigEndian(bytes_.substr(reference, trailer_.referenceWidth));
+  if (object >= trailer_.objectCount) return fail(Reason::badReference, reference);
+  if (heights_[object] == open) return fail(Reason::cycle, reference);
+  const bool isNew = heights_[object] == notDecoded;
   if (isNew && !decodeObject(object)) return false;
-  if (reference < level.endOfKeys && node.type != Type::string) return failHere(Reason::keyNotString);
+  const Node& node = tree_.nodes[object];
+  if (reference < level.endOfKeys && node.type != Type::string) return fail(Reason::keyNotString, reference);
   if (isNew && node.isContainer()) return enter(object);
-  level.deepestElement = std::max<std::size_t>(level.deepestElement, node.levels);
-  return checkDepth(node.levels - 1, object);
+  level.heightOfChildren = std::max(level.heightOfChildren, heights_[object]);
+  return checkDepth(heights_[object] - 1U, object);
 }
 
 bool Decoder::enter(std::size_t object) {
   if (!checkDepth(1, object)) return false;
-  Node& node = tree_.nodes[object];
-  node.levels = Node::open;
-  const std::size_t size = node.size * trailer_.referenceWidth;
-  const char* const endOfKeys = node.type == Type::dictionary ? node.bytes + size : node.bytes;
-  levels_[depth_++] = {object, node.bytes, endOfKeys, endOfKeys + size, 1};
+  heights_[object] = open;
+  const Node& node = tree_.nodes[object];
+  const std::size_t first = node.children.first;
+  const std::size_t size = node.children.count * trailer_.referenceWidth;
+  const std::size_t endOfKeys = node.type == Type::dictionary ? first + size : first;
+  levels_.push_back({object, first, endOfKeys, endOfKeys + size, 1});
   return true;
 }
 
 /// A shared container is as deep as the deepest place that it stands in, whichever place was seen first.
-bool Decoder::checkDepth(std::size_t levels, std::size_t object) {
-  return depth_ + levels <= maximumDepth || fail(Reason::nestedTooDeep, offset(object));
+bool Decoder::checkDepth(std::size_t height, std::size_t object) {
+  return levels_.size() + height <= maximumDepth || fail(Reason::nestedTooDeep, offset(object));
 }
 
 bool Decoder::decodeObject(std::size_t object) {
   start_ = offset(object);
   if (start_ < headerSize) return fail(Reason::badOffset, tableEntry(object));
+  heights_[object] = 1;
   Node& node = tree_.nodes[object];
   const auto marker = static_cast<unsigned char>(bytes_[start_]);
   at_ = start_ + 1;
@@ -230,11 +236,8 @@ bool Decoder::decodeObject(std::size_t object) {
       return decodeReal(Type::real, nibble, node);
     case 0x3:
       return decodeReal(Type::date, nibble, node);
-    case 0x4: {
-      const auto data = takeCounted(nibble, 1);
-      if (data) node = Node(Type::data, *data);
-      return data.has_value();
-    }
+    case 0x4:
+      return decodeData(nibble, node);
     case 0x5:
       return decodeString(nibble, node);
     case 0x6:
@@ -252,49 +255,34 @@ bool Decoder::decodeObject(std::size_t object) {
   }
 }
 
-const char* Decoder::take(std::size_t size) {
-  if (size > trailer_.tableStart - at_) {
-    fail(Reason::objectTooLong, start_);
-    return nullptr;
-  }
-  const char* const bytes = bytes_.data() + at_;
+bool Decoder::take(std::size_t size, std::string_view& bytes) {
+  if (size > trailer_.tableStart - at_) return fail(Reason::objectTooLong, start_);
+  bytes = bytes_.substr(at_, size);
   at_ += size;
-  return bytes;
+  return true;
 }
 
-std::optional<std::string_view> Decoder::takeCounted(unsigned nibble, std::size_t unit) {
+bool Decoder::takeCounted(unsigned nibble, std::size_t unit, std::string_view& bytes) {
   std::uint64_t count = nibble;
   if (nibble == 0xF) {
-    const char* const marker = take(1);
-    if (marker == nullptr) return std::nullopt;
-    const auto sizeExponent = static_cast<unsigned char>(*marker) - 0x10U;
-    if (sizeExponent > 4) {
-      fail(Reason::badCount, start_);
-      return std::nullopt;
-    }
-    const std::size_t width = std::size_t{1} << sizeExponent;
-    const char* const bytes = take(width);
-    if (bytes == nullptr) return std::nullopt;
-    count = bigEndian(bytes, width);
+    if (!take(1, bytes)) return false;
+    const auto sizeExponent = static_cast<unsigned char>(bytes[0]) - 0x10U;
+    if (sizeExponent > 4) return fail(Reason::badCount, start_);
+    if (!take(std::size_t{1} << sizeExponent, bytes)) return false;
+    count = bigEndian(bytes);
   }
   // The bytes that are left are compared before the multiplication, which could overflow.
-  if (count > (trailer_.tableStart - at_) / unit) {
-    fail(Reason::objectTooLong, start_);
-    return std::nullopt;
-  }
+  if (count > (trailer_.tableStart - at_) / unit) return fail(Reason::objectTooLong, start_);
   const std::size_t size = count * unit;
-  if (size > bytesToCover_) {
-    fail(Reason::tooMuchOverlap, start_);
-    return std::nullopt;
-  }
+  if (size > bytesToCover_) return fail(Reason::tooMuchOverlap, start_);
   bytesToCover_ -= size;
-  return std::string_view(take(size), size);
+  return take(size, bytes);
 }
 
 bool Decoder::decodeSingleton(unsigned nibble, Node& node) {
   switch (nibble) {
     case 0x0:
-      node = Node(Type::null, std::uint64_t{0});
+      node = Node();
       return true;
     case 0x8:
     case 0x9:
@@ -307,68 +295,68 @@ bool Decoder::decodeSingleton(unsigned nibble, Node& node) {
 
 bool Decoder::decodeInteger(unsigned sizeExponent, Node& node) {
   if (sizeExponent > 4) return fail(Reason::unknownMarker, start_);
-  const std::size_t width = std::size_t{1} << sizeExponent;
-  const char* const bytes = take(width);
-  if (bytes == nullptr) return false;
-  const std::uint64_t number = bigEndian(bytes, width);
-  const bool isUnsigned = width == 16 && number > std::uint64_t{std::numeric_limits<std::int64_t>::max()};
-  node = Node(Type::integer, number, isUnsigned ? Node::unsignedInteger : 1);
+  std::string_view bytes;
+  if (!take(std::size_t{1} << sizeExponent, bytes)) return false;
+  const std::uint64_t number = bigEndian(bytes);
+  node = Node::integer(number, sizeExponent == 3 && number >> 63 != 0);
   return true;
 }
 
 bool Decoder::decodeReal(Type type, unsigned sizeExponent, Node& node) {
   if (sizeExponent != 3 && (sizeExponent != 2 || type == Type::date))
     return fail(Reason::unknownMarker, start_);
-  const std::size_t width = std::size_t{1} << sizeExponent;
-  const char* const bytes = take(width);
-  if (bytes == nullptr) return false;
-  const std::uint64_t bits = bigEndian(bytes, width);
-  node = Node(type, width == sizeof(float) ? double{std::bit_cast<float>(static_cast<std::uint32_t>(bits))}
-                                           : std::bit_cast<double>(bits));
+  std::string_view bytes;
+  if (!take(std::size_t{1} << sizeExponent, bytes)) return false;
+  const std::uint64_t bits = bigEndian(bytes);
+  node = Node(type, sizeExponent == 2 ? double{std::bit_cast<float>(static_cast<std::uint32_t>(bits))}
+                                      : std::bit_cast<double>(bits));
   return true;
 }
 
 bool Decoder::decodeUid(std::size_t width, Node& node) {
-  const char* const bytes = take(width);
-  if (bytes == nullptr) return false;
-  const std::size_t highBytes = width > sizeof(std::uint32_t) ? width - sizeof(std::uint32_t) : 0;
-  if (std::any_of(bytes, bytes + highBytes, [](char byte) { return byte != 0; }))
-    return fail(Reason::badUid, start_);
-  node = Node(Type::uid, bigEndian(bytes, width));
+  std::string_view bytes;
+  if (!take(width, bytes)) return false;
+  bytes.remove_prefix(std::min(bytes.find_first_not_of('\0'), bytes.size()));
+  if (bytes.size() > sizeof(std::uint32_t)) return fail(Reason::badUid, start_);
+  node = Node(Type::uid, bigEndian(bytes));
+  return true;
+}
+
+bool Decoder::decodeData(unsigned nibble, Node& node) {
+  std::string_view data;
+  if (!takeCounted(nibble, 1, data)) return false;
+  node = Node(Type::data, data);
   return true;
 }
 
 bool Decoder::decodeString(unsigned nibble, Node& node) {
-  const auto text = takeCounted(nibble, 1);
-  if (!text) return false;
-  const char* const last = text->data() + text->size();
-  node =
-      Node(Type::string, findNonAscii(text->data(), last) == last ? *text : latin1ToUtf8(*text, tree_.arena));
+  std::string_view text;
+  if (!takeCounted(nibble, 1, text)) return false;
+  node = Node(Type::string, isAscii(text) ? text : tree_.keep(latin1ToUtf8(text)));
   return true;
 }
 
 bool Decoder::decodeUtf16(unsigned nibble, Node& node) {
-  const auto text = takeCounted(nibble, 2);
-  if (!text) return false;
-  node = Node(Type::string, lenientUtf16ToUtf8(*text, tree_.arena));
+  std::string_view text;
+  if (!takeCounted(nibble, 2, text)) return false;
+  node = Node(Type::string, tree_.keep(lenientUtf16ToUtf8(text)));
   return true;
 }
 
 bool Decoder::decodeContainer(Type type, unsigned nibble, Node& node) {
   const std::size_t unit = trailer_.referenceWidth * (type == Type::dictionary ? 2 : 1);
-  const auto references = takeCounted(nibble, unit);
-  if (!references) return false;
-  node = Node(type, *references);
-  node.size = references->size() / unit & Node::sizeMask;
+  std::string_view references;
+  if (!takeCounted(nibble, unit, references)) return false;
+  node = Node(type, Children{at_ - references.size(), references.size() / unit});
   return true;
 }
 
 }  // namespace
 
-Result<void, Error> decodeBinary(std::string_view bytes, Tree& tree) {
+Result<Tree, Error> decodeBinary(std::string_view bytes) {
   const Result<Trailer, Error> trailer = readTrailer(bytes);
   if (!trailer) return trailer.error();
-  return Decoder(bytes, *trailer, tree).decode();
+  return Decoder(bytes, *trailer).decode();
 }
 
 }  // namespace pelmarix::plist

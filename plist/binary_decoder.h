@@ -11,7 +11,7 @@ namespace pelmarix::plist {
 
 inline constexpr std::string_view binaryMagic = "bplist0";
 
-/// Decodes a file that begins with binaryMagic into the empty tree.
-Result<void, Error> decodeBinary(std::string_view bytes, Tree& tree);
+/// Decodes a file that begins with binaryMagic.
+Result<Tree, Error> decodeBinary(std::string_view bytes);
 
 }  // namespace pelmarix::plist

@@ -2,7 +2,7 @@
 
 namespace pelmarix::plist {
 
-std::string_view sentence(Reason reason) {
+std::string_view description(Reason reason) {
   switch (reason) {
     case Reason::nestedTooDeep:
       return "Containers are nested more than 512 deep.";
@@ -87,7 +87,7 @@ std::string_view sentence(Reason reason) {
 }
 
 std::string description(const Error& error) {
-  std::string text(sentence(error.reason));
+  std::string text(description(error.reason));
   text += " (";
   if (error.line != 0) text.append("line ").append(std::to_string(error.line)).append(", ");
   return text.append("byte ").append(std::to_string(error.offset)).append(")");

@@ -53,11 +53,10 @@ enum class Reason : std::uint8_t {
   keyNotString,
   cycle,
   tooMuchOverlap,
-  last = tooMuchOverlap,
 };
 
-/// One sentence in English, for people.
-std::string_view sentence(Reason reason);
+/// In English, for people: "The closing tag does not match the open element."
+std::string_view description(Reason reason);
 
 struct Error {
   Reason reason;
@@ -69,7 +68,7 @@ struct Error {
   friend bool operator==(const Error&, const Error&) = default;
 };
 
-/// The sentence with its place: "The closing tag does not match the open element. (line 7, byte 123)".
+/// The reason with its place: "The closing tag does not match the open element. (line 7, byte 123)".
 std::string description(const Error& error);
 
 }  // namespace pelmarix::plist

@@ -3,73 +3,67 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/utf8.h"
+
 namespace pelmarix::plist {
 namespace {
 
-enum class Encoding { utf8, ascii, latin1, utf16Big, utf16Little, utf32Big, utf32Little };
-
 constexpr char32_t replacementCharacter = 0xFFFD;
 
-/// Reads units of 2 or 4 bytes in either order.
-class UnitReader {
+bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+/// Reads UTF-16 or UTF-32, units of 2 or 4 bytes in either order.
+class WideText {
  public:
-  UnitReader(std::string_view bytes, std::size_t width, bool littleEndian)
-      : bytes_(bytes), width_(width), littleEndian_(littleEndian) {}
+  WideText(std::string_view bytes, std::size_t width, bool isLittleEndian)
+      : bytes_(bytes), width_(width), isLittleEndian_(isLittleEndian) {}
 
   bool atEnd() const { return at_ == bytes_.size(); }
   std::size_t position() const { return at_; }
-  char32_t peek() const {
+  void skipByteOrderMark() { at_ += width_; }
+
+  /// The number of the next character; where the text is malformed, one that names none.
+  char32_t next() {
+    const char32_t first = unit();
+    at_ += width_;
+    if (width_ == 4 || !isHighSurrogate(first) || atEnd() || !isLowSurrogate(unit())) return first;
+    const char32_t second = unit();
+    at_ += width_;
+    return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+  }
+
+ private:
+  char32_t unit() const {
     char32_t unit = 0;
     for (std::size_t i = 0; i < width_; ++i) {
-      const std::size_t byte = littleEndian_ ? width_ - 1 - i : i;
+      const std::size_t byte = isLittleEndian_ ? width_ - 1 - i : i;
       unit = unit << 8 | static_cast<unsigned char>(bytes_[at_ + byte]);
     }
     return unit;
   }
-  void advance() { at_ += width_; }
 
-  /// The next character of UTF-16; nothing for a surrogate without its partner, which is passed over.
-  std::optional<char32_t> utf16Character() {
-    const char32_t unit = peek();
-    advance();
-    if (isLowSurrogate(unit)) return std::nullopt;
-    if (!isHighSurrogate(unit)) return unit;
-    if (atEnd() || !isLowSurrogate(peek())) return std::nullopt;
-    const char32_t low = peek();
-    advance();
-    return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
-  }
-
-  /// The next character of UTF-32; nothing for a number that names none.
-  std::optional<char32_t> utf32Character() {
-    const char32_t unit = peek();
-    advance();
-    if (unit >= beyondUnicode || isSurrogate(unit)) return std::nullopt;
-    return unit;
-  }
-
- private:
   std::string_view bytes_;
   std::size_t width_;
-  bool littleEndian_;
+  bool isLittleEndian_;
   std::size_t at_ = 0;
 };
 
 /// Units of `width` bytes, of which the first is a byte-order mark.
-Result<std::string_view, Error> wideToUtf8(std::string_view bytes, std::size_t width, bool littleEndian,
-                                           Arena& arena) {
+Result<std::string, Error> wideToUtf8(std::string_view bytes, std::size_t width, bool isLittleEndian) {
   if (bytes.size() % width != 0) return Error{Reason::wrongEncoding, bytes.size()};
+  std::string text;
   // A unit of UTF-16 takes at most three bytes of UTF-8, one of UTF-32 at most four.
-  char* out = arena.reserve(bytes.size() / width * (width == 2 ? 3 : 4));
-  UnitReader units(bytes, width, littleEndian);
-  units.advance();  // the byte-order mark
-  while (!units.atEnd()) {
-    const std::size_t start = units.position();
-    const auto character = width == 2 ? units.utf16Character() : units.utf32Character();
-    if (!character) return Error{Reason::wrongEncoding, start};
-    out = putUtf8(*character, out);
+  text.reserve(bytes.size() / width * (width == 2 ? 3 : 4));
+  WideText wide(bytes, width, isLittleEndian);
+  wide.skipByteOrderMark();
+  while (!wide.atEnd()) {
+    const std::size_t start = wide.position();
+    const char32_t character = wide.next();
+    if (!isUnicodeCharacter(character)) return Error{Reason::wrongEncoding, start};
+    appendUtf8(character, text);
   }
-  return arena.commit(out);
+  return text;
 }
 
 bool equalIgnoringCase(std::string_view text, std::string_view capitals) {
@@ -83,8 +77,7 @@ std::optional<std::string_view> declaredEncoding(std::string_view text) {
   constexpr std::string_view opening = "<?xml";
   constexpr std::string_view attribute = "encoding=";
   if (!text.starts_with(opening)) return std::nullopt;
-  std::string_view declaration = text.substr(0, text.find('>'));
-  declaration = declaration.substr(0, declaration.find('?', opening.size()));
+  const std::string_view declaration = text.substr(0, text.find_first_of("?>", opening.size()));
   const std::size_t found = declaration.find(attribute);
   if (found == std::string_view::npos) return std::nullopt;
   const std::string_view quoted = declaration.substr(found + attribute.size());
@@ -96,53 +89,65 @@ std::optional<std::string_view> declaredEncoding(std::string_view text) {
 
 }  // namespace
 
-char* putUtf8(char32_t character, char* out) {
-  const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
+bool isUnicodeCharacter(char32_t number) {
+  return number <= 0x10FFFF && !isHighSurrogate(number) && !isLowSurrogate(number);
+}
+
+void appendUtf8(char32_t character, std::string& text) {
+  const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
   if (character < 0x80) {
-    put(character);
+    append(character);
   } else if (character < 0x800) {
-    put(0xC0 | character >> 6);
-    put(0x80 | (character & 0x3F));
+    append(0xC0 | character >> 6);
+    append(0x80 | (character & 0x3F));
   } else if (character < 0x10000) {
-    put(0xE0 | character >> 12);
-    put(0x80 | (character >> 6 & 0x3F));
-    put(0x80 | (character & 0x3F));
+    append(0xE0 | character >> 12);
+    append(0x80 | (character >> 6 & 0x3F));
+    append(0x80 | (character & 0x3F));
   } else {
-    put(0xF0 | character >> 18);
-    put(0x80 | (character >> 12 & 0x3F));
-    put(0x80 | (character >> 6 & 0x3F));
-    put(0x80 | (character & 0x3F));
+    append(0xF0 | character >> 18);
+    append(0x80 | (character >> 12 & 0x3F));
+    append(0x80 | (character >> 6 & 0x3F));
+    append(0x80 | (character & 0x3F));
   }
-  return out;
 }
 
-std::string_view latin1ToUtf8(std::string_view bytes, Arena& arena) {
+std::string latin1ToUtf8(std::string_view bytes) {
+  std::string text;
   const auto wide = std::count_if(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
-  char* out = arena.reserve(bytes.size() + static_cast<std::size_t>(wide));
-  for (const char byte : bytes) out = putUtf8(static_cast<unsigned char>(byte), out);
-  return arena.commit(out);
+  text.reserve(bytes.size() + static_cast<std::size_t>(wide));
+  for (const char byte : bytes) appendUtf8(static_cast<unsigned char>(byte), text);
+  return text;
 }
 
-std::string_view lenientUtf16ToUtf8(std::string_view bytes, Arena& arena) {
-  char* out = arena.reserve(bytes.size() / 2 * 3);
-  UnitReader units(bytes, 2, false);
-  while (!units.atEnd()) out = putUtf8(units.utf16Character().value_or(replacementCharacter), out);
-  return arena.commit(out);
+std::string lenientUtf16ToUtf8(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size() / 2 * 3);
+  WideText wide(bytes, 2, false);
+  while (!wide.atEnd()) {
+    const char32_t character = wide.next();
+    appendUtf8(isUnicodeCharacter(character) ? character : replacementCharacter, text);
+  }
+  return text;
 }
 
-Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Arena& arena) {
+Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Tree& tree) {
   using namespace std::string_view_literals;
+  const auto fromWide = [&](std::size_t width, bool isLittleEndian) -> Result<std::string_view, Error> {
+    Result<std::string, Error> text = wideToUtf8(bytes, width, isLittleEndian);
+    if (!text) return text.error();
+    return tree.keep(*std::move(text));
+  };
   // The mark of little-endian UTF-32 begins with that of UTF-16, so it is looked for first.
-  if (bytes.starts_with("\xFF\xFE\0\0"sv)) return wideToUtf8(bytes, 4, true, arena);
-  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return wideToUtf8(bytes, 4, false, arena);
-  if (bytes.starts_with("\xFF\xFE"sv)) return wideToUtf8(bytes, 2, true, arena);
-  if (bytes.starts_with("\xFE\xFF"sv)) return wideToUtf8(bytes, 2, false, arena);
-  if (bytes.starts_with("\xEF\xBB\xBF"sv)) return bytes.substr(3);
+  if (bytes.starts_with("\xFF\xFE\0\0"sv)) return fromWide(4, true);
+  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return fromWide(4, false);
+  if (bytes.starts_with("\xFF\xFE"sv)) return fromWide(2, true);
+  if (bytes.starts_with("\xFE\xFF"sv)) return fromWide(2, false);
+  if (bytes.starts_with(utf8ByteOrderMark)) return bytes.substr(utf8ByteOrderMark.size());
 
   const std::optional<std::string_view> name = declaredEncoding(bytes);
   if (!name || equalIgnoringCase(*name, "UTF-8")) return bytes;
-  const auto offset = static_cast<std::size_t>(name->data() - bytes.data());
-  if (equalIgnoringCase(*name, "ISO-8859-1")) return latin1ToUtf8(bytes, arena);
+  if (equalIgnoringCase(*name, "ISO-8859-1")) return tree.keep(latin1ToUtf8(bytes));
   if (equalIgnoringCase(*name, "US-ASCII")) {
     const char* const last = bytes.data() + bytes.size();
     const char* const wrong = findNonAscii(bytes.data(), last);
@@ -150,9 +155,9 @@ Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Arena& are
     return Error{Reason::wrongEncoding, static_cast<std::size_t>(wrong - bytes.data())};
   }
   // Text in these encodings without a byte-order mark would not have been recognised as a declaration.
-  if (equalIgnoringCase(*name, "UTF-16") || equalIgnoringCase(*name, "UTF-32"))
-    return Error{Reason::wrongEncoding, offset};
-  return Error{Reason::unknownEncoding, offset};
+  const bool isWide = equalIgnoringCase(*name, "UTF-16") || equalIgnoringCase(*name, "UTF-32");
+  return Error{isWide ? Reason::wrongEncoding : Reason::unknownEncoding,
+               static_cast<std::size_t>(name->data() - bytes.data())};
 }
 
 }  // namespace pelmarix::plist

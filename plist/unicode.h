@@ -1,35 +1,32 @@
 // Text encodings as property lists use them. Private to this folder.
 #pragma once
 
-#include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "base/result.h"
-#include "base/utf8.h"
 #include "plist/error.h"
 #include "plist/tree.h"
 
 namespace pelmarix::plist {
 
-/// More than any Unicode character's number.
-inline constexpr char32_t beyondUnicode = 0x110000;
+inline constexpr std::string_view utf8ByteOrderMark = "\xEF\xBB\xBF";
 
-inline bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-inline bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-inline bool isSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+/// True for the number of a Unicode character: no surrogate, and at most 10FFFF.
+bool isUnicodeCharacter(char32_t number);
 
-/// Writes a Unicode scalar value and returns the end of what was written, one to four bytes.
-char* putUtf8(char32_t character, char* out);
+/// Appends a Unicode character, one to four bytes.
+void appendUtf8(char32_t character, std::string& text);
 
 /// ISO-8859-1, where every byte is the character of its number.
-std::string_view latin1ToUtf8(std::string_view bytes, Arena& arena);
+std::string latin1ToUtf8(std::string_view bytes);
 
 /// Big-endian UTF-16 of an even number of bytes. A surrogate without its partner becomes U+FFFD.
-std::string_view lenientUtf16ToUtf8(std::string_view bytes, Arena& arena);
+std::string lenientUtf16ToUtf8(std::string_view bytes);
 
 /// An XML file's text in UTF-8, without its byte-order mark: a part of `bytes` where that is UTF-8 already
-/// (then not checked yet), else made in `arena`. The byte-order mark decides; without one, a declaration at
+/// (then not checked yet), else kept in the tree. The byte-order mark decides; without one, a declaration at
 /// the very start does; without either it is UTF-8.
-Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Arena& arena);
+Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Tree& tree);
 
 }  // namespace pelmarix::plist

@@ -3,131 +3,76 @@
 #include <bit>
 
 #include "plist/tree.h"
-#include "plist/xml_scalars.h"
 
 namespace pelmarix::plist {
-namespace {
-
-/// The node that the reference at `index` of a container in a binary file leads to.
-const Node& referenced(const Tree& tree, const Node& container, std::size_t index) {
-  const std::size_t width = tree.referenceWidth;
-  return tree.nodes[bigEndianBeforeTrailer(container.bytes + index * width, width)];
-}
-
-/// The number of nodes from this one to its last descendant, in XML.
-std::size_t extent(const Node& node) { return node.isContainer() ? node.size : 1; }
-
-}  // namespace
 
 Type Value::type() const { return node_->type; }
 
 std::optional<std::string_view> Value::string() const {
-  if (node_->type != Type::string) return std::nullopt;
-  return node_->view();
+  if (type() != Type::string) return std::nullopt;
+  return node_->bytes;
 }
 
 std::optional<Date> Value::date() const {
-  if (node_->type != Type::date) return std::nullopt;
+  if (type() != Type::date) return std::nullopt;
   return Date{node_->real};
 }
 
 std::optional<bool> Value::boolean() const {
-  if (node_->type != Type::boolean) return std::nullopt;
+  if (type() != Type::boolean) return std::nullopt;
   return node_->number != 0;
 }
 
 std::optional<std::int64_t> Value::integer() const {
-  if (node_->type != Type::integer || node_->size == Node::unsignedInteger) return std::nullopt;
-  return std::bit_cast<std::int64_t>(node_->number);
+  if (type() != Type::integer) return std::nullopt;
+  const auto number = std::bit_cast<std::int64_t>(node_->number);
+  if (number < 0 && !node_->isNegative) return std::nullopt;
+  return number;
 }
 
 std::optional<std::uint64_t> Value::unsignedInteger() const {
-  if (node_->type != Type::integer) return std::nullopt;
-  if (const auto number = integer(); number && *number < 0) return std::nullopt;
+  if (type() != Type::integer || node_->isNegative) return std::nullopt;
   return node_->number;
 }
 
 std::optional<double> Value::real() const {
-  if (node_->type != Type::real) return std::nullopt;
+  if (type() != Type::real) return std::nullopt;
   return node_->real;
 }
 
 std::optional<std::uint32_t> Value::uid() const {
-  if (node_->type != Type::uid) return std::nullopt;
+  if (type() != Type::uid) return std::nullopt;
   return static_cast<std::uint32_t>(node_->number);
 }
 
-std::optional<std::string> Value::data() const {
-  if (node_->type != Type::data) return std::nullopt;
-  return tree_->isBinary() ? std::string(node_->view()) : decodeBase64(node_->view());
+std::optional<std::string_view> Value::data() const {
+  if (type() != Type::data) return std::nullopt;
+  return node_->bytes;
 }
 
-std::size_t Value::count() const {
-  if (!node_->isContainer()) return 0;
-  return tree_->isBinary() ? node_->size : node_->number;
-}
+std::size_t Value::count() const { return node_->isContainer() ? node_->children.count : 0; }
 
-Elements Value::elements() const {
-  const std::size_t last = node_->type == Type::dictionary ? 0 : count();
-  return {{tree_, node_, node_ + 1, 0}, {tree_, node_, nullptr, last}};
-}
+Contents<Value> Value::elements() const { return {*tree_, *node_, type() == Type::dictionary ? 0 : count()}; }
 
-Entries Value::entries() const {
-  const std::size_t last = node_->type == Type::dictionary ? count() : 0;
-  return {{tree_, node_, node_ + 1, 0}, {tree_, node_, nullptr, last}};
-}
+Contents<Entry> Value::entries() const { return {*tree_, *node_, type() == Type::dictionary ? count() : 0}; }
 
 std::optional<Value> Value::find(std::string_view key) const {
-  if (node_->type != Type::dictionary) return std::nullopt;
-  if (tree_->isBinary()) {
-    for (std::size_t i = node_->size; i-- > 0;)
-      if (referenced(*tree_, *node_, i).view() == key)
-        return Value(*tree_, referenced(*tree_, *node_, node_->size + i));
-    return std::nullopt;
-  }
-  const Node* found = nullptr;
-  const Node* entry = node_ + 1;
-  for (const Node* const last = node_ + node_->size; entry != last; entry += 1 + extent(entry[1]))
-    if (entry->view() == key) found = entry + 1;
-  return found == nullptr ? std::nullopt : std::optional(Value(*tree_, *found));
+  if (type() != Type::dictionary) return std::nullopt;
+  for (std::size_t i = count(); i-- > 0;)
+    if (tree_->child(node_->children, i).bytes == key)
+      return Value(*tree_, tree_->child(node_->children, count() + i));
+  return std::nullopt;
 }
 
-std::size_t Value::identity() const { return static_cast<std::size_t>(node_ - tree_->nodes.data()); }
-
-Value Elements::Iterator::operator*() const {
-  const Position& at = position_;
-  return {*at.tree, at.tree->isBinary() ? referenced(*at.tree, *at.container, at.index) : *at.current};
+template <>
+Value Contents<Value>::Iterator::operator*() const {
+  return {*tree_, tree_->child(container_->children, index_)};
 }
 
-Elements::Iterator& Elements::Iterator::operator++() {
-  ++position_.index;
-  if (!position_.tree->isBinary()) position_.current += extent(*position_.current);
-  return *this;
-}
-
-Elements::Iterator Elements::Iterator::operator++(int) {
-  const Iterator before = *this;
-  ++*this;
-  return before;
-}
-
-Entry Entries::Iterator::operator*() const {
-  const Position& at = position_;
-  if (!at.tree->isBinary()) return {at.current->view(), {*at.tree, at.current[1]}};
-  return {referenced(*at.tree, *at.container, at.index).view(),
-          {*at.tree, referenced(*at.tree, *at.container, at.container->size + at.index)}};
-}
-
-Entries::Iterator& Entries::Iterator::operator++() {
-  ++position_.index;
-  if (!position_.tree->isBinary()) position_.current += 1 + extent(position_.current[1]);
-  return *this;
-}
-
-Entries::Iterator Entries::Iterator::operator++(int) {
-  const Iterator before = *this;
-  ++*this;
-  return before;
+template <>
+Entry Contents<Entry>::Iterator::operator*() const {
+  const Children& children = container_->children;
+  return {tree_->child(children, index_).bytes, {*tree_, tree_->child(children, children.count + index_)}};
 }
 
 }  // namespace pelmarix::plist

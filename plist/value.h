@@ -6,9 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "base/date.h"
@@ -32,8 +30,9 @@ enum class Type : std::uint8_t {
   dictionary,
 };
 
-class Elements;
-class Entries;
+template <typename Item>
+class Contents;
+struct Entry;
 
 class Value {
  public:
@@ -52,27 +51,22 @@ class Value {
   std::optional<std::uint64_t> unsignedInteger() const;
   std::optional<double> real() const;
   std::optional<std::uint32_t> uid() const;
-  /// The bytes themselves, made anew at each call.
-  std::optional<std::string> data() const;
+  std::optional<std::string_view> data() const;
 
   /// The number of elements of an array or set, or of entries of a dictionary, repeated keys included; else
   /// 0.
   std::size_t count() const;
   /// The elements of an array or set in file order; nothing for other types.
-  Elements elements() const;
+  ///
+  /// A binary file may hold one value in many places, so what is small on disk can be endless when walked
+  /// from place to place. Readers that look below the elements, or copy out of them, need a bound of their
+  /// own.
+  Contents<Value> elements() const;
   /// The keys and values of a dictionary in file order, repeated keys included; nothing for other types.
-  Entries entries() const;
+  Contents<Entry> entries() const;
   /// The value under a key of a dictionary, compared byte for byte. Where the key is repeated the last one
   /// counts. Looks at every key.
   std::optional<Value> find(std::string_view key) const;
-
-  /// True for the very same value of the same document. A binary file may hold one value in many places, so
-  /// what is small on disk can be endless when walked from place to place: readers that look below an
-  /// element, or copy out of it, for each place it stands in, need a bound of their own or look at each value
-  /// once.
-  bool isSameAs(Value other) const { return node_ == other.node_; }
-  /// A number of its own for each value of a document, below Document::valueCount().
-  std::size_t identity() const;
 
  private:
   const Tree* tree_;
@@ -84,69 +78,40 @@ struct Entry {
   Value value;
 };
 
-/// Where an iterator over a container stands.
-struct Position {
-  const Tree* tree = nullptr;
-  const Node* container = nullptr;
-  /// XML only: the element itself, or the entry's key.
-  const Node* current = nullptr;
-  std::size_t index = 0;
-
-  friend bool operator==(const Position& left, const Position& right) { return left.index == right.index; }
-};
-
-class Elements {
+/// The elements or the entries of a container, to be walked by a range-based `for`.
+template <typename Item>
+class Contents {
  public:
   class Iterator {
    public:
-    using value_type = Value;
-    using difference_type = std::ptrdiff_t;
-
-    Iterator() = default;
-    explicit Iterator(Position position) : position_(position) {}
-    Value operator*() const;
-    Iterator& operator++();
-    Iterator operator++(int);
+    Iterator(const Tree& tree, const Node& container, std::size_t index)
+        : tree_(&tree), container_(&container), index_(index) {}
+    Item operator*() const;
+    Iterator& operator++() {
+      ++index_;
+      return *this;
+    }
     friend bool operator==(const Iterator&, const Iterator&) = default;
 
    private:
-    Position position_;
+    const Tree* tree_;
+    const Node* container_;
+    std::size_t index_;
   };
 
-  Elements(Position first, Position last) : first_(first), last_(last) {}
-  Iterator begin() const { return first_; }
-  Iterator end() const { return last_; }
+  Contents(const Tree& tree, const Node& container, std::size_t count)
+      : begin_(tree, container, 0), end_(tree, container, count) {}
+  Iterator begin() const { return begin_; }
+  Iterator end() const { return end_; }
 
  private:
-  Iterator first_;
-  Iterator last_;
+  Iterator begin_;
+  Iterator end_;
 };
 
-class Entries {
- public:
-  class Iterator {
-   public:
-    using value_type = Entry;
-    using difference_type = std::ptrdiff_t;
-
-    Iterator() = default;
-    explicit Iterator(Position position) : position_(position) {}
-    Entry operator*() const;
-    Iterator& operator++();
-    Iterator operator++(int);
-    friend bool operator==(const Iterator&, const Iterator&) = default;
-
-   private:
-    Position position_;
-  };
-
-  Entries(Position first, Position last) : first_(first), last_(last) {}
-  Iterator begin() const { return first_; }
-  Iterator end() const { return last_; }
-
- private:
-  Iterator first_;
-  Iterator last_;
-};
+template <>
+Value Contents<Value>::Iterator::operator*() const;
+template <>
+Entry Contents<Entry>::Iterator::operator*() const;
 
 }  // namespace pelmarix::plist

@@ -14,12 +14,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
-#include <cstring>
-#include <optional>
 
 #include "base/utf8.h"
-#include "plist/limits.h"
 #include "plist/unicode.h"
 #include "plist/xml_scalars.h"
 
@@ -29,10 +27,11 @@ namespace {
 constexpr std::string_view characterDataOpening = "<![CDATA[";
 constexpr std::string_view characterDataClosing = "]]>";
 
-enum class Tag : std::uint8_t { file, plist, dict, array, key, string, integer, real, date, data, yes, no };
+/// The most frequent ones first; each name is compared with all up to its own.
+enum class Tag : std::uint8_t { file, key, string, dict, date, array, integer, real, data, yes, no, plist };
 
-constexpr std::array<std::string_view, 12> tagNames = {"",        "plist", "dict", "array", "key",  "string",
-                                                       "integer", "real",  "date", "data",  "true", "false"};
+constexpr std::array<std::string_view, 12> tagNames = {"",        "key",  "string", "dict", "date",  "array",
+                                                       "integer", "real", "data",   "true", "false", "plist"};
 
 constexpr std::string_view nameOf(Tag tag) { return tagNames[static_cast<std::size_t>(tag)]; }
 
@@ -40,133 +39,104 @@ bool isSpace(char character) {
   return character == ' ' || character == '\n' || character == '\t' || character == '\r';
 }
 
-/// The first "<", "&" or byte from 0x80 in [first, last); `last` if there is none. Eight bytes are looked at
-/// together: a byte that equals the one sought becomes zero by exclusive or, and subtracting one from a zero
-/// borrows into its high bit. Above that byte the borrow may set more.
-const char* findMarkup(const char* first, const char* last) {
-  constexpr std::uint64_t openings = lowBitOfEachByte * '<';
-  constexpr std::uint64_t ampersands = lowBitOfEachByte * '&';
-  for (; last - first >= 8; first += 8) {
-    const std::uint64_t word = loadEightBytes(first);
-    const std::uint64_t hits =
-        ((word ^ openings) - lowBitOfEachByte) | ((word ^ ampersands) - lowBitOfEachByte) | word;
-    if ((hits & highBitOfEachByte) != 0) return first + firstHighBit(hits);
-  }
-  return std::find_if(first, last,
-                      [](char byte) { return byte == '<' || byte == '&' || (byte & 0x80) != 0; });
-}
-
+/// Decodes the text into the tree. Containers wait on a stack of their own, so the program's stack doesn't
+/// grow with the file. Functions are false where the text is refused; reason() and failedAt() then tell why
+/// and where.
 class Decoder {
  public:
-  Decoder(std::string_view text, Tree& tree)
-      : at_(text.data()), last_(text.data() + text.size()), tree_(tree) {
-    levels_[0] = {Tag::file, 0, 0};
-    reserveNodes(text);
-  }
+  Decoder(std::string_view text, Tree& tree) : text_(text), tree_(tree) { levels_.push_back({Tag::file, 0}); }
 
-  /// False where the text is refused; then the reason and the place are known.
   bool decode();
   Reason reason() const { return reason_; }
-  const char* failedAt() const { return failedAt_; }
+  std::size_t failedAt() const { return failedAt_; }
 
  private:
+  /// An element whose contents are being decoded.
   struct Level {
     Tag tag;
-    std::size_t node;
-    /// Objects so far; in a dictionary keys and values.
-    std::size_t objects;
+    /// Its first child among the waiting ones.
+    std::size_t firstChild;
   };
 
-  bool fail(Reason reason, const char* where) {
+  bool fail(Reason reason, std::size_t where) {
     reason_ = reason;
     failedAt_ = where;
     return false;
   }
-  bool failAtEnd() { return fail(Reason::unexpectedEnd, last_); }
+  bool failAtEnd() { return fail(Reason::unexpectedEnd, text_.size()); }
 
-  std::string_view rest() const { return {at_, static_cast<std::size_t>(last_ - at_)}; }
-  void skipSpace() {
-    while (at_ != last_ && isSpace(*at_)) ++at_;
-  }
+  std::string_view rest() const { return text_.substr(at_); }
   /// Passes over the literal if it comes next.
-  template <std::size_t size>
-  bool accept(const char (&literal)[size]) {
-    if (static_cast<std::size_t>(last_ - at_) < size - 1 || std::memcmp(at_, literal, size - 1) != 0)
-      return false;
-    at_ += size - 1;
+  bool accept(std::string_view literal) {
+    if (!rest().starts_with(literal)) return false;
+    at_ += literal.size();
     return true;
   }
+  void skipSpace();
   bool skipPast(std::string_view ending);
 
-  void reserveNodes(std::string_view text);
   bool decodeNext();
   bool skipDeclaration();
   bool openElement();
-  bool acceptUsualTag(Tag& tag);
   bool readTag(Tag& tag, bool& isEmpty);
-  bool decodeEmpty(Tag tag, const char* start);
-  bool enter(Tag tag, const char* start);
+  bool decodeEmpty(Tag tag, std::size_t start);
+  bool enter(Tag tag, std::size_t start);
   bool leave();
-  bool closeElement(std::string_view name);
+  bool closeElement(Tag tag);
 
-  bool decodeString(Tag tag);
-  bool decodeReal();
-  bool decodeScalar(Tag tag, std::optional<Reason> (*read)(std::string_view, Node&));
+  bool decodeContent(Tag tag);
+  Result<Node, Reason> nodeOf(Tag tag, std::string_view text);
+  bool readRawText(std::string_view& text);
   bool readText(std::string_view& text);
-  bool findEndOfText(const char*& end);
-  bool copyMixedText(const char* end, std::string_view& text);
-  bool copyCharacters(const char* end, char*& out);
-  bool copyReference(const char* end, char*& out);
-  bool copyCharacterData(char*& out);
+  std::size_t findMarkup() const;
+  bool findEndOfText(std::size_t& end);
+  bool copyText(std::size_t end, std::string& copy);
+  bool copyCharacters(std::size_t end, std::string& copy);
+  bool copyReference(std::string& copy);
+  bool checkUtf8(std::string_view text);
 
-  const char* at_;
-  const char* last_;
+  std::string_view text_;
+  std::size_t at_ = 0;
   Tree& tree_;
   /// The file and the outermost <plist> are levels too, but don't count as nesting.
-  std::array<Level, maximumDepth + 2> levels_;
-  std::size_t depth_ = 1;
-  std::size_t depthAllowed_ = maximumDepth + 1;
+  std::vector<Level> levels_;
+  std::size_t levelsAllowed_ = maximumDepth + 1;
+  /// The children of the open elements. When one is closed, its own go to the tree and itself takes their
+  /// place here.
+  std::vector<Node> waiting_;
   Reason reason_ = Reason::unexpectedEnd;
-  const char* failedAt_ = nullptr;
+  std::size_t failedAt_ = 0;
 };
 
-/// How often [first, first + size), less than 256 bytes, has a "<" that no "/" follows. At least one byte
-/// must stand behind it. With a constant for a size the compiler looks at many characters at once.
-std::size_t countOpenings(const char* first, std::size_t size) {
-  std::uint8_t count = 0;
-  for (std::size_t i = 0; i < size; ++i)
-    count = static_cast<std::uint8_t>(count + ((first[i] == '<') & (first[i + 1] != '/')));
-  return count;
+void Decoder::skipSpace() {
+  while (at_ != text_.size() && isSpace(text_[at_])) ++at_;
 }
 
-/// Every node begins with a "<" that no "/" follows. Reserving that many makes the array no larger than
-/// needed, where growing would leave up to half of it unused and hold a second copy meanwhile. With a small
-/// text neither matters, and a guess is had sooner.
-void Decoder::reserveNodes(std::string_view text) {
-  constexpr std::size_t smallText = 4096;
-  constexpr std::size_t usualBytesPerNode = 32;
-  if (text.size() < smallText) return tree_.nodes.reserve(text.size() / usualBytesPerNode);
-
-  constexpr std::size_t blockSize = 128;
-  std::size_t nodes = 0;
-  std::size_t at = 0;
-  for (; text.size() - at > blockSize; at += blockSize) nodes += countOpenings(text.data() + at, blockSize);
-  nodes += countOpenings(text.data() + at, text.size() - at - 1);
-  tree_.nodes.reserve(nodes);
+bool Decoder::skipPast(std::string_view ending) {
+  const std::size_t found = text_.find(ending, at_);
+  if (found == std::string_view::npos) return failAtEnd();
+  at_ = found + ending.size();
+  return true;
 }
 
 bool Decoder::decode() {
-  while (decodeNext())
-    if (depth_ == 1 && levels_[0].objects == 1) return true;
-  return false;
+  // Most files have fewer, and the array need not grow.
+  constexpr std::size_t usualBytesPerNode = 24;
+  tree_.nodes.reserve(text_.size() / usualBytesPerNode);
+  while (levels_.size() > 1 || waiting_.empty())
+    if (!decodeNext()) return false;
+  tree_.root = tree_.nodes.size();
+  tree_.nodes.push_back(waiting_.front());
+  return true;
 }
 
 bool Decoder::decodeNext() {
   skipSpace();
-  if (at_ == last_) return fail(depth_ == 1 ? Reason::noObject : Reason::unexpectedEnd, last_);
-  if (*at_ != '<') return fail(Reason::unexpectedText, at_);
-  if (at_ + 1 == last_) return failAtEnd();
-  switch (at_[1]) {
+  if (at_ == text_.size())
+    return fail(levels_.size() == 1 ? Reason::noObject : Reason::unexpectedEnd, text_.size());
+  if (text_[at_] != '<') return fail(Reason::unexpectedText, at_);
+  if (at_ + 1 == text_.size()) return failAtEnd();
+  switch (text_[at_ + 1]) {
     case '/':
       return leave();
     case '?':
@@ -179,109 +149,74 @@ bool Decoder::decodeNext() {
   }
 }
 
-bool Decoder::skipPast(std::string_view ending) {
-  const std::size_t found = rest().find(ending);
-  if (found == std::string_view::npos) return failAtEnd();
-  at_ += found + ending.size();
-  return true;
-}
-
 /// A comment; before the root a document type too. One that declares anything itself is refused.
 bool Decoder::skipDeclaration() {
-  const char* const start = at_;
+  const std::size_t start = at_;
   if (accept("<!--")) return skipPast("-->");
-  if (depth_ > 1) return fail(Reason::malformedMarkup, start);
+  if (levels_.size() > 1) return fail(Reason::malformedMarkup, start);
   if (!accept("<!DOCTYPE")) return fail(Reason::malformedDocumentType, start);
-  const std::size_t end = rest().find('>');
-  const std::size_t ownDeclarations = rest().substr(0, end).find('[');
-  if (ownDeclarations != std::string_view::npos)
-    return fail(Reason::malformedDocumentType, at_ + ownDeclarations);
-  if (end == std::string_view::npos) return failAtEnd();
-  at_ += end + 1;
-  return true;
+  const std::size_t found = text_.find_first_of("[>", at_);
+  if (found != std::string_view::npos && text_[found] == '[')
+    return fail(Reason::malformedDocumentType, found);
+  return skipPast(">");
 }
 
-/// Passes over one of the tags that files are full of, if it comes next and has no attributes.
-bool Decoder::acceptUsualTag(Tag& tag) {
-  if (accept("<key>")) {
-    tag = Tag::key;
-  } else if (accept("<string>")) {
-    tag = Tag::string;
-  } else if (accept("<date>")) {
-    tag = Tag::date;
-  } else if (accept("<dict>")) {
-    tag = Tag::dict;
-  } else {
-    return false;
+bool Decoder::openElement() {
+  const std::size_t start = at_;
+  Tag tag = Tag::file;
+  bool isEmpty = false;
+  if (!readTag(tag, isEmpty)) return false;
+
+  const Level& level = levels_.back();
+  const std::size_t objects = waiting_.size() - level.firstChild;
+  if (level.tag == Tag::dict && objects % 2 == 0 && tag != Tag::key) return fail(Reason::keyExpected, start);
+  if (level.tag == Tag::plist && objects == 1) return fail(Reason::severalObjects, start);
+
+  if (isEmpty) return decodeEmpty(tag, start);
+  switch (tag) {
+    case Tag::yes:
+    case Tag::no:
+      return closeElement(tag) && decodeEmpty(tag, start);
+    case Tag::plist:
+    case Tag::dict:
+    case Tag::array:
+      return enter(tag, start);
+    default:
+      return decodeContent(tag);
   }
-  return true;
 }
 
+/// Attributes are passed over.
 bool Decoder::readTag(Tag& tag, bool& isEmpty) {
-  const char* const start = at_;
-  const char* const name = start + 1;
-  const auto* const end =
-      static_cast<const char*>(std::memchr(name, '>', static_cast<std::size_t>(last_ - name)));
-  if (end == nullptr) return failAtEnd();
-  isEmpty = end[-1] == '/';
-  const char* const nameEnd = std::find_if(name, isEmpty ? end - 1 : end, isSpace);
-  const std::string_view found(name, static_cast<std::size_t>(nameEnd - name));
-  const auto known = std::find(tagNames.begin() + 1, tagNames.end(), found);
+  const std::size_t start = at_;
+  const std::size_t end = text_.find('>', start);
+  if (end == std::string_view::npos) return failAtEnd();
+  isEmpty = text_[end - 1] == '/';
+  std::string_view name = text_.substr(start + 1, end - start - (isEmpty ? 2 : 1));
+  name = name.substr(
+      0, static_cast<std::size_t>(std::find_if(name.begin(), name.end(), isSpace) - name.begin()));
+  const auto* const known = std::find(tagNames.begin() + 1, tagNames.end(), name);
   if (known == tagNames.end()) return fail(Reason::unknownTag, start);
   tag = static_cast<Tag>(known - tagNames.begin());
   at_ = end + 1;
   return true;
 }
 
-bool Decoder::openElement() {
-  const char* const start = at_;
-  Tag tag = Tag::key;
-  bool isEmpty = false;
-  if (!acceptUsualTag(tag) && !readTag(tag, isEmpty)) return false;
-
-  Level& level = levels_[depth_ - 1];
-  if (level.tag == Tag::dict && level.objects % 2 == 0 && tag != Tag::key)
-    return fail(Reason::keyExpected, start);
-  if (level.tag == Tag::plist && level.objects == 1) return fail(Reason::severalObjects, start);
-  ++level.objects;
-
-  if (isEmpty) return decodeEmpty(tag, start);
+bool Decoder::decodeEmpty(Tag tag, std::size_t start) {
   switch (tag) {
     case Tag::key:
     case Tag::string:
-      return decodeString(tag);
-    case Tag::integer:
-      return decodeScalar(tag, readInteger);
-    case Tag::date:
-      return decodeScalar(tag, readDate);
-    case Tag::data:
-      return decodeScalar(tag, readData);
-    case Tag::real:
-      return decodeReal();
-    case Tag::yes:
-    case Tag::no:
-      tree_.nodes.emplace_back(Type::boolean, std::uint64_t{tag == Tag::yes});
-      return closeElement(nameOf(tag));
-    default:
-      return enter(tag, start);
-  }
-}
-
-bool Decoder::decodeEmpty(Tag tag, const char* start) {
-  switch (tag) {
-    case Tag::key:
-    case Tag::string:
-      tree_.nodes.emplace_back(Type::string, std::string_view());
+      waiting_.emplace_back(Type::string, std::string_view());
       return true;
     case Tag::yes:
     case Tag::no:
-      tree_.nodes.emplace_back(Type::boolean, std::uint64_t{tag == Tag::yes});
+      waiting_.emplace_back(Type::boolean, std::uint64_t{tag == Tag::yes});
       return true;
     case Tag::dict:
-      tree_.nodes.emplace_back(Type::dictionary, std::uint64_t{0});
+      waiting_.emplace_back(Type::dictionary, Children());
       return true;
     case Tag::array:
-      tree_.nodes.emplace_back(Type::array, std::uint64_t{0});
+      waiting_.emplace_back(Type::array, Children());
       return true;
     case Tag::plist:
       return fail(Reason::noObject, start);
@@ -290,179 +225,192 @@ bool Decoder::decodeEmpty(Tag tag, const char* start) {
   }
 }
 
-bool Decoder::enter(Tag tag, const char* start) {
-  if (depth_ == 1 && tag == Tag::plist) ++depthAllowed_;
-  if (depth_ == depthAllowed_) return fail(Reason::nestedTooDeep, start);
-  levels_[depth_++] = {tag, tree_.nodes.size(), 0};
-  if (tag != Tag::plist)
-    tree_.nodes.emplace_back(tag == Tag::dict ? Type::dictionary : Type::array, std::uint64_t{0});
+bool Decoder::enter(Tag tag, std::size_t start) {
+  if (levels_.size() == 1 && tag == Tag::plist) ++levelsAllowed_;
+  if (levels_.size() == levelsAllowed_) return fail(Reason::nestedTooDeep, start);
+  levels_.push_back({tag, waiting_.size()});
   return true;
 }
 
 bool Decoder::leave() {
-  if (depth_ == 1) return fail(Reason::mismatchedClosingTag, at_);
-  const Level& level = levels_[depth_ - 1];
-  const bool isDictionary = level.tag == Tag::dict;
-  const char* const start = at_;
-  if (!(isDictionary && accept("</dict>")) && !closeElement(nameOf(level.tag))) return false;
-  if (isDictionary && level.objects % 2 != 0) return fail(Reason::valueMissing, start);
-  if (level.tag == Tag::plist && level.objects == 0) return fail(Reason::noObject, start);
-  if (level.tag != Tag::plist) {
-    Node& node = tree_.nodes[level.node];
-    node = Node(node.type, isDictionary ? level.objects / 2 : level.objects, tree_.nodes.size() - level.node);
-  }
-  --depth_;
+  const std::size_t start = at_;
+  const auto [tag, firstChild] = levels_.back();
+  const std::size_t objects = waiting_.size() - firstChild;
+  if (tag == Tag::file) return fail(Reason::mismatchedClosingTag, start);
+  if (!closeElement(tag)) return false;
+  if (tag == Tag::dict && objects % 2 != 0) return fail(Reason::valueMissing, start);
+  if (tag == Tag::plist && objects == 0) return fail(Reason::noObject, start);
+  levels_.pop_back();
+  // What a <plist> holds stands for it.
+  if (tag == Tag::plist) return true;
+
+  const std::size_t step = tag == Tag::dict ? 2 : 1;
+  const Children children{tree_.nodes.size(), objects / step};
+  for (std::size_t first = firstChild; first < firstChild + step; ++first)
+    for (std::size_t i = first; i < waiting_.size(); i += step) tree_.nodes.push_back(waiting_[i]);
+  waiting_.resize(firstChild);
+  waiting_.emplace_back(tag == Tag::dict ? Type::dictionary : Type::array, children);
   return true;
 }
 
 /// Passes over the closing tag, which must come next. White space may stand before its end.
-bool Decoder::closeElement(std::string_view name) {
-  const char* const start = at_;
+bool Decoder::closeElement(Tag tag) {
+  const std::size_t start = at_;
   if (!accept("</")) return rest().size() < 2 ? failAtEnd() : fail(Reason::malformedMarkup, start);
+  const std::string_view name = nameOf(tag);
   const std::string_view found = rest().substr(0, name.size());
   if (found != name) return name.starts_with(found) ? failAtEnd() : fail(Reason::mismatchedClosingTag, start);
   at_ += name.size();
   skipSpace();
-  if (at_ == last_) return failAtEnd();
-  return *at_++ == '>' || fail(Reason::mismatchedClosingTag, start);
+  if (at_ == text_.size()) return failAtEnd();
+  return accept(">") || fail(Reason::mismatchedClosingTag, start);
 }
 
-bool Decoder::decodeString(Tag tag) {
+bool Decoder::decodeContent(Tag tag) {
+  const std::size_t start = at_;
   std::string_view text;
-  if (!readText(text)) return false;
-  tree_.nodes.emplace_back(Type::string, text);
-  return (tag == Tag::key ? accept("</key>") : accept("</string>")) || closeElement(nameOf(tag));
+  // Only strings and, as on the platform, reals may hold references and CDATA sections.
+  const bool isRaw = tag == Tag::integer || tag == Tag::date || tag == Tag::data;
+  if (!(isRaw ? readRawText(text) : readText(text))) return false;
+  const Result<Node, Reason> node = nodeOf(tag, text);
+  if (!node) return fail(node.error(), start);
+  waiting_.push_back(*node);
+  return closeElement(tag);
 }
 
-/// Real numbers alone are text that may hold references and CDATA sections, as on the platform.
-bool Decoder::decodeReal() {
-  const char* const start = at_;
-  std::string_view text;
-  if (!readText(text)) return false;
-  if (const auto reason = readReal(text, tree_.nodes.emplace_back())) return fail(*reason, start);
-  return closeElement(nameOf(Tag::real));
-}
-
-bool Decoder::decodeScalar(Tag tag, std::optional<Reason> (*read)(std::string_view, Node&)) {
-  const char* const start = at_;
-  const std::size_t size = rest().find('<');
-  if (size == std::string_view::npos) return failAtEnd();
-  if (const auto reason = read(rest().substr(0, size), tree_.nodes.emplace_back()))
-    return fail(*reason, start);
-  at_ += size;
-  return closeElement(nameOf(tag));
-}
-
-/// Reads text up to the tag that ends it: in place if it is plain.
-bool Decoder::readText(std::string_view& text) {
-  const char* const start = at_;
-  const char* end = findMarkup(at_, last_);
-  while (end != last_ && *end != '<' && *end != '&') {
-    const std::size_t length = utf8SequenceLength(end, last_);
-    if (length == 0) return fail(Reason::invalidUtf8, end);
-    end = findMarkup(end + length, last_);
+Result<Node, Reason> Decoder::nodeOf(Tag tag, std::string_view text) {
+  switch (tag) {
+    case Tag::integer:
+      return readInteger(text);
+    case Tag::real:
+      return readReal(text);
+    case Tag::date:
+      return readDate(text);
+    case Tag::data: {
+      Result<std::string, Reason> data = readData(text);
+      if (!data) return data.error();
+      return Node(Type::data, tree_.keep(*std::move(data)));
+    }
+    default:
+      return Node(Type::string, text);
   }
-  if (end != last_ && (*end == '&' || (last_ - end > 1 && end[1] == '!')))
-    return findEndOfText(end) && copyMixedText(end, text);
-  text = std::string_view(start, static_cast<std::size_t>(end - start));
+}
+
+bool Decoder::readRawText(std::string_view& text) {
+  const std::size_t end = text_.find('<', at_);
+  if (end == std::string_view::npos) return failAtEnd();
+  text = text_.substr(at_, end - at_);
   at_ = end;
   return true;
 }
 
+/// In place where it is plain.
+bool Decoder::readText(std::string_view& text) {
+  const std::size_t end = findMarkup();
+  text = text_.substr(at_, end - at_);
+  if (!checkUtf8(text)) return false;
+  if (!text_.substr(end).starts_with('&') && !text_.substr(end).starts_with("<!")) {
+    at_ = end;
+    return true;
+  }
+  std::size_t endOfText = 0;
+  std::string copy;
+  if (!findEndOfText(endOfText) || !copyText(endOfText, copy)) return false;
+  text = tree_.keep(std::move(copy));
+  return true;
+}
+
+/// The next "<" or "&", or the end of the file.
+std::size_t Decoder::findMarkup() const {
+  const auto* const found = std::find_if(text_.begin() + static_cast<std::ptrdiff_t>(at_), text_.end(),
+                                         [](char character) { return character == '<' || character == '&'; });
+  return static_cast<std::size_t>(found - text_.begin());
+}
+
 /// The "<" of the tag that ends the text at hand; CDATA sections belong to the text.
-bool Decoder::findEndOfText(const char*& end) {
-  std::string_view text = rest();
-  for (;;) {
-    const std::size_t found = text.find('<');
-    if (found == std::string_view::npos) return failAtEnd();
-    text.remove_prefix(found);
-    end = text.data();
-    if (!text.starts_with("<!")) return true;
-    if (!text.starts_with(characterDataOpening)) return fail(Reason::malformedMarkup, end);
-    const std::size_t closing = text.find(characterDataClosing, characterDataOpening.size());
+bool Decoder::findEndOfText(std::size_t& end) {
+  for (end = at_;;) {
+    end = text_.find('<', end);
+    if (end == std::string_view::npos) return failAtEnd();
+    const std::string_view markup = text_.substr(end);
+    if (!markup.starts_with("<!")) return true;
+    if (!markup.starts_with(characterDataOpening)) return fail(Reason::malformedMarkup, end);
+    const std::size_t closing = markup.find(characterDataClosing, characterDataOpening.size());
     if (closing == std::string_view::npos) return failAtEnd();
-    text.remove_prefix(closing + characterDataClosing.size());
+    end += closing + characterDataClosing.size();
   }
 }
 
-/// The text between here and its end. What stands for it is never longer than itself.
-bool Decoder::copyMixedText(const char* end, std::string_view& text) {
-  char* out = tree_.arena.reserve(static_cast<std::size_t>(end - at_));
+/// What stands for a piece of the text is never longer than itself.
+bool Decoder::copyText(std::size_t end, std::string& copy) {
+  copy.reserve(end - at_);
   while (at_ != end) {
-    if (!(*at_ == '&'   ? copyReference(end, out)
-          : *at_ == '<' ? copyCharacterData(out)
-                        : copyCharacters(end, out)))
-      return false;
+    if (accept(characterDataOpening)) {
+      if (!copyCharacters(text_.find(characterDataClosing, at_), copy)) return false;
+      at_ += characterDataClosing.size();
+    } else if (text_[at_] == '&') {
+      if (!copyReference(copy)) return false;
+    } else {
+      if (!copyCharacters(findMarkup(), copy)) return false;
+    }
   }
-  text = tree_.arena.commit(out);
   return true;
 }
 
-bool Decoder::copyCharacters(const char* end, char*& out) {
-  const char* const stop = std::find_if(at_, end, [](char byte) { return byte == '<' || byte == '&'; });
-  const char* const invalid = findInvalidUtf8(at_, stop);
-  if (invalid != stop) return fail(Reason::invalidUtf8, invalid);
-  out = std::copy(at_, stop, out);
-  at_ = stop;
+bool Decoder::copyCharacters(std::size_t end, std::string& copy) {
+  const std::string_view characters = text_.substr(at_, end - at_);
+  if (!checkUtf8(characters)) return false;
+  copy += characters;
+  at_ = end;
   return true;
 }
 
-bool Decoder::copyCharacterData(char*& out) {
-  const char* const start = at_ + characterDataOpening.size();
-  at_ = start;
-  skipPast(characterDataClosing);
-  const char* const stop = at_ - characterDataClosing.size();
-  const char* const invalid = findInvalidUtf8(start, stop);
-  if (invalid != stop) return fail(Reason::invalidUtf8, invalid);
-  out = std::copy(start, stop, out);
-  return true;
+bool Decoder::checkUtf8(std::string_view text) {
+  const char* const last = text.data() + text.size();
+  const char* const invalid = findInvalidUtf8(text.data(), last);
+  return invalid == last || fail(Reason::invalidUtf8, static_cast<std::size_t>(invalid - text_.data()));
 }
 
-bool Decoder::copyReference(const char* end, char*& out) {
+bool Decoder::copyReference(std::string& copy) {
   struct Entity {
     std::string_view reference;
     char character;
   };
   static constexpr std::array<Entity, 5> entities = {
       {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&apos;", '\''}, {"&quot;", '"'}}};
-
-  const char* const start = at_;
-  const std::string_view text(start, static_cast<std::size_t>(end - start));
   for (const Entity& entity : entities) {
-    if (!text.starts_with(entity.reference)) continue;
-    *out++ = entity.character;
-    at_ += entity.reference.size();
+    if (!accept(entity.reference)) continue;
+    copy += entity.character;
     return true;
   }
 
-  if (!text.starts_with("&#")) return fail(Reason::malformedReference, start);
-  const bool isHexadecimal = text.starts_with("&#x");
-  const unsigned base = isHexadecimal ? 16 : 10;
-  const char* digit = start + (isHexadecimal ? 3 : 2);
-  const char* const firstDigit = digit;
-  char32_t character = 0;
-  for (; digit != end && digitValue(*digit) < base; ++digit)
-    character = std::min<char32_t>(character * base + digitValue(*digit), beyondUnicode);
-  if (digit == firstDigit || digit == end || *digit != ';') return fail(Reason::malformedReference, start);
-  if (character == beyondUnicode || isSurrogate(character)) return fail(Reason::invalidCharacter, start);
-  out = putUtf8(character, out);
-  at_ = digit + 1;
+  const std::size_t start = at_;
+  if (!accept("&#")) return fail(Reason::malformedReference, start);
+  const int base = accept("x") ? 16 : 10;
+  const std::string_view digits = rest();
+  std::uint32_t number = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
+  at_ += static_cast<std::size_t>(end - digits.data());
+  if (error == std::errc::invalid_argument || !accept(";")) return fail(Reason::malformedReference, start);
+  if (error == std::errc::result_out_of_range || !isUnicodeCharacter(number))
+    return fail(Reason::invalidCharacter, start);
+  appendUtf8(number, copy);
   return true;
 }
 
 }  // namespace
 
-Result<void, Error> decodeXml(std::string_view bytes, Tree& tree) {
-  const Result<std::string_view, Error> text = xmlTextAsUtf8(bytes, tree.arena);
+Result<Tree, Error> decodeXml(std::string_view bytes) {
+  Tree tree;
+  const Result<std::string_view, Error> text = xmlTextAsUtf8(bytes, tree);
   if (!text) return text.error();
   Decoder decoder(*text, tree);
-  if (decoder.decode()) return {};
+  if (decoder.decode()) return tree;
 
-  // A byte-order mark of UTF-8 is the one thing that text read in place leaves out.
-  const bool isInPlace = text->data() + text->size() == bytes.data() + bytes.size();
-  const char* const start = isInPlace ? bytes.data() : text->data();
-  const auto line = static_cast<std::size_t>(std::count(start, decoder.failedAt(), '\n')) + 1;
-  return Error{decoder.reason(), static_cast<std::size_t>(decoder.failedAt() - start), line};
+  const std::size_t mark = bytes.starts_with(utf8ByteOrderMark) ? utf8ByteOrderMark.size() : 0;
+  const std::string_view read = text->substr(0, decoder.failedAt());
+  const auto line = static_cast<std::size_t>(std::count(read.begin(), read.end(), '\n')) + 1;
+  return Error{decoder.reason(), mark + decoder.failedAt(), line};
 }
 
 }  // namespace pelmarix::plist

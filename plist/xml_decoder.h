@@ -9,7 +9,6 @@
 
 namespace pelmarix::plist {
 
-/// Decodes the file into the empty tree.
-Result<void, Error> decodeXml(std::string_view bytes, Tree& tree);
+Result<Tree, Error> decodeXml(std::string_view bytes);
 
 }  // namespace pelmarix::plist

@@ -1,13 +1,15 @@
 #include "plist/xml_scalars.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <locale>
+#include <optional>
 #include <sstream>
 
 #include "base/date.h"
-#include "plist/unicode.h"
+#include "base/utf8.h"
 
 namespace pelmarix::plist {
 namespace {
@@ -92,49 +94,31 @@ std::optional<double> realWord(std::string_view text) {
 
 }  // namespace
 
-unsigned digitValue(char digit) {
-  if (isDigit(digit)) return static_cast<unsigned>(digit - '0');
-  const char letter = lowercase(digit);
-  return letter >= 'a' && letter <= 'f' ? static_cast<unsigned>(letter - 'a' + 10) : 16;
-}
-
-std::optional<Reason> readInteger(std::string_view text, Node& node) {
+Result<Node, Reason> readInteger(std::string_view text) {
   skipSpace(text);
-  const bool negative = takeSign(text);
+  const bool isNegative = takeSign(text);
   skipSpace(text);
-  const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
-  if (hexadecimal) text.remove_prefix(2);
-  if (text.empty()) return Reason::malformedInteger;
+  const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+  if (isHexadecimal) text.remove_prefix(2);
 
-  const unsigned base = hexadecimal ? 16 : 10;
-  constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
-  constexpr std::uint64_t largestSigned = std::numeric_limits<std::int64_t>::max();
+  constexpr std::uint64_t largestNegative = std::uint64_t{1} << 63;
   std::uint64_t number = 0;
-  bool fits = true;
-  for (const char character : text) {
-    const unsigned digit = digitValue(character);
-    if (digit >= base) return Reason::malformedInteger;
-    fits = fits && number <= (largest - digit) / base;
-    number = number * base + digit;
-  }
-  if (!fits || (negative && number > largestSigned + 1)) return Reason::integerOutOfRange;
-  node = negative ? Node(Type::integer, 0 - number)
-                  : Node(Type::integer, number, number > largestSigned ? Node::unsignedInteger : 1);
-  return std::nullopt;
+  const char* const last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, number, isHexadecimal ? 16 : 10);
+  if (error == std::errc::invalid_argument || end != last) return Reason::malformedInteger;
+  if (error == std::errc::result_out_of_range || (isNegative && number > largestNegative))
+    return Reason::integerOutOfRange;
+  return Node::integer(isNegative ? 0 - number : number, isNegative && number != 0);
 }
 
-std::optional<Reason> readReal(std::string_view text, Node& node) {
-  if (const std::optional<double> word = realWord(text)) {
-    node = Node(Type::real, *word);
-    return std::nullopt;
-  }
+Result<Node, Reason> readReal(std::string_view text) {
+  if (const std::optional<double> word = realWord(text)) return Node(Type::real, *word);
   skipSpace(text);
   if (!isDecimalNumber(text)) return Reason::malformedReal;
-  node = Node(Type::real, decimalNumber(text));
-  return std::nullopt;
+  return Node(Type::real, decimalNumber(text));
 }
 
-std::optional<Reason> readDate(std::string_view text, Node& node) {
+Result<Node, Reason> readDate(std::string_view text) {
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
   constexpr std::string_view form = "-00-00T00:00:00Z";
@@ -154,19 +138,12 @@ std::optional<Reason> readDate(std::string_view text, Node& node) {
 
   const long long days = daysFromCivil(negative ? -year : year, month, field(4));
   const int secondOfDay = field(7) * 3600 + field(10) * 60 + field(13);
-  node =
-      Node(Type::date, static_cast<double>(days * 86400 + secondOfDay) - secondsFromUnixEpochToReferenceDate);
-  return std::nullopt;
+  return Node(Type::date,
+              static_cast<double>(days * 86400 + secondOfDay) - secondsFromUnixEpochToReferenceDate);
 }
 
-std::optional<Reason> readData(std::string_view text, Node& node) {
-  const char* const last = text.data() + text.size();
-  if (findNonAscii(text.data(), last) != last) return Reason::malformedData;
-  node = Node(Type::data, text);
-  return std::nullopt;
-}
-
-std::string decodeBase64(std::string_view text) {
+Result<std::string, Reason> readData(std::string_view text) {
+  if (!isAscii(text)) return Reason::malformedData;
   std::string bytes;
   unsigned group = 0;
   int letters = 0;

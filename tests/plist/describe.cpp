@@ -70,16 +70,16 @@ std::string describe(Value value) {
 std::string decoded(std::string_view bytes) {
   const ExactBlock block(bytes);
   const Result<Document, Error> document = Document::decode(block);
-  if (!document) return std::string("refused: ").append(sentence(document.error().reason));
+  if (!document) return std::string("refused: ").append(description(document.error().reason));
   return describe(document->root());
 }
 
-Reason refusal(std::string_view bytes) {
+std::optional<Reason> refusal(std::string_view bytes) {
   const ExactBlock block(bytes);
   const Result<Document, Error> document = Document::decode(block);
   if (document) {
     ADD_FAILURE() << "accepted as " << describe(document->root());
-    return Reason::last;
+    return std::nullopt;
   }
   return document.error().reason;
 }

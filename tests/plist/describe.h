@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -52,10 +53,10 @@ class ExactBlock {
   std::unique_ptr<char[]> block_;
 };
 
-/// Decodes and describes; a refusal is `refused: ` and its sentence.
+/// Decodes and describes; a refusal is `refused: ` and why.
 std::string decoded(std::string_view bytes);
 
 /// The reason for which the bytes are refused. Fails the test where they aren't.
-Reason refusal(std::string_view bytes);
+std::optional<Reason> refusal(std::string_view bytes);
 
 }  // namespace pelmarix::plist

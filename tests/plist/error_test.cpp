@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <set>
 
 #include "tests/plist/binary_builder.h"
@@ -10,22 +11,23 @@
 namespace pelmarix::plist {
 namespace {
 
-Error errorOf(std::string_view bytes) {
+std::optional<Error> errorOf(std::string_view bytes) {
   const Result<Document, Error> document = Document::decode(bytes);
-  return document ? Error{Reason::last} : document.error();
+  if (document) return std::nullopt;
+  return document.error();
 }
 
-TEST(Reason, hasASentenceOfItsOwn) {
-  std::set<std::string_view> sentences;
-  const auto last = static_cast<unsigned>(Reason::last);
+TEST(Reason, hasADescriptionOfItsOwn) {
+  std::set<std::string_view> descriptions;
+  const auto last = static_cast<unsigned>(Reason::tooMuchOverlap);
   for (unsigned i = 0; i <= last; ++i) {
-    const std::string_view text = sentence(static_cast<Reason>(i));
+    const std::string_view text = description(static_cast<Reason>(i));
     EXPECT_TRUE(text.ends_with('.')) << i;
-    EXPECT_TRUE(sentences.insert(text).second) << text;
+    EXPECT_TRUE(descriptions.insert(text).second) << text;
   }
 }
 
-TEST(Reason, thatDoesNotExistHasNoSentence) { EXPECT_EQ(sentence(static_cast<Reason>(255)), ""); }
+TEST(Reason, thatDoesNotExistHasNoDescription) { EXPECT_EQ(description(static_cast<Reason>(255)), ""); }
 
 TEST(Error, namesLineAndByteOfXml) {
   EXPECT_EQ(errorOf("<plist>\n<array>\n  text\n</array></plist>"), (Error{Reason::unexpectedText, 18, 3}));
@@ -49,9 +51,9 @@ TEST(Error, namesTheByteOfABinaryFile) {
 }
 
 TEST(Error, describesItselfWithItsPlace) {
-  EXPECT_EQ(description({Reason::keyExpected, 123, 7}),
+  EXPECT_EQ(description(Error{Reason::keyExpected, 123, 7}),
             "A key is missing in a dictionary. (line 7, byte 123)");
-  EXPECT_EQ(description({Reason::cycle, 9}), "A container holds itself. (byte 9)");
+  EXPECT_EQ(description(Error{Reason::cycle, 9}), "A container holds itself. (byte 9)");
 }
 
 }  // namespace

@@ -69,17 +69,19 @@ TEST_P(Container, isWalkedInFileOrder) {
 
   auto entry = root.entries().begin();
   EXPECT_EQ((*entry).key, "a");
-  const Value array = (*entry++).value;
+  const Value array = (*entry).value;
+  ++entry;
   EXPECT_EQ((*entry).key, "b");
-  EXPECT_EQ((*entry++).value.integer(), 2);
-  EXPECT_EQ(entry, root.entries().end());
+  EXPECT_EQ((*entry).value.integer(), 2);
+  EXPECT_EQ(++entry, root.entries().end());
 
   EXPECT_EQ(array.count(), 2U);
   EXPECT_EQ(array.entries().begin(), array.entries().end());
   auto element = array.elements().begin();
-  EXPECT_EQ((*element++).type(), Type::array);
-  EXPECT_EQ((*element++).integer(), 1);
-  EXPECT_EQ(element, array.elements().end());
+  EXPECT_EQ((*element).type(), Type::array);
+  ++element;
+  EXPECT_EQ((*element).integer(), 1);
+  EXPECT_EQ(++element, array.elements().end());
 }
 
 TEST_P(Container, findsValuesByWholeKeys) {
@@ -100,18 +102,6 @@ INSTANTIATE_TEST_SUITE_P(Binary, Container,
                          testing::Values(binary({hex("D2 01 02 03 04"), hex("51") + "a", hex("51") + "b",
                                                  hex("A2 05 06"), hex("10 02"), hex("A0"), hex("10 01")})));
 
-TEST(Value, isTheSameOnlyAsItself) {
-  const Result<Document, Error> document = Document::decode("<array><true/><true/></array>");
-  ASSERT_TRUE(document);
-  auto element = document->root().elements().begin();
-  const Value first = *element;
-  const Value second = *++element;
-  EXPECT_TRUE(first.isSameAs(first));
-  EXPECT_FALSE(first.isSameAs(second));
-  EXPECT_NE(first.identity(), second.identity());
-  EXPECT_LT(second.identity(), document->valueCount());
-}
-
 TEST(Value, showsTextInPlaceWhereItIsPlain) {
   const std::string file = "<string>plain</string>";
   const Result<Document, Error> document = Document::decode(file);
@@ -129,7 +119,7 @@ TEST(Document, keepsItsValuesWhenItIsMoved) {
   Document assigned = *std::move(other);
   assigned = std::move(moved);
   EXPECT_EQ(root.string(), "<");
-  EXPECT_TRUE(assigned.root().isSameAs(root));
+  EXPECT_EQ(assigned.root().string()->data(), root.string()->data());
 }
 
 }  // namespace
