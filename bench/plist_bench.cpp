@@ -1,5 +1,5 @@
-// Decoding an install history of 100,000 entries into owned records, beside libplist doing the same to the
-// same bytes.
+// The program's own decoding of an install history of 100,000 entries, beside libplist making the same
+// records of the same bytes. XML has to be at least 8 times as fast as libplist, binary at least 6 times.
 #include <benchmark/benchmark.h>
 #include <plist/plist.h>
 
@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "bench/history_records.h"
+#include "history/receipts_record.h"
 #include "sample/install_history.h"
 
 namespace pelmarix::bench {
@@ -25,16 +25,16 @@ const std::string& binary() {
   return bytes;
 }
 
-std::optional<std::string> textOf(plist_t entry, const char* key) {
+std::optional<std::string> stringOf(plist_t entry, const char* key) {
   const plist_t node = plist_dict_get_item(entry, key);
   if (node == nullptr || plist_get_node_type(node) != PLIST_STRING) return std::nullopt;
   std::uint64_t length = 0;
-  const char* const text = plist_get_string_ptr(node, &length);
-  return std::string(text, length);
+  const char* const bytes = plist_get_string_ptr(node, &length);
+  return std::string(bytes, length);
 }
 
-std::vector<Record> recordsOf(plist_t root) {
-  std::vector<Record> records;
+std::vector<theReceipts> recordsOf(plist_t root) {
+  std::vector<theReceipts> records;
   records.reserve(plist_array_get_size(root));
   plist_array_iter iterator = nullptr;
   plist_array_new_iter(root, &iterator);
@@ -45,19 +45,23 @@ std::vector<Record> recordsOf(plist_t root) {
     std::int32_t seconds = 0;
     std::int32_t microseconds = 0;
     plist_get_date_val(plist_dict_get_item(entry, "date"), &seconds, &microseconds);
-    records.push_back({textOf(entry, "contentType"), Date{static_cast<double>(seconds) + microseconds * 1e-6},
-                       textOf(entry, "displayName").value(), textOf(entry, "displayVersion").value()});
+    records.push_back({stringOf(entry, "contentType"),
+                       Date{static_cast<double>(seconds) + microseconds * 1e-6},
+                       stringOf(entry, "displayName").value(), stringOf(entry, "displayVersion").value()});
   }
   std::free(iterator);
   return records;
 }
 
-void check(const std::vector<Record>& records, benchmark::State& state) {
-  if (records.size() != entries) state.SkipWithError("not all entries were decoded");
+void check(std::size_t records, benchmark::State& state) {
+  if (records != entries) state.SkipWithError("not all entries were decoded");
 }
 
 void ours(benchmark::State& state, const std::string& bytes) {
-  while (state.KeepRunning()) check(decodeRecords(bytes), state);
+  while (state.KeepRunning()) {
+    const auto records = decodeReceipts(bytes);
+    check(records ? records->size() : 0, state);
+  }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
@@ -67,7 +71,7 @@ void theirs(benchmark::State& state, const std::string& bytes, Parse parse) {
   while (state.KeepRunning()) {
     plist_t root = nullptr;
     parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
-    check(recordsOf(root), state);
+    check(recordsOf(root).size(), state);
     plist_free(root);
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));

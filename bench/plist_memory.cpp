@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "bench/history_records.h"
+#include "history/receipts_record.h"
 
 namespace {
 
@@ -37,9 +37,13 @@ int main(int count, char** arguments) {
   }
   const std::size_t before = peakInBytes();
   const std::string bytes = contents(arguments[1]);
-  const auto records = pelmarix::bench::decodeRecords(bytes);
+  const auto records = pelmarix::decodeReceipts(bytes);
   const std::size_t growth = peakInBytes() - before;
-  std::printf("%zu records, file %zu bytes, peak %zu bytes, ratio %.2f\n", records.size(), bytes.size(),
+  if (!records) {
+    std::fprintf(stderr, "plist_memory: not an install history\n");
+    return 1;
+  }
+  std::printf("%zu records, file %zu bytes, peak %zu bytes, ratio %.2f\n", records->size(), bytes.size(),
               growth, static_cast<double>(growth) / static_cast<double>(bytes.size()));
-  return records.empty() ? 1 : 0;
+  return 0;
 }
