@@ -1,8 +1,11 @@
 #include "base/utf8.h"
 
 namespace pelmarix {
+namespace {
 
-std::size_t utf8SequenceLength(const char* first, const char* last) {
+// The length of the well-formed sequence at the start of [first, last), which is not empty; 0 where there is
+// none (The Unicode Standard, table 3-7).
+std::size_t sequenceLength(const char* first, const char* last) {
   const auto byte = [first](std::size_t i) { return static_cast<unsigned char>(first[i]); };
   const auto isContinuation = [byte](std::size_t i) { return (byte(i) & 0xC0) == 0x80; };
   const unsigned lead = byte(0);
@@ -23,11 +26,13 @@ std::size_t utf8SequenceLength(const char* first, const char* last) {
   return length;
 }
 
+}  // namespace
+
 const char* findInvalidUtf8(const char* first, const char* last) {
   for (;;) {
     first = findNonAscii(first, last);
     if (first == last) return last;
-    const std::size_t length = utf8SequenceLength(first, last);
+    const std::size_t length = sequenceLength(first, last);
     if (length == 0) return first;
     first += length;
   }

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "history/receipts_record.h"
+#include "history/install_history_record.h"
 #include "sample/install_history.h"
 
 namespace pelmarix::bench {
@@ -59,7 +59,7 @@ void check(std::size_t records, benchmark::State& state) {
 
 void ours(benchmark::State& state, const std::string& bytes) {
   while (state.KeepRunning()) {
-    const auto records = decodeReceipts(bytes);
+    const auto records = decodeInstallHistory(bytes);
     check(records ? records->size() : 0, state);
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "history/receipts_record.h"
+#include "history/install_history_record.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ int main(int count, char** arguments) {
   }
   const std::size_t before = peakInBytes();
   const std::string bytes = contents(arguments[1]);
-  const auto records = pelmarix::decodeReceipts(bytes);
+  const auto records = pelmarix::decodeInstallHistory(bytes);
   const std::size_t growth = peakInBytes() - before;
   if (!records) {
     std::fprintf(stderr, "plist_memory: not an install history\n");

@@ -27,7 +27,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <limits>
 #include <optional>
 
 #include "base/utf8.h"
@@ -40,7 +39,7 @@ constexpr std::size_t headerSize = 8;
 constexpr std::size_t trailerSize = 32;
 constexpr std::size_t maximumWidth = 8;
 
-/// What the trailer says. Once checked, everything below relies on it.
+// What the trailer says. Once checked, everything below relies on it.
 struct Trailer {
   std::size_t offsetWidth;
   std::size_t referenceWidth;
@@ -49,7 +48,7 @@ struct Trailer {
   std::size_t tableStart;
 };
 
-/// True when `width` bytes can't tell `limit` from smaller numbers.
+// True when `width` bytes can't tell `limit` from smaller numbers.
 bool isTooNarrow(std::size_t width, std::size_t limit) {
   return width < maximumWidth && limit >> (8 * width) != 0;
 }
@@ -79,9 +78,9 @@ Result<Trailer, Error> readTrailer(std::string_view bytes) {
   return trailer;
 }
 
-/// Decodes every object that the top object leads to, each once. Containers wait on a stack of their own, so
-/// the program's stack doesn't grow with the file. Functions are false where the file is refused; error_ then
-/// tells why.
+// Decodes every object that the top object leads to, each once. Containers wait on a stack of their own, so
+// the program's stack doesn't grow with the file. Functions are false where the file is refused; error_ then
+// tells why.
 class Decoder {
  public:
   Decoder(std::string_view bytes, const Trailer& trailer)
@@ -90,22 +89,21 @@ class Decoder {
   Result<Tree, Error> decode();
 
  private:
-  /// Objects may overlap, which lets a small file describe objects far larger than itself. Nobody writes such
-  /// files; all the objects together may be this many times the file, and in small files any size.
+  // Objects may overlap, which lets a small file describe objects far larger than itself. Nobody writes such
+  // files; all the objects together may be this many times the file, and in small files any size.
   static constexpr std::size_t overlapFactor = 16;
   static constexpr std::size_t overlapAllowance = 262144;
 
-  /// 1 for what is no container, and for a container one more than for its highest child.
+  // 1 for what is no container, and for a container one more than for its highest child.
   using Height = std::uint16_t;
   static constexpr Height notDecoded = 0;
-  /// Of a container whose children are being decoded.
-  static constexpr Height open = maximumDepth + 1;
+  static constexpr Height beingDecoded = maximumDepth + 1;
 
-  /// A container whose children are being decoded, and where its references stand.
+  // A container whose children are being decoded, and where its references stand.
   struct Level {
     std::size_t object;
     std::size_t nextReference;
-    /// In an array or set, where they begin.
+    // In an array or set, where they begin.
     std::size_t endOfKeys;
     std::size_t endOfReferences;
     Height heightOfChildren;
@@ -139,9 +137,9 @@ class Decoder {
   bool decodeUtf16(unsigned nibble, Node& node);
   bool decodeContainer(Type type, unsigned nibble, Node& node);
 
-  /// Takes the next bytes of the object at hand, which must all stand before the table.
+  // Takes the next bytes of the object at hand, which must all stand before the table.
   bool take(std::size_t size, std::string_view& bytes);
-  /// Takes `count` times `unit` bytes, where the count is the marker's or an integer behind it.
+  // Takes `count` times `unit` bytes, where the count is the marker's or an integer behind it.
   bool takeCounted(unsigned nibble, std::size_t unit, std::string_view& bytes);
 
   std::string_view bytes_;
@@ -150,7 +148,7 @@ class Decoder {
   std::vector<Height> heights_;
   std::vector<Level> levels_;
   std::size_t bytesToCover_;
-  /// The object at hand and where its next byte is.
+  // The object at hand and where its next byte is.
   std::size_t start_ = 0;
   std::size_t at_ = 0;
   std::optional<Error> error_;
@@ -193,7 +191,7 @@ bool Decoder::decodeChild(Level& level) {
   level.nextReference += trailer_.referenceWidth;
   const std::size_t object = bigEndian(bytes_.substr(reference, trailer_.referenceWidth));
   if (object >= trailer_.objectCount) return fail(Reason::badReference, reference);
-  if (heights_[object] == open) return fail(Reason::cycle, reference);
+  if (heights_[object] == beingDecoded) return fail(Reason::cycle, reference);
   const bool isNew = heights_[object] == notDecoded;
   if (isNew && !decodeObject(object)) return false;
   const Node& node = tree_.nodes[object];
@@ -205,7 +203,7 @@ bool Decoder::decodeChild(Level& level) {
 
 bool Decoder::enter(std::size_t object) {
   if (!checkDepth(1, object)) return false;
-  heights_[object] = open;
+  heights_[object] = beingDecoded;
   const Node& node = tree_.nodes[object];
   const std::size_t first = node.children.first;
   const std::size_t size = node.children.count * trailer_.referenceWidth;
@@ -214,7 +212,7 @@ bool Decoder::enter(std::size_t object) {
   return true;
 }
 
-/// A shared container is as deep as the deepest place that it stands in, whichever place was seen first.
+// A shared container is as deep as the deepest place that it stands in, whichever place was seen first.
 bool Decoder::checkDepth(std::size_t height, std::size_t object) {
   return levels_.size() + height <= maximumDepth || fail(Reason::nestedTooDeep, offset(object));
 }

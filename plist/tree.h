@@ -63,7 +63,7 @@ struct Node {
   };
 };
 
-/// Can be moved only: nodes show what it keeps.
+/// Can be moved but not copied: its nodes refer to the strings that it keeps.
 struct Tree {
   Tree() = default;
   Tree(Tree&&) = default;
@@ -72,12 +72,12 @@ struct Tree {
   std::vector<Node> nodes;
   std::size_t root = 0;
   /// Strings and data that the file doesn't hold as they are. They never move.
-  std::forward_list<std::string> made;
+  std::forward_list<std::string> kept;
   /// In a binary file the bytes that hold the references, and the width of one; 0 in XML.
   std::string_view file;
   std::size_t referenceWidth = 0;
 
-  std::string_view keep(std::string bytes) { return made.emplace_front(std::move(bytes)); }
+  std::string_view keep(std::string bytes) { return kept.emplace_front(std::move(bytes)); }
 
   const Node& child(Children children, std::size_t index) const {
     if (referenceWidth == 0) return nodes[children.first + index];

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/utf8.h"
 
@@ -13,7 +14,7 @@ constexpr char32_t replacementCharacter = 0xFFFD;
 bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// Reads UTF-16 or UTF-32, units of 2 or 4 bytes in either order.
+// Reads UTF-16 or UTF-32, units of 2 or 4 bytes in either order.
 class WideText {
  public:
   WideText(std::string_view bytes, std::size_t width, bool isLittleEndian)
@@ -23,7 +24,7 @@ class WideText {
   std::size_t position() const { return at_; }
   void skipByteOrderMark() { at_ += width_; }
 
-  /// The number of the next character; where the text is malformed, one that names none.
+  // The number of the next character; where the text is malformed, one that names none.
   char32_t next() {
     const char32_t first = unit();
     at_ += width_;
@@ -49,8 +50,9 @@ class WideText {
   std::size_t at_ = 0;
 };
 
-/// Units of `width` bytes, of which the first is a byte-order mark.
-Result<std::string, Error> wideToUtf8(std::string_view bytes, std::size_t width, bool isLittleEndian) {
+// Units of `width` bytes, of which the first is a byte-order mark.
+Result<std::string_view, Error> wideToUtf8(std::string_view bytes, std::size_t width, bool isLittleEndian,
+                                           Tree& tree) {
   if (bytes.size() % width != 0) return Error{Reason::wrongEncoding, bytes.size()};
   std::string text;
   // A unit of UTF-16 takes at most three bytes of UTF-8, one of UTF-32 at most four.
@@ -63,7 +65,7 @@ Result<std::string, Error> wideToUtf8(std::string_view bytes, std::size_t width,
     if (!isUnicodeCharacter(character)) return Error{Reason::wrongEncoding, start};
     appendUtf8(character, text);
   }
-  return text;
+  return tree.keep(std::move(text));
 }
 
 bool equalIgnoringCase(std::string_view text, std::string_view capitals) {
@@ -72,12 +74,13 @@ bool equalIgnoringCase(std::string_view text, std::string_view capitals) {
   });
 }
 
-/// The value of `encoding=` in a declaration at the very start of the text; nothing where none is declared.
+// The value of `encoding=` in a declaration at the very start of the text; nothing where none is declared.
 std::optional<std::string_view> declaredEncoding(std::string_view text) {
   constexpr std::string_view opening = "<?xml";
   constexpr std::string_view attribute = "encoding=";
   if (!text.starts_with(opening)) return std::nullopt;
-  const std::string_view declaration = text.substr(0, text.find_first_of("?>", opening.size()));
+  std::string_view declaration = text.substr(0, text.find('>'));
+  declaration = declaration.substr(0, declaration.find('?', opening.size()));
   const std::size_t found = declaration.find(attribute);
   if (found == std::string_view::npos) return std::nullopt;
   const std::string_view quoted = declaration.substr(found + attribute.size());
@@ -133,17 +136,12 @@ std::string lenientUtf16ToUtf8(std::string_view bytes) {
 
 Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Tree& tree) {
   using namespace std::string_view_literals;
-  const auto fromWide = [&](std::size_t width, bool isLittleEndian) -> Result<std::string_view, Error> {
-    Result<std::string, Error> text = wideToUtf8(bytes, width, isLittleEndian);
-    if (!text) return text.error();
-    return tree.keep(*std::move(text));
-  };
   // The mark of little-endian UTF-32 begins with that of UTF-16, so it is looked for first.
-  if (bytes.starts_with("\xFF\xFE\0\0"sv)) return fromWide(4, true);
-  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return fromWide(4, false);
-  if (bytes.starts_with("\xFF\xFE"sv)) return fromWide(2, true);
-  if (bytes.starts_with("\xFE\xFF"sv)) return fromWide(2, false);
-  if (bytes.starts_with(utf8ByteOrderMark)) return bytes.substr(utf8ByteOrderMark.size());
+  if (bytes.starts_with("\xFF\xFE\0\0"sv)) return wideToUtf8(bytes, 4, true, tree);
+  if (bytes.starts_with("\0\0\xFE\xFF"sv)) return wideToUtf8(bytes, 4, false, tree);
+  if (bytes.starts_with("\xFF\xFE"sv)) return wideToUtf8(bytes, 2, true, tree);
+  if (bytes.starts_with("\xFE\xFF"sv)) return wideToUtf8(bytes, 2, false, tree);
+  if (bytes.starts_with(utf8ByteOrderMark)) return bytes;
 
   const std::optional<std::string_view> name = declaredEncoding(bytes);
   if (!name || equalIgnoringCase(*name, "UTF-8")) return bytes;

@@ -24,9 +24,9 @@ std::string latin1ToUtf8(std::string_view bytes);
 /// Big-endian UTF-16 of an even number of bytes. A surrogate without its partner becomes U+FFFD.
 std::string lenientUtf16ToUtf8(std::string_view bytes);
 
-/// An XML file's text in UTF-8, without its byte-order mark: a part of `bytes` where that is UTF-8 already
-/// (then not checked yet), else kept in the tree. The byte-order mark decides; without one, a declaration at
-/// the very start does; without either it is UTF-8.
+/// An XML file's text in UTF-8: `bytes` themselves, with a byte-order mark and not checked yet, where that is
+/// what they are; else made and kept in the tree, without a mark. The mark decides on the encoding; without
+/// one, a declaration at the very start does; without either it is UTF-8.
 Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Tree& tree);
 
 }  // namespace pelmarix::plist

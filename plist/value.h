@@ -36,6 +36,7 @@ struct Entry;
 
 class Value {
  public:
+  /// For this folder; others get theirs from a Document.
   Value(const Tree& tree, const Node& node) : tree_(&tree), node_(&node) {}
 
   Type type() const;

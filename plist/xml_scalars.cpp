@@ -14,7 +14,7 @@
 namespace pelmarix::plist {
 namespace {
 
-/// The six bits of a base64 letter, "=" as none; -1 for any other character.
+// The six bits of a base64 letter, "=" as none; -1 for any other character.
 int base64Bits(char letter) {
   if (letter >= 'A' && letter <= 'Z') return letter - 'A';
   if (letter >= 'a' && letter <= 'z') return letter - 'a' + 26;
@@ -36,7 +36,7 @@ void skipSpace(std::string_view& text) {
   while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
 }
 
-/// Takes a sign off the text; true when it was a minus.
+// Takes a sign off the text; true when it was a minus.
 bool takeSign(std::string_view& text) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
@@ -66,8 +66,8 @@ bool isDecimalNumber(std::string_view text) {
   return text.empty();
 }
 
-/// A number that isDecimalNumber. The stream reads it the same way in every locale, which strtod doesn't, and
-/// every standard library has it, which can't be said of from_chars.
+// A number that isDecimalNumber. The stream reads it the same way in every locale, which strtod doesn't, and
+// every standard library has it, which can't be said of from_chars.
 double decimalNumber(std::string_view text) {
   std::istringstream stream{std::string(text)};
   stream.imbue(std::locale::classic());
@@ -79,7 +79,7 @@ double decimalNumber(std::string_view text) {
   return number;
 }
 
-/// "nan", "inf" or "infinity".
+// "nan", "inf" or "infinity".
 std::optional<double> realWord(std::string_view text) {
   constexpr std::string_view longest = "+infinity";
   if (text.size() > longest.size()) return std::nullopt;

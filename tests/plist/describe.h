@@ -14,8 +14,8 @@
 namespace pelmarix::plist {
 
 /// One line for the value and all below it: `null`, `true`, `-7`, `real 1.5`, `date 0.25`, `uid 3`, `data
-/// 00ff`,
-/// `"text"`, `[1, 2]`, `set[1]`, `{"key": 1}`. Not for values that hold the same container again and again.
+/// 00ff`, `"text"`, `[1, 2]`, `set[1]`, `{"key": 1}`. Not for values that hold the same container again and
+/// again.
 std::string describe(Value value);
 
 /// A row of a table of inputs; the name is the end of the test's name and says what the input is.
