@@ -73,7 +73,18 @@ class Decoder {
     at_ += literal.size();
     return true;
   }
-  void skipSpace();
+  // The first such character from here on, or the end of the file.
+  template <typename Predicate>
+  std::size_t find(Predicate isSought) const {
+    const auto first = text_.begin() + static_cast<std::ptrdiff_t>(at_);
+    return static_cast<std::size_t>(std::find_if(first, text_.end(), isSought) - text_.begin());
+  }
+  void skipSpace() {
+    at_ = find([](char character) { return !isXmlSpace(character); });
+  }
+  std::size_t findMarkup() const {
+    return find([](char character) { return character == '<' || character == '&'; });
+  }
   bool skipPast(std::string_view ending);
 
   bool decodeNext();
@@ -90,7 +101,6 @@ class Decoder {
   Result<Node, Reason> readScalar(Tag tag, std::string_view text);
   bool readRawText(std::string_view& text);
   bool readText(std::string_view& text);
-  std::size_t findMarkup() const;
   bool findEndOfText(std::size_t& end);
   bool copyText(std::size_t end, std::string& copy);
   bool copyCharacters(std::size_t end, std::string& copy);
@@ -108,10 +118,6 @@ class Decoder {
   std::vector<Node> waiting_;
   std::optional<Error> error_;
 };
-
-void Decoder::skipSpace() {
-  while (at_ != text_.size() && isXmlSpace(text_[at_])) ++at_;
-}
 
 bool Decoder::skipPast(std::string_view ending) {
   const std::size_t found = text_.find(ending, at_);
@@ -320,13 +326,6 @@ bool Decoder::readText(std::string_view& text) {
   if (!findEndOfText(endOfText) || !copyText(endOfText, copy)) return false;
   text = tree_.keep(std::move(copy));
   return true;
-}
-
-// The next "<" or "&", or the end of the file.
-std::size_t Decoder::findMarkup() const {
-  const auto found = std::find_if(text_.begin() + static_cast<std::ptrdiff_t>(at_), text_.end(),
-                                  [](char character) { return character == '<' || character == '&'; });
-  return static_cast<std::size_t>(found - text_.begin());
 }
 
 // The "<" of the tag that ends the text at hand; CDATA sections belong to the text.
