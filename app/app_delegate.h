@@ -25,11 +25,12 @@ class AppDelegate : public platform::Object {
   void applicationWillTerminate();
 
   /// Checks for an update when the last check is longer ago than the interval, and writes the preferences
-  /// back. Takes no time: the check's answer is handled later.
+  /// back. The check's answer is handled later.
   void performLaunchTasks();
 
-  /// Asks the maker's server for the update list and doesn't wait for it. A bundle without a version is
-  /// reported in an alert; a version that is not text stops the program.
+  /// Asks the maker's server for the update list and doesn't wait for it. Without an information dictionary
+  /// nothing is asked; one without a version gives an alert, which blocks until it is dismissed; a version
+  /// that is not text stops the program.
   void checkForUpdate();
 
   /// What the server answered, on the session's background thread. A list is handed to the main queue; any

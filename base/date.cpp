@@ -22,7 +22,7 @@ void appendTwoDigits(std::string& text, char separator, unsigned number) {
 std::string yearText(double year) {
   // Lists ask for the dates of all their rows at a time, which formatted output would be too slow for.
   if (year >= 1000 && year <= 9999) return std::to_string(static_cast<int>(year));
-  char text[400];  // a year of 302 digits is the longest there is
+  char text[400];  // the longest year has 301 digits and a sign
   std::snprintf(text, sizeof text, "%0*.0f", year < 0 ? 5 : 4, year);
   return text;
 }

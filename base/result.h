@@ -10,7 +10,8 @@ namespace pelmarix {
 /// The value that an operation gave, or the error that tells why there is none; true when there is a value.
 /// The value may be asked for only where there is one, the error only where there isn't.
 ///
-/// What may simply not be there (a key of a dictionary, a chosen path) is a std::optional and no failure.
+/// What may simply not be there (a key of a dictionary, a chosen path) is a std::optional and no failure; and
+/// a decoder of records, of which nobody asks why they were refused, gives one too.
 template <typename T, typename E>
 class [[nodiscard]] Result {
  public:

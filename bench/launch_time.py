@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Measures whether the update check holds the window up: the time from a launch to the first painting of the main
-window, with the check switched on and off in turn.
+window, with the check switched on and off alternately.
 
     python3 bench/launch_time.py build/release/tests/pelmarix_under_test [LAUNCHES]
 """

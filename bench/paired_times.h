@@ -1,4 +1,4 @@
-// Two ways to do the same are timed in turn, so that whatever else the machine does meets both alike.
+// Two ways to do the same are timed alternately, so that whatever else the machine does meets both alike.
 #pragma once
 
 #include <algorithm>

@@ -90,8 +90,10 @@ BENCHMARK(firstWindowBesideEmptyOne)->Unit(benchmark::kMillisecond)->Iterations(
 }  // namespace pelmarix::bench
 
 int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsSet(pelmarix::bench::untilPaintedVariable))
-    return pelmarix::platform::applicationMain(argc, argv);
+  if (qEnvironmentVariableIsSet(pelmarix::bench::untilPaintedVariable)) {
+    pelmarix::platform::applicationMain(argc, argv);
+    return 0;
+  }
   const QCoreApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();

@@ -2,17 +2,17 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "plist/document.h"
 
 namespace pelmarix {
 namespace {
 
-// A binary property list can name one long text, or one entry of many keys, in a million places. What the
-// records cost is therefore bounded, in bytes of memory: for each byte that they come from, and beside that.
+// Bytes of memory for each byte of the list, and beside that.
 constexpr std::size_t maximumGrowth = 64;
 constexpr std::size_t minimumBudget = std::size_t{1} << 20U;
-// Each key of an entry counts for the time that looking at it takes.
+// Looking through an entry's keys takes time, for which each of them counts as so much memory.
 constexpr std::size_t costOfKey = 16;
 
 std::size_t costOf(const theReceipts& record) {

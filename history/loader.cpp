@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "history/install_history_record.h"
 #include "platform/alert.h"
@@ -27,7 +28,7 @@ constexpr std::array<std::string_view, 6> securityDataNames = {
 };
 
 // Parts of names: "OS X El Capitan U" takes both "Update" and "Upgrade", and the blank behind "macOS High
-// Sierra " keeps out what only begins with that name.
+// Sierra " keeps out what only begins with that name. "macOS 10.14" takes whatever "macOS 10.14.1" would.
 constexpr std::array<std::string_view, 9> systemReleaseMarkers = {
     "OS X El Capitan U", "macOS Sierra U", "macOS 10.13", "macOS High Sierra ", "macOS Mojave",
     "macOS 10.14",       "macOS 10.14.1",  "macOS 10.15", "Catalina",
@@ -57,25 +58,21 @@ std::optional<std::int64_t> classify(const theReceipts& entry) {
 }
 
 std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theReceipts>& entries) {
-  std::vector<std::shared_ptr<History>> result;
-  if (entries.empty()) return result;
-
+  std::vector<std::shared_ptr<History>> groups;
   auto current = std::make_shared<History>("Listing 0");
-  std::size_t groupCount = 0;
   for (const theReceipts& entry : entries) {
     const std::optional<std::int64_t> type = classify(entry);
     if (!type) continue;
+    // What came before the first system install belongs to no group that is shown.
     if (*type == history_type::systemInstall) {
-      // What came before the first system install belongs to no group that is shown.
-      if (groupCount > 0) result.push_back(std::move(current));
-      ++groupCount;
       current = std::make_shared<History>(entry.displayName + " " + entry.displayVersion);
+      groups.push_back(current);
     }
     current->children.push_back(
         std::make_shared<HistoryItem>(entry.displayName, entry.displayVersion, entry.date, *type));
   }
-  result.push_back(std::move(current));
-  return result;
+  if (groups.empty() && !entries.empty()) groups.push_back(std::move(current));
+  return groups;
 }
 
 }  // namespace

@@ -27,9 +27,9 @@ list_files >"$scratch/before"
 install_package "$package"
 
 echo "The lister on a bill of materials"
-bill=$(find "$volume/System/Library/Receipts" -name '*.bom' | LC_ALL=C sort | sed -n 1p)
-in_root lsbom -f -p fsT "$bill" >"$scratch/listing" 2>&1
-[ -s "$scratch/listing" ] || { echo "lsbom listed nothing of $bill" >&2; exit 1; }
+bom=$(find "$volume/System/Library/Receipts" -name '*.bom' | LC_ALL=C sort | sed -n 1p)
+in_root lsbom -f -p fsT "$bom" >"$scratch/listing" 2>&1
+[ -s "$scratch/listing" ] || { echo "lsbom listed nothing of $bom" >&2; exit 1; }
 head -n 3 "$scratch/listing"
 
 echo "The program on the sample volume"

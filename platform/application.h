@@ -27,14 +27,14 @@ class Application {
   static Application& sharedApplication();
 
   virtual ~Application() = default;
-  /// Ends the application once the running action has returned. Its result is the process's exit status 0.
+  /// Ends the application once the running action has returned.
   virtual void terminate(Object* sender) = 0;
   /// Null when there is no Help menu.
   virtual Menu* helpMenu() = 0;
 };
 
 /// Loads the interface file, creates what it names, connects it and runs the application until it terminates.
-/// Defined by the toolkit's own library. Returns the exit status.
-int applicationMain(int argc, char** argv);
+/// Defined by the toolkit's own library.
+void applicationMain(int argc, char** argv);
 
 }  // namespace pelmarix::platform

@@ -18,12 +18,11 @@ class FileDescriptor {
   explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
   FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-    FileDescriptor(std::move(other)).swap(*this);
+    FileDescriptor taken(std::move(other));
+    std::swap(descriptor_, taken.descriptor_);
     return *this;
   }
   ~FileDescriptor();
-
-  void swap(FileDescriptor& other) noexcept { std::swap(descriptor_, other.descriptor_); }
 
   int get() const { return descriptor_; }
   int release() { return std::exchange(descriptor_, -1); }

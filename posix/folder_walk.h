@@ -16,8 +16,8 @@
 
 namespace pelmarix::posix {
 
-/// Holds two descriptors, however deep the folders are nested: each folder's names are read at once, when the
-/// walk enters it. What appears in a folder later isn't seen, what vanishes is yielded all the same.
+/// Holds two descriptors, however deep the folders are nested: a folder's names are all read when the walk
+/// enters it. What appears in a folder later isn't seen, what vanishes is yielded all the same.
 class FolderWalk final : public platform::DirectoryEnumerator {
  public:
   /// Null when the folder can't be opened. A link that leads to a folder is followed here, and only here.
@@ -51,8 +51,8 @@ class FolderWalk final : public platform::DirectoryEnumerator {
 
   FileDescriptor top_;
   std::vector<Level> levels_;
-  /// The folder of the last level; none after the walk has come back to it from a deeper one. The way from
-  /// there spares the long one from the top to each folder of a deep nest.
+  /// Open from when the walk enters the last level's folder until it leaves the next one. Meanwhile folders
+  /// in it are opened from here, and not by their whole path from the top.
   Stream innermost_;
   std::string path_;  ///< of the entry yielded last, relative to the top
   bool lastMayBeFolder_ = false;

@@ -51,27 +51,27 @@ class SpawnSettings {
 
   posix_spawn_file_actions_t fileActions;
   posix_spawnattr_t attributes;
+  short flags = 0;
 };
 
 // Nothing but the three standard descriptors: whoever started this program may have left it others open that
-// the child would keep open in turn.
-void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput, short& flags) {
+// the child would keep open too.
+void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput) {
   if (standardOutput >= 0)
     check(posix_spawn_file_actions_adddup2(&settings.fileActions, standardOutput, STDOUT_FILENO), "pipe");
 #ifdef __APPLE__
-  flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+  settings.flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(descriptor, F_GETFD) >= 0 && (descriptor != STDOUT_FILENO || standardOutput < 0))
       check(posix_spawn_file_actions_addinherit_np(&settings.fileActions, descriptor), "descriptors");
 #else
-  static_cast<void>(flags);
   check(posix_spawn_file_actions_addclosefrom_np(&settings.fileActions, STDERR_FILENO + 1), "descriptors");
 #endif
 }
 
 // Qt has this program ignore SIGPIPE once it uses the network; programs that write to a pipe count on it.
-void passUsualSignals(SpawnSettings& settings, short& flags) {
-  flags |= POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+void passUsualSignals(SpawnSettings& settings) {
+  settings.flags |= POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
   sigset_t signals;
   sigemptyset(&signals);
   check(posix_spawnattr_setsigmask(&settings.attributes, &signals), "signals");
@@ -146,10 +146,9 @@ void PosixTask::launch() {
   stopIgnoringChildren();
 
   SpawnSettings settings;
-  short flags = 0;
-  passStandardDescriptorsOnly(settings, standardOutput_ == nullptr ? -1 : standardOutput_->writeEnd(), flags);
-  passUsualSignals(settings, flags);
-  check(posix_spawnattr_setflags(&settings.attributes, flags), "attributes");
+  passStandardDescriptorsOnly(settings, standardOutput_ == nullptr ? -1 : standardOutput_->writeEnd());
+  passUsualSignals(settings);
+  check(posix_spawnattr_setflags(&settings.attributes, settings.flags), "attributes");
 
   std::string program = locateProgram(launchPath_, companionFolder_);
   std::vector<char*> argv = {program.data()};

@@ -36,6 +36,12 @@ constexpr double minimumFontSize = 4.0;
 constexpr double maximumFontSize = 24.0;
 constexpr double fontSizeStep = 1.0;
 
+/// An outlet that the interface file left out stops the program.
+template <typename Outlet>
+Outlet& connected(Outlet* outlet) {
+  return required(outlet, "an outlet is not connected");
+}
+
 /// Null where there is no such element.
 template <typename Element>
 Element* elementAt(const std::vector<std::shared_ptr<Element>>& list, std::ptrdiff_t index) {
@@ -80,13 +86,13 @@ void ViewController::viewDidLoad() {
   platform::ViewController::viewDidLoad();
   const double stored = platform::UserDefaults::standardUserDefaults().doubleForKey(fontSizeKey);
   theFontSize = stored < minimumFontSize ? defaultFontSize : stored;
-  required(skipCheckbox, "skipCheckbox is not connected").setState(platform::stateOn);
-  required(newestLastCheckbox, "newestLastCheckbox is not connected").setState(platform::stateOff);
+  connected(skipCheckbox).setState(platform::stateOn);
+  connected(newestLastCheckbox).setState(platform::stateOff);
   histories = readInstallHistory();
   rebuildLines();
   showReport();
   boms.readBoMPLists();
-  required(BoMTable, "BoMTable is not connected").reloadData();
+  connected(BoMTable).reloadData();
 }
 
 void ViewController::viewDidAppear() {
@@ -104,19 +110,15 @@ bool ViewController::windowShouldClose(platform::Window& sender) {
 // The report.
 
 void ViewController::rebuildLines() {
-  const bool skip = required(skipCheckbox, "skipCheckbox is not connected").state() == platform::stateOn;
+  const bool skip = connected(skipCheckbox).state() == platform::stateOn;
   lines.clear();
   for (const auto& group : histories)
     for (std::string& line : group->reportLines(skip)) lines.push_back(std::move(line));
 }
 
 void ViewController::showReport() {
-  const auto& newestLast = required(newestLastCheckbox, "newestLastCheckbox is not connected");
-  // With room for the lead, so that a large report is not moved to another place for it.
-  std::size_t size = reportLead.size();
-  for (const std::string& line : lines) size += line.size();
+  const auto& newestLast = connected(newestLastCheckbox);
   std::string reportText;
-  reportText.reserve(size);
   const auto append = [&reportText](const std::string& line) { reportText += line; };
   if (newestLast.state() == platform::stateOff)
     std::for_each(lines.rbegin(), lines.rend(), append);
@@ -131,7 +133,7 @@ void ViewController::setOutputText(std::string reportText) {
 }
 
 void ViewController::showInOutputText(const platform::SharedText& text) {
-  if (platform::TextStorage* storage = required(outputText, "outputText is not connected").textStorage())
+  if (platform::TextStorage* storage = connected(outputText).textStorage())
     storage->setAttributedString({text, platform::Color::text, platform::SystemFont{theFontSize}});
 }
 
@@ -147,7 +149,7 @@ void ViewController::newestNonCheckbox(Object* /*sender*/) {
   // The receipts follow the check box because each click changes it once; they are reversed, never sorted
   // anew.
   std::reverse(boms.children.begin(), boms.children.end());
-  required(BoMTable, "BoMTable is not connected").reloadData();
+  connected(BoMTable).reloadData();
 }
 
 void ViewController::incFontSize(Object* /*sender*/) {
@@ -161,12 +163,12 @@ void ViewController::decFontSize(Object* /*sender*/) {
 void ViewController::setFontSize(double pointSize) {
   theFontSize = pointSize;
   platform::UserDefaults::standardUserDefaults().setDoubleForKey(theFontSize, fontSizeKey);
-  showInOutputText(required(outputText, "outputText is not connected").string());
+  showInOutputText(connected(outputText).string());
 }
 
 void ViewController::saveButton(Object* /*sender*/) {
   const std::string stamp = "Checked by Pelmarix at: " + description(platform::currentDate()) + "\n";
-  const platform::SharedText report = required(outputText, "outputText is not connected").string();
+  const platform::SharedText report = connected(outputText).string();
 
   const std::shared_ptr<platform::SavePanel> panel = platform::SavePanel::make();
   panel->setCanCreateDirectories(true);
@@ -183,9 +185,7 @@ void ViewController::saveButton(Object* /*sender*/) {
 
 // The outline of the history.
 
-void ViewController::reloadOutline() {
-  required(bsvOutlineView, "bsvOutlineView is not connected").reloadItemReloadChildren(nullptr, true);
-}
+void ViewController::reloadOutline() { connected(bsvOutlineView).reloadItemReloadChildren(nullptr, true); }
 
 void ViewController::doubleClickedItem(Object* sender) {
   auto& outlineView = required(dynamic_cast<OutlineView*>(sender), "the sender is not the outline");
@@ -250,7 +250,7 @@ View* ViewController::tableViewViewForTableColumnRow(TableView& tableView, const
 }
 
 void ViewController::prepareForSegue(platform::Segue& segue, Object* /*sender*/) {
-  const std::ptrdiff_t row = required(BoMTable, "BoMTable is not connected").selectedRow();
+  const std::ptrdiff_t row = connected(BoMTable).selectedRow();
   if (row < 0 || boms.children.empty()) return;
   const BoMItem& item = required(elementAt(boms.children, row), "no such receipt");
   platform::SharedText listing = platform::shareText(item.listBoM());

@@ -24,7 +24,7 @@ QWidget* windowForAlerts(QWidget& mainWindow) {
 
 }  // namespace
 
-int platform::applicationMain(int argc, char** argv) {
+void platform::applicationMain(int argc, char** argv) {
   QApplication qtApplication(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Pelmarix"));
   // Desktops find the program's entry by this name, and its icon: where it isn't installed, it has none.
@@ -53,13 +53,12 @@ int platform::applicationMain(int argc, char** argv) {
   const qt::CloseRequests closeRequests(interface.window());
   qt::FirstPainting firstPainting(interface.window(), [&] { delegate.applicationDidFinishLaunching(); });
   interface.show();
-  const int status = application.isTerminating() ? 0 : QApplication::exec();
+  if (!application.isTerminating()) QApplication::exec();
   firstPainting.waitNoLonger();
   delegate.applicationWillTerminate();
   // Nothing is unsaved, so the end needn't wait for a name that is being looked up.
-  if (session.shutDown() == qt::NetworkSession::ShutDown::lookUpPending) std::_Exit(status);
+  if (session.shutDown() == qt::NetworkSession::ShutDown::lookUpPending) std::_Exit(EXIT_SUCCESS);
   platform::installServices(nullptr);
-  return status;
 }
 
 }  // namespace pelmarix

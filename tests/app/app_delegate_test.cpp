@@ -127,7 +127,7 @@ TEST_F(Launch, StoresTheTimeOfACheckThatFailsLater) {
   EXPECT_EQ(checksAfterLaunch(), 1u);
 }
 
-TEST_F(Launch, AndNothingElseWritesThePreferences) {
+TEST_F(Launch, AndTheEndWritesNoPreferences) {
   checksAfterLaunch();
   const auto doubles = services.userDefaults.doubles;
   const auto bools = services.userDefaults.bools;

@@ -33,6 +33,7 @@ POSIX_HEADER = re.compile(r"(sys/)?[a-z]+\.h")
 QT_HEADER = re.compile(r"Q[A-Za-z]+|xcb/xcb\.h")  # the toolkit, and the display server that it talks to
 GENERATED_BY_QT = re.compile(r"ui_[a-z_]+\.h")
 
+SOURCE_NAME = re.compile(r".*\.(h|cpp)(\.in)?")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
@@ -85,11 +86,20 @@ class TheRule(unittest.TestCase):
                 self.assertEqual([f"{path} includes {header}"], violations(path, f"  # include <{header}>\n"))
 
 
+# Whatever they include, nobody includes them.
+OUTSIDE = {"bench", "build", "fuzz", "tests"}
+
+
 class TheProgram(unittest.TestCase):
+    def test_has_a_rule_for_each_of_its_folders(self):
+        folders = {folder_of(path.relative_to(SOURCES)) for top in SOURCES.iterdir() if top.name not in OUTSIDE
+                   for path in top.rglob("*.h")}
+        self.assertEqual(set(BELOW), folders)
+
     def test_keeps_to_the_rule(self):
         found = []
         for folder in BELOW:
-            files = sorted(path for path in (SOURCES / folder).iterdir() if path.suffix in (".h", ".cpp"))
+            files = sorted(path for path in (SOURCES / folder).iterdir() if SOURCE_NAME.fullmatch(path.name))
             self.assertTrue(files, f"{folder}/ has no sources")
             for path in files:
                 found += violations(str(path.relative_to(SOURCES)), path.read_text(encoding="utf-8"))

@@ -31,7 +31,7 @@ TEST(ReportLines, WriteNameVersionAndDateOfEachItemInOrder) {
                           "Security Update 2019-001: 10.14.3 2019-03-26 10:11:12 +0000\n"));
 }
 
-TEST(ReportLines, OfAGroupWithoutChildrenAreNone) {
+TEST(ReportLines, OfAGroupWithoutChildrenAreAnEmptyList) {
   EXPECT_THAT(History("a").reportLines(true), IsEmpty());
   EXPECT_THAT(History("a").reportLines(false), IsEmpty());
 }

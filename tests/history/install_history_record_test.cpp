@@ -95,7 +95,7 @@ TEST(InstallHistoryRecord, RefusesWhatIsNoPropertyList) {
   EXPECT_FALSE(decodeInstallHistory(propertyList("<array><dict>")));
 }
 
-TEST(InstallHistoryRecord, OfAnEmptyArrayAreNone) {
+TEST(InstallHistoryRecord, OfAnEmptyArrayIsAnEmptyList) {
   const auto records = decodeInstallHistory(propertyList("<array/>"));
   ASSERT_TRUE(records);
   EXPECT_TRUE(records->empty());

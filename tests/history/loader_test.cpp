@@ -115,6 +115,7 @@ TEST_F(Loader, TakesEachOfTheSixSecurityDataNames) {
 }
 
 TEST_F(Loader, TakesEachOfTheNineSystemMarkersAnywhereInTheName) {
+  // The seventh holds the sixth, which takes whatever it would.
   for (const char* marker : {"OS X El Capitan U", "macOS Sierra U", "macOS 10.13", "macOS High Sierra ",
                              "macOS Mojave", "macOS 10.14", "macOS 10.14.1", "macOS 10.15", "Catalina"}) {
     const std::string name = "My " + std::string(marker) + "x";

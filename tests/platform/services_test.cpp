@@ -10,13 +10,13 @@ namespace pelmarix {
 namespace {
 
 TEST(ServicesDeathTest, AskingBeforeAnyAreInstalledStopsTheProgram) {
-  EXPECT_DEATH(platform::currentDate(), "");
+  EXPECT_EXIT(platform::currentDate(), testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST(ServicesDeathTest, AskingForOneThatIsNotInstalledStopsTheProgram) {
   test::TestServices services;
-  EXPECT_DEATH(platform::FileManager::defaultManager(), "");
-  EXPECT_DEATH(platform::currentDate(), "");
+  EXPECT_EXIT(platform::FileManager::defaultManager(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_EXIT(platform::currentDate(), testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST(Services, AreThoseInstalledLast) {

@@ -243,8 +243,7 @@ TEST(ReadingAFile, FailsWhenThereIsNoMemoryForIt) {
   const std::string file = folder.addFile("x.plist");
   std::filesystem::resize_file(file, RegularFile::maximumSize);
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  // The sanitizers' allocators end the process where the real one reports.
-  EXPECT_FALSE(canRead(file + ".missing"));
+  GTEST_SKIP() << "a sanitizer's allocator ends the process where the real one reports";
 #else
   const std::string outcome = test::inChild([&]() -> std::string {
     const rlimit little = {RegularFile::maximumSize / 2, RegularFile::maximumSize / 2};

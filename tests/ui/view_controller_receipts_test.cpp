@@ -121,7 +121,7 @@ TEST_F(ReceiptsTable, GivesTheSheetTheListingOfTheSelectedReceipt) {
   EXPECT_EQ(*sheet.theOutText, "No information available from a Bom file");
 }
 
-TEST_F(ReceiptsTable, ListsTheReceiptThatTheTurnedTableShowsInTheRow) {
+TEST_F(ReceiptsTable, ListsTheReceiptThatTheReversedTableShowsInTheRow) {
   newestLast.value = platform::stateOn;
   controller.newestNonCheckbox(nullptr);
   EXPECT_EQ(cell(&table.second, 0), "NameCell=old");

@@ -163,7 +163,7 @@ TEST_F(Report, WithoutATextStorageStoresTheSizeAndChangesNothingElse) {
   EXPECT_EQ(reportView.shown.font, platform::SystemFont{12.0});
 }
 
-TEST_F(Report, AsksWhereToSaveWithoutPresettingAnything) {
+TEST_F(Report, AsksForATextFileAndPresetsNoPlaceAndNoName) {
   const PlainSavePanel& panel = save();
   EXPECT_TRUE(panel.canCreateDirectories);
   EXPECT_THAT(panel.allowedFileTypes, ElementsAre("text", "txt"));
