@@ -14,6 +14,7 @@
 #include "qt/widgets/row_delegate.h"
 #include "qt/widgets/row_text.h"
 #include "qt/widgets/searchable.h"
+#include "qt/widgets/text_search.h"
 
 namespace pelmarix::qt {
 
@@ -55,7 +56,7 @@ class RowsView : public View, public Searchable {
     const QModelIndex current = this->currentIndex().siblingAtColumn(0);
     const auto matches = [&](const QModelIndex& row) {
       for (int column = 0; column < this->model()->columnCount(); ++column)
-        if (row.siblingAtColumn(column).data().toString().contains(text, Qt::CaseInsensitive)) return true;
+        if (indexOfIgnoringCase(row.siblingAtColumn(column).data().toString(), text) >= 0) return true;
       return false;
     };
     const QModelIndex match = firstRow(current, start, matches, [&](const QModelIndex& row) {
@@ -74,7 +75,7 @@ class RowsView : public View, public Searchable {
     if (!isRepeated) typed_ += typed;
     const auto matches = [&](const QModelIndex& row) {
       const QString name = row.siblingAtColumn(nameColumn()).data().toString();
-      return QStringView(name).trimmed().startsWith(typed_, Qt::CaseInsensitive);
+      return indexOfIgnoringCase(QStringView(name).trimmed().left(typed_.size()), typed_) == 0;
     };
     const bool isFirst = typed_ == typed;
     const QModelIndex match = firstRow(shownRow(this->currentIndex().siblingAtColumn(0)),
