@@ -45,7 +45,7 @@ QModelIndex OutlineModel::indexOfGroup(const platform::Object* item) const {
 }
 
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex& parent) const {
-  if (!hasIndex(row, column, parent)) return {};
+  if (row < 0 || row >= rowCount(parent) || column < 0 || column >= columns_.count()) return {};
   return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : 0);
 }
 

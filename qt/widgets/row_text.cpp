@@ -2,27 +2,32 @@
 
 #include <QMimeData>
 #include <algorithm>
-#include <map>
+#include <utility>
 #include <vector>
 
 namespace pelmarix::qt {
 
 QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
   if (indexes.isEmpty()) return nullptr;
-  // By the row's number in each level, the outermost first: so a row stands before those below it.
-  std::map<std::vector<int>, QModelIndex> rows;
+  const QAbstractItemModel& model = *indexes.first().model();
+  // A row of the first level and the one below it that is meant, -1 for the former itself: so it stands
+  // before those.
+  std::vector<std::pair<int, int>> places;
   for (const QModelIndex& index : indexes) {
-    std::vector<int> path;
-    for (QModelIndex level = index; level.isValid(); level = level.parent()) path.push_back(level.row());
-    std::reverse(path.begin(), path.end());
-    rows.try_emplace(std::move(path), index);
+    const QModelIndex group = index.parent();
+    places.push_back(group.isValid() ? std::pair(group.row(), index.row()) : std::pair(index.row(), -1));
   }
+  std::sort(places.begin(), places.end());
+  places.erase(std::unique(places.begin(), places.end()), places.end());
+
+  const int columns = model.columnCount();
   QString text;
-  const int columns = indexes.first().model()->columnCount();
-  for (const auto& [path, row] : rows) {
+  for (const auto& [groupRow, entryRow] : places) {
+    const bool isEntry = entryRow >= 0;
+    const QModelIndex parent = isEntry ? model.index(groupRow, 0) : QModelIndex();
     for (int column = 0; column < columns; ++column) {
       if (column > 0) text += QLatin1Char('\t');
-      text += row.siblingAtColumn(column).data().toString();
+      text += model.index(isEntry ? entryRow : groupRow, column, parent).data().toString();
     }
     text += QLatin1Char('\n');
   }
