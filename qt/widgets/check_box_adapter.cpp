@@ -6,14 +6,10 @@
 namespace pelmarix::qt {
 
 int CheckBoxAdapter::state() const {
-  switch (widget_.checkState()) {
-    case Qt::Checked:
-      return platform::stateOn;
-    case Qt::PartiallyChecked:
-      return platform::stateMixed;
-    default:
-      return platform::stateOff;
-  }
+  const Qt::CheckState state = widget_.checkState();
+  return state == Qt::Checked     ? platform::stateOn
+         : state == Qt::Unchecked ? platform::stateOff
+                                  : platform::stateMixed;
 }
 
 void CheckBoxAdapter::setState(int state) {

@@ -17,8 +17,7 @@ struct ColumnDescription {
   std::string identifier;
   QString title;
   std::vector<std::string> cellIdentifiers;
-  QString
-      usualText;  ///< it is as wide as that; empty for the column of names, which takes the rest of the width
+  QString usualText;  ///< says how wide it is; empty for the column of names, which takes the rest
 };
 
 /// Made once from their descriptions. There is one cell for each identifier, used again for every row: a
@@ -52,7 +51,7 @@ class Columns {
   };
 
   std::vector<QString> titles_;
-  // Deques, for pointers to columns and cells are given away.
+  // Deques, which leave their elements where they are: pointers to them are given away.
   std::deque<platform::TableColumn> columns_;
   std::deque<Cell> cells_;
   std::vector<platform::TableColumn*> pointers_;

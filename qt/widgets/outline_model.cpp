@@ -86,6 +86,4 @@ Qt::ItemFlags OutlineModel::flags(const QModelIndex& index) const {
 
 QMimeData* OutlineModel::mimeData(const QModelIndexList& indexes) const { return rowsAsMimeData(indexes); }
 
-QStringList OutlineModel::mimeTypes() const { return {QStringLiteral("text/plain")}; }
-
 }  // namespace pelmarix::qt

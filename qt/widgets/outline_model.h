@@ -9,9 +9,8 @@
 
 namespace pelmarix::qt {
 
-/// Two levels: groups and their entries. The groups are remembered from one reload to the next; entries and
-/// cells are not, what a view draws is asked for as it draws it. An entry's index has its group's row, from 1
-/// on, for its identifier.
+/// Two levels: groups and their entries. What is remembered from one reload to the next is the groups and how
+/// many entries each has; an entry and its cells are asked for when a view draws it.
 class OutlineModel final : public QAbstractItemModel {
   Q_OBJECT
 
@@ -20,12 +19,12 @@ class OutlineModel final : public QAbstractItemModel {
   OutlineModel(platform::OutlineView& outlineView, platform::OutlineViewDataSource& dataSource,
                platform::OutlineViewDelegate& delegate, const Columns& columns);
 
-  /// Asks for all groups anew. False when they are what they were: then every index of a view stays as it is.
+  /// Asks for all groups anew. False when they are the same as before, and every index stays valid.
   bool reload();
 
   /// Null for an invalid index.
   platform::Object* itemAt(const QModelIndex& index) const;
-  /// Of the group's first cell; invalid for what is no group.
+  /// Of the group's first cell; invalid for any other item.
   QModelIndex indexOfGroup(const platform::Object* group) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -36,7 +35,6 @@ class OutlineModel final : public QAbstractItemModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   QMimeData* mimeData(const QModelIndexList& indexes) const override;
-  QStringList mimeTypes() const override;
 
  private:
   struct Group {
@@ -49,7 +47,7 @@ class OutlineModel final : public QAbstractItemModel {
   platform::OutlineViewDataSource& dataSource_;
   platform::OutlineViewDelegate& delegate_;
   const Columns& columns_;
-  std::vector<Group> groups_;
+  std::vector<Group> groups_;  // an entry's index has its group's row, counted from 1, as its identifier
 };
 
 }  // namespace pelmarix::qt

@@ -10,8 +10,8 @@ namespace pelmarix::qt {
 QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
   if (indexes.isEmpty()) return nullptr;
   const QAbstractItemModel& model = *indexes.first().model();
-  // A row of the first level and the one below it that is meant, -1 for the former itself: so it stands
-  // before those.
+  // The row in the first level and the one below it; -1 for the former itself, which stands before those
+  // below.
   std::vector<std::pair<int, int>> places;
   for (const QModelIndex& index : indexes) {
     const QModelIndex group = index.parent();

@@ -13,11 +13,11 @@
 namespace pelmarix::qt {
 
 /// Whole rows are selected, copied and dragged as text; typing goes to the row whose name begins so; an empty
-/// list says what its placeholder says. The second base of a widget, whose event handlers call what is
-/// protected here.
+/// list says what its placeholder says. A base of a widget beside Qt's; the widget's event handlers call what
+/// is protected here.
 class RowsView : public Searchable {
  public:
-  /// For the columns of the model that the view has.
+  /// Those of the model, which is set before.
   void setColumns(const std::vector<ColumnDescription>& columns);
   void setPlaceholderText(const QString& text) { placeholderText_ = text; }
 
@@ -31,7 +31,7 @@ class RowsView : public Searchable {
   /// `view` is the widget itself, `header` that of its columns.
   RowsView(QAbstractItemView& view, QHeaderView& header);
 
-  /// True when the rows below `row` are shown, too.
+  /// True for a row that shows those below it.
   virtual bool isOpen(const QModelIndex& row) const = 0;
 
   /// Goes to the next shown row whose name begins with what was typed without a pause.
@@ -44,7 +44,7 @@ class RowsView : public Searchable {
   void paintPlaceholder();
 
  private:
-  /// Whichever keys are held down just now.
+  /// And nothing else, whichever keys are held down just now.
   void selectAlone(const QModelIndex& row);
 
   QAbstractItemView& view_;

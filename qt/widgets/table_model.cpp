@@ -49,6 +49,4 @@ Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
 
 QMimeData* TableModel::mimeData(const QModelIndexList& indexes) const { return rowsAsMimeData(indexes); }
 
-QStringList TableModel::mimeTypes() const { return {QStringLiteral("text/plain")}; }
-
 }  // namespace pelmarix::qt

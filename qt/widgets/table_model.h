@@ -27,7 +27,6 @@ class TableModel final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   QMimeData* mimeData(const QModelIndexList& indexes) const override;
-  QStringList mimeTypes() const override;
 
  private:
   platform::TableView& tableView_;

@@ -1,14 +1,14 @@
-// The search of lists and texts, and its notion of "the same letter": upper and lower case are the same, and
-// a no-break space is a blank.
+// How lists and texts are searched. Upper and lower case of a letter are the same, and so are a blank and a
+// no-break space.
 #pragma once
 
 #include <QStringView>
 
 namespace pelmarix::qt {
 
-/// Where `sought` first begins in `text`, at `from` or later; -1 when it is nowhere, and when it is empty. In
-/// 40 million letters what is nowhere is found missing in 7 ms, as letters are ruled out in blocks; one by
-/// one takes 25 ms.
+/// Where `sought` first begins in `text`, at `from` or later; -1 when it is nowhere, and when it is empty.
+/// Blocks of letters are ruled out together: 40 million that don't hold it take 7 ms, and letter by letter 22
+/// to 28 ms.
 qsizetype indexOfIgnoringCase(QStringView text, QStringView sought, qsizetype from = 0);
 
 /// Where `sought` last begins in `text`; -1 when it is nowhere, and when it is empty.
