@@ -56,8 +56,11 @@ QModelIndex OutlineModel::parent(const QModelIndex& child) const {
 
 int OutlineModel::rowCount(const QModelIndex& parent) const {
   if (!parent.isValid()) return static_cast<int>(groups_.size());
-  if (parent.internalId() != 0 || parent.column() > 0) return 0;
-  return groups_[static_cast<std::size_t>(parent.row())].entryCount;
+  return parent.column() == 0 ? entryCount(parent) : 0;
+}
+
+int OutlineModel::entryCount(const QModelIndex& index) const {
+  return index.internalId() == 0 ? groups_[static_cast<std::size_t>(index.row())].entryCount : 0;
 }
 
 int OutlineModel::columnCount(const QModelIndex& /*parent*/) const { return columns_.count(); }
@@ -68,7 +71,7 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const {
     return columns_.textOf(delegate_.outlineViewViewForTableColumnItem(
         outlineView_, columns_.at(index.column()), itemAt(index)));
   if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) {
-    const int count = rowCount(index.siblingAtColumn(0));
+    const int count = entryCount(index);
     if (count > 0) return count == 1 ? tr("1 entry") : tr("%1 entries").arg(count);
   }
   return {};
@@ -81,7 +84,7 @@ QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int 
 Qt::ItemFlags OutlineModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
   const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled;
-  return rowCount(index.siblingAtColumn(0)) > 0 ? flags : flags | Qt::ItemNeverHasChildren;
+  return entryCount(index) > 0 ? flags : flags | Qt::ItemNeverHasChildren;
 }
 
 QMimeData* OutlineModel::mimeData(const QModelIndexList& indexes) const { return rowsAsMimeData(indexes); }

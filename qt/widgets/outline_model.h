@@ -43,6 +43,9 @@ class OutlineModel final : public QAbstractItemModel {
     friend bool operator==(const Group&, const Group&) = default;
   };
 
+  /// Whichever cell of the row the index is of; 0 for an entry.
+  int entryCount(const QModelIndex& index) const;
+
   platform::OutlineView& outlineView_;
   platform::OutlineViewDataSource& dataSource_;
   platform::OutlineViewDelegate& delegate_;

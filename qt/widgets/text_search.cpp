@@ -6,7 +6,7 @@
 namespace pelmarix::qt {
 namespace {
 
-constexpr qsizetype blockSize = 64;
+constexpr qsizetype blockSize = 32;
 constexpr char16_t firstNonAscii = 0x80;
 constexpr char16_t caseBit = 0x20;
 
@@ -38,22 +38,27 @@ bool mayBeginInBlock(const char16_t* firsts, const char16_t* lasts, char16_t fir
 
 qsizetype indexOfIgnoringCase(QStringView text, QStringView sought, qsizetype from) {
   if (sought.isEmpty()) return -1;
-  const auto first = static_cast<char16_t>(folded(sought.front()) | caseBit);
-  const auto last = static_cast<char16_t>(folded(sought.back()) | caseBit);
+  const char16_t first = folded(sought.front());
+  const auto firstOfAnyCase = static_cast<char16_t>(first | caseBit);
+  const auto lastOfAnyCase = static_cast<char16_t>(folded(sought.back()) | caseBit);
   const qsizetype places = text.size() - sought.size() + 1;
   for (qsizetype begin = from; begin < places; begin += blockSize) {
     const char16_t* const block = text.utf16() + begin;
     const qsizetype end = std::min(begin + blockSize, places);
-    if (end - begin == blockSize && !mayBeginInBlock(block, block + sought.size() - 1, first, last)) continue;
+    if (end - begin == blockSize &&
+        !mayBeginInBlock(block, block + sought.size() - 1, firstOfAnyCase, lastOfAnyCase))
+      continue;
     for (qsizetype place = begin; place < end; ++place)
-      if (std::equal(sought.begin(), sought.end(), text.begin() + place, isSameLetter)) return place;
+      if (folded(text[place]) == first &&
+          std::equal(sought.begin(), sought.end(), text.begin() + place, isSameLetter))
+        return place;
   }
   return -1;
 }
 
 qsizetype lastIndexOfIgnoringCase(QStringView text, QStringView sought) {
   // Part by part from the end; within a part a match is followed by the next, up to the last.
-  constexpr qsizetype partSize = 65536;
+  constexpr qsizetype partSize = 262144;
   for (qsizetype end = text.size(); end > 0; end -= partSize) {
     const qsizetype begin = std::max<qsizetype>(end - partSize, 0);
     const QStringView part = text.sliced(begin, std::min(end + sought.size(), text.size()) - begin);
