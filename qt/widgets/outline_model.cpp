@@ -1,6 +1,5 @@
 #include "qt/widgets/outline_model.h"
 
-#include <QMimeData>
 #include <algorithm>
 #include <utility>
 
@@ -52,6 +51,10 @@ QModelIndex OutlineModel::index(int row, int column, const QModelIndex& parent) 
 QModelIndex OutlineModel::parent(const QModelIndex& child) const {
   if (!child.isValid() || child.internalId() == 0) return {};
   return createIndex(static_cast<int>(child.internalId()) - 1, 0);
+}
+
+QModelIndex OutlineModel::sibling(int row, int column, const QModelIndex& index) const {
+  return index.isValid() ? OutlineModel::index(row, column, parent(index)) : QModelIndex();
 }
 
 int OutlineModel::rowCount(const QModelIndex& parent) const {

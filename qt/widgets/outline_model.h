@@ -29,6 +29,7 @@ class OutlineModel final : public QAbstractItemModel {
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& child) const override;
+  QModelIndex sibling(int row, int column, const QModelIndex& index) const override;
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;

@@ -1,6 +1,5 @@
 #include "qt/widgets/table_model.h"
 
-#include <QMimeData>
 #include <algorithm>
 
 #include "qt/widgets/row_text.h"
