@@ -10,6 +10,7 @@ namespace pelmarix::qt {
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FindBar>()) {
   ui_->setupUi(this);
+  // The line edit makes this button itself and has no other access to it.
   if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
   setPlaceholderColor();
   hide();
@@ -61,10 +62,9 @@ void FindBar::find(SearchStart start, SearchDirection direction) {
   if (target_ == nullptr) return;
   const QString text = ui_->text->text();
   if (isVisible()) target_->markMatches(text);
-  showOutcome(text.isEmpty() || target_->selectMatch(text, start, direction));
+  const bool isFound = text.isEmpty() || target_->selectMatch(text, start, direction);
+  ui_->outcome->setText(isFound ? QString() : tr("Not found"));
 }
-
-void FindBar::showOutcome(bool isFound) { ui_->outcome->setText(isFound ? QString() : tr("Not found")); }
 
 void FindBar::setPlaceholderColor() {
   QPalette colors = ui_->text->palette();

@@ -33,7 +33,6 @@ class FindBar final : public QWidget {
 
  private:
   void find(SearchStart start, SearchDirection direction);
-  void showOutcome(bool isFound);
   void setPlaceholderColor();
 
   std::unique_ptr<Ui::FindBar> ui_;

@@ -1,84 +1,57 @@
-// The rows of an outline as Qt's views ask for them.
+// The rows of the outline as Qt's views ask for them.
 #pragma once
 
 #include <QAbstractItemModel>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/table_view.h"
-#include "qt/widgets/cell_templates.h"
+#include "qt/widgets/columns.h"
 
 namespace pelmarix::qt {
 
-/// Asks the outline's data source for items and its delegate for cells. The items below an item are asked for
-/// when a view first needs them and remembered until the next reload, each with its place, so that every
-/// answer takes the same time whatever the number of items. Cells are not remembered: what a view draws is
-/// asked for as it draws it.
+/// Two levels: groups and their entries. What is remembered from one reload to the next is the groups and how
+/// many entries each has; an entry and its cells are asked for when a view draws it.
 class OutlineModel final : public QAbstractItemModel {
   Q_OBJECT
 
  public:
-  /// Data source and delegate are asked on behalf of `outlineView`, whose cells are `cells`.
-  OutlineModel(platform::OutlineView& outlineView, const CellTemplates& cells,
-               const std::vector<ColumnTemplate>& columns);
+  /// Data source and delegate are asked on behalf of `outlineView`. Without rows until the first reload.
+  OutlineModel(platform::OutlineView& outlineView, platform::OutlineViewDataSource& dataSource,
+               platform::OutlineViewDelegate& delegate, const Columns& columns);
 
-  /// Neither is owned; null for none.
-  void setDataSource(platform::OutlineViewDataSource* dataSource);
-  void setDelegate(platform::OutlineViewDelegate* delegate);
+  /// Asks for all groups anew. False when they are the same as before, and every index stays valid.
+  bool reload();
 
-  /// True when the data source still answers as it did, item for item, for all that was asked so far.
-  bool isUpToDate() const;
-  /// All rows are asked anew; every index that a view holds ends.
-  void reset();
-
-  /// Null for the root.
+  /// Null for an invalid index.
   platform::Object* itemAt(const QModelIndex& index) const;
-  /// Of the item's first cell; invalid when no view has come across the item yet.
-  QModelIndex indexOf(const platform::Object* item) const;
-
-  /// All items whose children a view has asked for, an item before those below it.
-  QModelIndexList loadedGroups() const;
+  /// Of the group's first cell; invalid for any other item.
+  QModelIndex indexOfGroup(const platform::Object* group) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& child) const override;
   QModelIndex sibling(int row, int column, const QModelIndex& index) const override;
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
-  bool hasChildren(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   QMimeData* mimeData(const QModelIndexList& indexes) const override;
-  QStringList mimeTypes() const override;
 
  private:
-  struct Node {
-    platform::Object* item = nullptr;
-    Node* parent = nullptr;
-    int row = 0;
-    bool isExpandable = true;
-    bool isLoaded = false;
-    std::vector<Node> children;  // never changes size once loaded: nodes point to their parents
+  struct Group {
+    platform::Object* item;
+    int entryCount;
+    friend bool operator==(const Group&, const Group&) = default;
   };
 
-  Node& nodeOf(const QModelIndex& index) const;
-  QModelIndex indexOf(const Node& node) const;
-  /// Invalid when there is no such row or column.
-  QModelIndex indexBelow(Node& parent, int row, int column) const;
-  int numberOfChildren(const Node& node) const;
-  /// The node, once its children are there.
-  Node& loaded(Node& node) const;
-  bool isUpToDate(const Node& node) const;
-  void appendLoadedGroups(const Node& node, QModelIndexList& groups) const;
-  QString countText(const Node& node) const;
+  /// Whichever cell of the row the index is of; 0 for an entry.
+  int entryCount(const QModelIndex& index) const;
 
   platform::OutlineView& outlineView_;
-  const CellTemplates& cells_;
-  platform::OutlineViewDataSource* dataSource_ = nullptr;
-  platform::OutlineViewDelegate* delegate_ = nullptr;
-  Columns columns_;
-  mutable Node root_;
-  mutable std::unordered_map<const platform::Object*, Node*> nodes_;
+  platform::OutlineViewDataSource& dataSource_;
+  platform::OutlineViewDelegate& delegate_;
+  const Columns& columns_;
+  std::vector<Group> groups_;  // an entry's index has its group's row, counted from 1, as its identifier
 };
 
 }  // namespace pelmarix::qt

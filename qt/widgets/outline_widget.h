@@ -7,28 +7,24 @@
 
 namespace pelmarix::qt {
 
-class OutlineWidget final : public RowsView<QTreeView> {
+class OutlineWidget final : public QTreeView, public RowsView {
   Q_OBJECT
-  Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
 
  public:
   explicit OutlineWidget(QWidget* parent = nullptr);
 
-  void setModel(QAbstractItemModel* model) override;
+  void keyboardSearch(const QString& typed) override { goToTyped(typed); }
 
  signals:
   /// With an invalid index for a double click that hit no row.
   void rowDoubleClicked(const QModelIndex& index);
 
  protected:
-  int nameColumn() const override { return 0; }
-  QModelIndex rowAfter(const QModelIndex& row) const override;
-  QModelIndex rowBefore(const QModelIndex& row) const override;
-  QModelIndex shownRowAfter(const QModelIndex& row) const override;
-  QModelIndex shownRow(const QModelIndex& row) const override;
-  void fitColumns() override;
+  bool isOpen(const QModelIndex& row) const override { return isExpanded(row); }
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 };
 
 }  // namespace pelmarix::qt

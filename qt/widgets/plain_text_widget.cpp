@@ -36,30 +36,6 @@ QChar shownCharacter(QChar character) {
   }
 }
 
-QString shownText(const std::string& utf8) {
-  QString text = toQString(utf8);
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    const QChar character = std::as_const(text)[i];
-    const QChar shown = shownCharacter(character);
-    if (shown != character) text[i] = shown;
-  }
-  return text;
-}
-
-/// The part of valid UTF-8 that stands from UTF-16 unit `begin` up to `end`.
-std::string_view sliceOfUnits(std::string_view utf8, int begin, int end) {
-  int unit = 0;
-  std::size_t from = utf8.size();
-  for (std::size_t i = 0; i < utf8.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(utf8[i]);
-    if ((byte & 0xc0U) == 0x80U) continue;
-    if (unit == begin) from = i;
-    if (unit >= end) return utf8.substr(from, i - from);
-    unit += byte >= 0xf0U ? 2 : 1;
-  }
-  return utf8.substr(from);
-}
-
 /// A part of a text, for the clipboard. It is cut out when somebody takes it and not before: all that is ever
 /// selected is offered to others.
 class PartOfText final : public QMimeData {
@@ -71,7 +47,7 @@ class PartOfText final : public QMimeData {
 
  protected:
   QVariant retrieveData(const QString& format, QMetaType /*preferredType*/) const override {
-    return formats().contains(format) ? toQString(sliceOfUnits(*text_, begin_, end_)) : QVariant();
+    return formats().contains(format) ? toQString(*text_).mid(begin_, end_ - begin_) : QVariant();
   }
 
  private:
@@ -94,7 +70,8 @@ void PlainTextWidget::showText(platform::SharedText text) {
   const bool isShown = text == text_ || *text == *text_;
   text_ = std::move(text);
   if (isShown) return;
-  shown_ = shownText(*text_);
+  shown_ = toQString(*text_);
+  std::transform(shown_.begin(), shown_.end(), shown_.begin(), shownCharacter);
   setPlainText(shown_);
 }
 

@@ -8,6 +8,7 @@
 #include <QToolTip>
 
 #include "qt/widgets/palette_colors.h"
+#include "qt/widgets/text_search.h"
 
 namespace pelmarix::qt {
 namespace {
@@ -86,9 +87,8 @@ void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell,
       cell.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
   painter.setPen(cell.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
   const QPointF place(rect.left(), rect.top() + (rect.height() - line.height()) / 2);
-  for (qsizetype at = 0;
-       !marked_.isEmpty() && (at = layout.text().indexOf(marked_, at, Qt::CaseInsensitive)) >= 0;
-       at += marked_.size()) {
+  const QString shown = layout.text();
+  for (qsizetype at = 0; (at = indexOfIgnoringCase(shown, marked_, at)) >= 0; at += marked_.size()) {
     const qreal left = line.cursorToX(static_cast<int>(at));
     const qreal right = line.cursorToX(static_cast<int>(at + marked_.size()));
     const QRectF match(place.x() + left, place.y(), right - left, line.height() - 1);

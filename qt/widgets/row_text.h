@@ -2,17 +2,13 @@
 #pragma once
 
 #include <QModelIndexList>
-#include <QString>
 
 class QMimeData;
 
 namespace pelmarix::qt {
 
 /// One line for each row that an index belongs to, in the order in which a view shows them: the texts of all
-/// its cells, separated by tabs.
-QString rowsAsText(const QModelIndexList& indexes);
-
-/// The same as what is dragged or put on the clipboard; owned by the caller.
+/// its cells, separated by tabs. Of models with at most two levels. Null for no rows; owned by the caller.
 QMimeData* rowsAsMimeData(const QModelIndexList& indexes);
 
 }  // namespace pelmarix::qt

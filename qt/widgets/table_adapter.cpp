@@ -5,19 +5,16 @@
 
 namespace pelmarix::qt {
 
-TableAdapter::TableAdapter(TableWidget& widget, const std::vector<ColumnTemplate>& columns,
-                           const std::vector<std::string>& cellIdentifiers)
-    : widget_(widget), cells_(cellIdentifiers), model_(*this, cells_, columns) {
+TableAdapter::TableAdapter(TableWidget& widget, const std::vector<ColumnDescription>& columns,
+                           platform::TableViewDataSource& dataSource, platform::TableViewDelegate& delegate)
+    : widget_(widget), columns_(columns), model_(*this, dataSource, delegate, columns_) {
   widget_.setModel(&model_);
+  widget_.setColumns(columns);
 }
-
-TableAdapter::~TableAdapter() { widget_.setModel(nullptr); }
 
 platform::View* TableAdapter::makeViewWithIdentifier(const std::string& identifier) {
-  return cells_.makeView(identifier);
+  return columns_.makeCell(identifier);
 }
-
-void TableAdapter::reloadData() { model_.reload(); }
 
 std::ptrdiff_t TableAdapter::selectedRow() const {
   const QItemSelectionModel& selection = *widget_.selectionModel();

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/table_view.h"
-#include "qt/widgets/cell_templates.h"
+#include "qt/widgets/columns.h"
 #include "qt/widgets/table_model.h"
 #include "qt/widgets/table_widget.h"
 
@@ -13,23 +13,19 @@ namespace pelmarix::qt {
 
 class TableAdapter final : public platform::TableView {
  public:
-  /// `widget` isn't owned and outlives the adapter.
-  TableAdapter(TableWidget& widget, const std::vector<ColumnTemplate>& columns,
-               const std::vector<std::string>& cellIdentifiers);
-  ~TableAdapter() override;
-
-  void setDataSource(platform::TableViewDataSource* dataSource) { model_.setDataSource(dataSource); }
-  void setDelegate(platform::TableViewDelegate* delegate) { model_.setDelegate(delegate); }
+  /// `widget`, `dataSource` and `delegate` aren't owned and outlive the adapter.
+  TableAdapter(TableWidget& widget, const std::vector<ColumnDescription>& columns,
+               platform::TableViewDataSource& dataSource, platform::TableViewDelegate& delegate);
 
   platform::View* makeViewWithIdentifier(const std::string& identifier) override;
-  void reloadData() override;
+  void reloadData() override { model_.reload(); }
   /// Of several selected rows the one with the focus, else the first.
   std::ptrdiff_t selectedRow() const override;
-  const std::vector<platform::TableColumn*>& tableColumns() const override { return model_.tableColumns(); }
+  const std::vector<platform::TableColumn*>& tableColumns() const override { return columns_.all(); }
 
  private:
   TableWidget& widget_;
-  CellTemplates cells_;
+  Columns columns_;
   TableModel model_;
 };
 

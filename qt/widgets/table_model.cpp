@@ -1,30 +1,18 @@
 #include "qt/widgets/table_model.h"
 
-#include <QMimeData>
 #include <algorithm>
 
 #include "qt/widgets/row_text.h"
 
 namespace pelmarix::qt {
 
-TableModel::TableModel(platform::TableView& tableView, const CellTemplates& cells,
-                       const std::vector<ColumnTemplate>& columns)
-    : tableView_(tableView), cells_(cells), columns_(columns) {}
-
-void TableModel::setDataSource(platform::TableViewDataSource* dataSource) {
-  dataSource_ = dataSource;
-  reload();
-}
-
-void TableModel::setDelegate(platform::TableViewDelegate* delegate) {
-  delegate_ = delegate;
-  reload();
-}
+TableModel::TableModel(platform::TableView& tableView, platform::TableViewDataSource& dataSource,
+                       platform::TableViewDelegate& delegate, const Columns& columns)
+    : tableView_(tableView), dataSource_(dataSource), delegate_(delegate), columns_(columns) {}
 
 void TableModel::reload() {
   const int before = rowCount_;
-  const int now =
-      dataSource_ == nullptr ? 0 : static_cast<int>(dataSource_->numberOfRowsInTableView(tableView_));
+  const int now = static_cast<int>(dataSource_.numberOfRowsInTableView(tableView_));
   if (now > before) {
     beginInsertRows({}, before, now - 1);
     rowCount_ = now;
@@ -45,9 +33,9 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole || delegate_ == nullptr) return {};
-  return cells_.textOf(
-      delegate_->tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
+  if (!index.isValid() || role != Qt::DisplayRole) return {};
+  return columns_.textOf(
+      delegate_.tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
 }
 
 QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -58,10 +46,6 @@ Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
   return index.isValid() ? QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled : Qt::NoItemFlags;
 }
 
-QMimeData* TableModel::mimeData(const QModelIndexList& indexes) const {
-  return indexes.isEmpty() ? nullptr : rowsAsMimeData(indexes);
-}
-
-QStringList TableModel::mimeTypes() const { return {QStringLiteral("text/plain")}; }
+QMimeData* TableModel::mimeData(const QModelIndexList& indexes) const { return rowsAsMimeData(indexes); }
 
 }  // namespace pelmarix::qt

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <vector>
 
 #include "platform/table_view.h"
-#include "qt/widgets/cell_templates.h"
+#include "qt/widgets/columns.h"
 
 namespace pelmarix::qt {
 
@@ -15,17 +14,12 @@ class TableModel final : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  /// Data source and delegate are asked on behalf of `tableView`, whose cells are `cells`.
-  TableModel(platform::TableView& tableView, const CellTemplates& cells,
-             const std::vector<ColumnTemplate>& columns);
+  /// Data source and delegate are asked on behalf of `tableView`. Without rows until the first reload.
+  TableModel(platform::TableView& tableView, platform::TableViewDataSource& dataSource,
+             platform::TableViewDelegate& delegate, const Columns& columns);
 
-  /// Neither is owned; null for none.
-  void setDataSource(platform::TableViewDataSource* dataSource);
-  void setDelegate(platform::TableViewDelegate* delegate);
   /// Rows are added or removed at the end, and every cell is asked anew.
   void reload();
-
-  const std::vector<platform::TableColumn*>& tableColumns() const { return columns_.all(); }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -33,14 +27,12 @@ class TableModel final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   QMimeData* mimeData(const QModelIndexList& indexes) const override;
-  QStringList mimeTypes() const override;
 
  private:
   platform::TableView& tableView_;
-  const CellTemplates& cells_;
-  platform::TableViewDataSource* dataSource_ = nullptr;
-  platform::TableViewDelegate* delegate_ = nullptr;
-  Columns columns_;
+  platform::TableViewDataSource& dataSource_;
+  platform::TableViewDelegate& delegate_;
+  const Columns& columns_;
   int rowCount_ = 0;
 };
 

@@ -7,27 +7,26 @@
 
 namespace pelmarix::qt {
 
-class TableWidget final : public RowsView<QTableView> {
+class TableWidget final : public QTableView, public RowsView {
   Q_OBJECT
-  Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
 
  public:
   explicit TableWidget(QWidget* parent = nullptr);
 
-  void setModel(QAbstractItemModel* model) override;
+  void keyboardSearch(const QString& typed) override { goToTyped(typed); }
 
  signals:
   /// The user opened the selected row: by a double click on it, by Return or by Space.
   void rowOpened();
 
  protected:
-  int nameColumn() const override { return 1; }
-  QModelIndex rowAfter(const QModelIndex& row) const override;
-  QModelIndex rowBefore(const QModelIndex& row) const override;
-  QModelIndex shownRowAfter(const QModelIndex& row) const override { return rowAfter(row); }
-  QModelIndex shownRow(const QModelIndex& row) const override { return row; }
-  void fitColumns() override;
+  bool isOpen(const QModelIndex& /*row*/) const override { return false; }
   void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void fitRows();
 };
 
 }  // namespace pelmarix::qt

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "platform/controls.h"
-#include "qt/widgets/control_adapters.h"
+#include "qt/widgets/text_adapter.h"
 #include "ui/bom_over_view_controller.h"
 
 namespace Ui {

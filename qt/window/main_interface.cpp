@@ -61,24 +61,18 @@ MainInterface::~MainInterface() = default;
 QMenu& MainInterface::helpMenu() { return *ui_->helpMenu; }
 
 void MainInterface::connectOutlets() {
-  outline_ = std::make_unique<OutlineAdapter>(*ui_->outline,
-                                              std::vector<ColumnTemplate>{
-                                                  {"NameColumn", QObject::tr("Name")},
-                                                  {"DateColumn", QObject::tr("Date")},
-                                                  {"VersionColumn", QObject::tr("Version")},
-                                              },
-                                              std::vector<std::string>{
-                                                  "NameCell",
-                                                  "DateCell",
-                                                  "VersionCell",
-                                                  "NameItemCell",
-                                              });
-  table_ = std::make_unique<TableAdapter>(*ui_->receiptsTable,
-                                          std::vector<ColumnTemplate>{
-                                              {"DateColumn", QObject::tr("Date")},
-                                              {"NameColumn", QObject::tr("Package")},
-                                          },
-                                          std::vector<std::string>{"DateCell", "NameCell"});
+  const QString date = QStringLiteral("0000-00-00 00:00:00 +0000");
+  const std::vector<ColumnDescription> historyColumns{
+      {"NameColumn", QObject::tr("Name"), {"NameCell", "NameItemCell"}, {}},
+      {"DateColumn", QObject::tr("Date"), {"DateCell"}, date},
+      {"VersionColumn", QObject::tr("Version"), {"VersionCell"}, QStringLiteral("0000.0.0.00")},
+  };
+  const std::vector<ColumnDescription> receiptColumns{
+      {"DateColumn", QObject::tr("Date"), {"DateCell"}, date},
+      {"NameColumn", QObject::tr("Package"), {"NameCell"}, {}},
+  };
+  outline_ = std::make_unique<OutlineAdapter>(*ui_->outline, historyColumns, controller_, controller_);
+  table_ = std::make_unique<TableAdapter>(*ui_->receiptsTable, receiptColumns, controller_, controller_);
   report_ = std::make_unique<TextAdapter>(*ui_->report);
   skip_ = std::make_unique<CheckBoxAdapter>(*ui_->skipConfigurationData);
   newestLast_ = std::make_unique<CheckBoxAdapter>(*ui_->newestLast);
@@ -93,11 +87,6 @@ void MainInterface::connectOutlets() {
   controller_.bsvTopView = &historyPane_;
   controller_.bomTopView = &receiptsPane_;
   controller_.setWindow(&window_);
-
-  outline_->setDataSource(&controller_);
-  outline_->setDelegate(&controller_);
-  table_->setDataSource(&controller_);
-  table_->setDelegate(&controller_);
 }
 
 void MainInterface::onClicked(QAbstractButton* button, std::function<void()> action) {

@@ -6,9 +6,10 @@
 #include <memory>
 
 #include "app/app_delegate.h"
-#include "qt/widgets/control_adapters.h"
+#include "qt/widgets/check_box_adapter.h"
 #include "qt/widgets/outline_adapter.h"
 #include "qt/widgets/table_adapter.h"
+#include "qt/widgets/text_adapter.h"
 #include "qt/window/application_adapter.h"
 #include "qt/window/bill_of_materials_sheet.h"
 #include "qt/window/main_window.h"

@@ -55,14 +55,16 @@ TEST_F(OutlineModel, TellsHowManyEntriesAGroupHas) {
     EXPECT_EQ(entry(0, 0).data(role), QVariant());
   }
   mojave->children.resize(1);
+  reload();
   EXPECT_EQ(group(0).data(Qt::ToolTipRole).toString(), QStringLiteral("1 entry"));
 }
 
-TEST_F(OutlineModel, IsEmptyWithoutDataSourceAndSaysNothingWithoutDelegate) {
-  outline.setDelegate(nullptr);
-  EXPECT_EQ(group(0).data(), QVariant());
-  outline.setDataSource(nullptr);
-  EXPECT_EQ(widget.model()->rowCount(), 0);
+TEST_F(OutlineModel, IsEmptyUntilItIsReloaded) {
+  qt::OutlineWidget other;
+  qt::OutlineAdapter outlineOfOther(other, treeColumns(), tree, tree);
+  EXPECT_EQ(other.model()->rowCount(), 0);
+  outlineOfOther.reloadItemReloadChildren(nullptr, true);
+  EXPECT_EQ(other.model()->rowCount(), 3);
 }
 
 /// 1,000 groups of 100 entries. Not under the tester, which looks at every row.
@@ -70,8 +72,7 @@ class LargeOutline : public testing::Test {
  protected:
   LargeOutline() {
     for (int i = 0; i < 1000; ++i) large.addGroup("Group", std::vector<std::string>(100, "Entry"));
-    outline.setDataSource(&large);
-    outline.setDelegate(&large);
+    outline.reloadItemReloadChildren(nullptr, true);
     widget.resize(600, 400);
     widget.show();
     QApplication::processEvents();
@@ -80,11 +81,7 @@ class LargeOutline : public testing::Test {
 
   Tree large;
   qt::OutlineWidget widget;
-  qt::OutlineAdapter outline{widget,
-                             {{"Name", QStringLiteral("Name")},
-                              {"Date", QStringLiteral("Date")},
-                              {"Other", QStringLiteral("Other")}},
-                             {"NameCell"}};
+  qt::OutlineAdapter outline{widget, treeColumns(), large, large};
 };
 
 TEST_F(LargeOutline, AsksForNoCellThatIsNotOnScreen) {

@@ -19,8 +19,7 @@ class TableAdapter : public testing::Test,
                      public platform::TableViewDelegate {
  protected:
   TableAdapter() {
-    table.setDataSource(this);
-    table.setDelegate(this);
+    table.reloadData();
     widget.resize(500, 300);
     widget.show();
     QApplication::processEvents();
@@ -57,8 +56,10 @@ class TableAdapter : public testing::Test,
   int cellQuestions = 0;
   qt::TableWidget widget;
   qt::TableAdapter table{widget,
-                         {{"DateColumn", QStringLiteral("Date")}, {"NameColumn", QStringLiteral("Package")}},
-                         {"DateCell", "NameCell"}};
+                         {{"DateColumn", QStringLiteral("Date"), {"DateCell"}, QStringLiteral("2019-03-25")},
+                          {"NameColumn", QStringLiteral("Package"), {"NameCell"}, {}}},
+                         *this,
+                         *this};
   QAbstractItemModelTester tester{widget.model(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
@@ -158,6 +159,16 @@ TEST_F(TableAdapter, StaysWhereItIsWhenNothingBeginsWithWhatIsTyped) {
   reloadWith({});
   QTest::keyClicks(&widget, QStringLiteral("xyz"));
   EXPECT_EQ(table.selectedRow(), -1);
+}
+
+TEST_F(TableAdapter, FindsAndGoesToTheSameLettersAsATextDoes) {
+  reloadWith({"Mail", "Word\u00a0List"});
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("D LI"), qt::SearchStart::pastSelection,
+                                 qt::SearchDirection::forward));
+  EXPECT_EQ(table.selectedRow(), 1);
+  widget.selectRow(0);
+  QTest::keyClicks(&widget, QStringLiteral("word l"));
+  EXPECT_EQ(table.selectedRow(), 1);
 }
 
 TEST_F(TableAdapter, CopiesTheSelectedRowsAsLines) {

@@ -64,14 +64,19 @@ class Tree final : public platform::OutlineViewDataSource, public platform::Outl
   }
 };
 
+inline std::vector<qt::ColumnDescription> treeColumns() {
+  return {{"Name", QStringLiteral("Name"), {"NameCell"}, {}},
+          {"Date", QStringLiteral("Date"), {"DateCell"}, QStringLiteral("2019-03-25")},
+          {"Other", QStringLiteral("Other"), {}, QStringLiteral("something else")}};
+}
+
 class OutlineOfATree : public testing::Test {
  protected:
   OutlineOfATree() {
     mojave = tree.addGroup("Mojave", {"macOS Mojave", "Security Update", "Rosetta"});
     empty = tree.addGroup("Nothing followed", {});
     catalina = tree.addGroup("Catalina", {"macOS Catalina", "\tWord List"});
-    outline.setDataSource(&tree);
-    outline.setDelegate(&tree);
+    reload();
     widget.resize(600, 400);
     widget.show();
     QApplication::processEvents();
@@ -85,11 +90,7 @@ class OutlineOfATree : public testing::Test {
   Tree tree;
   std::shared_ptr<Item> mojave, empty, catalina;
   qt::OutlineWidget widget;
-  qt::OutlineAdapter outline{widget,
-                             {{"Name", QStringLiteral("Name")},
-                              {"Date", QStringLiteral("Date")},
-                              {"Other", QStringLiteral("Other")}},
-                             {"NameCell", "DateCell"}};
+  qt::OutlineAdapter outline{widget, treeColumns(), tree, tree};
   QAbstractItemModelTester tester{widget.model(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 

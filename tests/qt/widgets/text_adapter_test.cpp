@@ -1,12 +1,10 @@
-#include "qt/widgets/control_adapters.h"
+#include "qt/widgets/text_adapter.h"
 
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QSignalSpy>
 #include <cmath>
 #include <limits>
-#include <vector>
 
 namespace pelmarix::test {
 namespace {
@@ -59,39 +57,6 @@ TEST_F(TextAdapter, OnlyRestylesTheTextThatIsShownAlready) {
   text.textStorage()->setAttributedString({text.string(), platform::Color::text, platform::SystemFont{13}});
   EXPECT_EQ(changed.count(), 0);
   EXPECT_EQ(widget.font().pointSizeF(), 13.0);
-}
-
-TEST(CheckBoxAdapter, HasTheStatesOfTheCheckBox) {
-  QCheckBox widget;
-  qt::CheckBoxAdapter box(widget);
-  EXPECT_EQ(box.state(), platform::stateOff);
-  widget.click();
-  EXPECT_EQ(box.state(), platform::stateOn);
-  for (const int state : {platform::stateOff, platform::stateMixed, platform::stateOn}) {
-    box.setState(state);
-    EXPECT_EQ(box.state(), state);
-  }
-}
-
-TEST(CheckBoxAdapter, SendsItsActionWhenTheUserChangesTheState) {
-  QCheckBox widget;
-  qt::CheckBoxAdapter box(widget);
-  std::vector<int> states;
-  box.setAction(&widget, [&] { states.push_back(box.state()); });
-  widget.click();
-  EXPECT_EQ(states, std::vector{platform::stateOn});
-  QAccessibleInterface* screenReader = QAccessible::queryAccessibleInterface(&widget);
-  screenReader->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-  EXPECT_EQ(states, (std::vector{platform::stateOn, platform::stateOff}));
-}
-
-TEST(CheckBoxAdapter, SendsNoActionWhenTheProgramSetsTheState) {
-  QCheckBox widget;
-  qt::CheckBoxAdapter box(widget);
-  bool isSent = false;
-  box.setAction(&widget, [&] { isSent = true; });
-  for (const int state : {platform::stateOn, platform::stateMixed, platform::stateOff}) box.setState(state);
-  EXPECT_FALSE(isSent);
 }
 
 }  // namespace

@@ -1,28 +1,16 @@
-// The platform's text views and buttons over Qt widgets. No adapter owns its widget.
+// The platform's button over a Qt check box.
 #pragma once
 
 #include <QCheckBox>
 #include <functional>
 
 #include "platform/controls.h"
-#include "qt/widgets/plain_text_widget.h"
 
 namespace pelmarix::qt {
 
-class TextAdapter final : public platform::TextView, public platform::TextStorage {
- public:
-  explicit TextAdapter(PlainTextWidget& widget) : widget_(widget) {}
-
-  platform::SharedText string() const override { return widget_.text(); }
-  platform::TextStorage* textStorage() override { return this; }
-  void setAttributedString(const platform::AttributedString& text) override;
-
- private:
-  PlainTextWidget& widget_;
-};
-
 class CheckBoxAdapter final : public platform::Button {
  public:
+  /// `widget` isn't owned and outlives the adapter.
   explicit CheckBoxAdapter(QCheckBox& widget) : widget_(widget) {}
 
   int state() const override;

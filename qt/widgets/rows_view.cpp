@@ -1,0 +1,156 @@
+#include "qt/widgets/rows_view.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QItemSelectionModel>
+#include <QPainter>
+#include <algorithm>
+
+#include "qt/widgets/palette_colors.h"
+#include "qt/widgets/row_text.h"
+#include "qt/widgets/text_search.h"
+
+namespace pelmarix::qt {
+namespace {
+
+// An invalid index stands for the place before the first row and after the last.
+
+/// The row after `row`, or after all rows below it when those are not to be entered.
+QModelIndex rowAfter(const QAbstractItemModel& model, QModelIndex row, bool isEntered) {
+  if (isEntered && model.rowCount(row) > 0) return model.index(0, 0, row);
+  while (row.isValid()) {
+    const QModelIndex next = row.siblingAtRow(row.row() + 1);
+    if (next.isValid()) return next;
+    row = row.parent();
+  }
+  return {};
+}
+
+/// The row before `row`, those below others included.
+QModelIndex rowBefore(const QAbstractItemModel& model, const QModelIndex& row) {
+  if (row.isValid() && row.row() == 0) return row.parent();
+  QModelIndex before = row.isValid() ? row.siblingAtRow(row.row() - 1) : QModelIndex();
+  while (const int count = model.rowCount(before)) before = model.index(count - 1, 0, before);
+  return before;
+}
+
+/// The first row from `current` on, all the way round, that `matches`; `next` goes from one to the other.
+template <typename Matches, typename Next>
+QModelIndex firstMatch(const QModelIndex& current, SearchStart start, Matches matches, Next next) {
+  QModelIndex first = start == SearchStart::atSelection ? current : next(current);
+  if (!first.isValid()) first = next({});
+  QModelIndex row = first;
+  while (row.isValid()) {
+    if (matches(row)) return row;
+    row = next(row);
+    if (!row.isValid()) row = next({});
+    if (row == first) break;
+  }
+  return {};
+}
+
+}  // namespace
+
+RowsView::RowsView(QAbstractItemView& view, QHeaderView& header)
+    : view_(view), header_(header), delegate_(new RowDelegate(&view)) {
+  view_.setItemDelegate(delegate_);
+  view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view_.setSelectionMode(QAbstractItemView::ExtendedSelection);
+  view_.setSelectionBehavior(QAbstractItemView::SelectRows);
+  view_.setAlternatingRowColors(true);
+  view_.setDragEnabled(true);
+  view_.setDragDropMode(QAbstractItemView::DragOnly);
+  view_.setTabKeyNavigation(false);
+  header_.setHighlightSections(false);
+  header_.setStretchLastSection(false);
+  header_.setSectionsMovable(false);
+}
+
+void RowsView::setColumns(const std::vector<ColumnDescription>& columns) {
+  columns_ = columns;
+  const auto name = std::find_if(columns.begin(), columns.end(),
+                                 [](const ColumnDescription& column) { return column.usualText.isEmpty(); });
+  nameColumn_ = static_cast<int>(name - columns.begin());
+  header_.setSectionResizeMode(nameColumn_, QHeaderView::Stretch);
+  fitColumns();
+}
+
+void RowsView::fitColumns() {
+  const int margin = view_.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view_) + 1;
+  for (int column = 0; column < std::ssize(columns_); ++column) {
+    const QString& text = columns_[static_cast<std::size_t>(column)].usualText;
+    if (!text.isEmpty())
+      header_.resizeSection(column, view_.fontMetrics().horizontalAdvance(text) + 4 * margin);
+  }
+}
+
+void RowsView::copyRows() const {
+  // Not selectedRows(), which looks through the whole selection again for each row of it.
+  QModelIndexList rows;
+  for (const QItemSelectionRange& range : view_.selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row)
+      rows += view_.model()->index(row, 0, range.parent());
+  if (!rows.isEmpty()) QApplication::clipboard()->setMimeData(rowsAsMimeData(rows));
+}
+
+void RowsView::markMatches(const QString& text) {
+  delegate_->setMarkedText(text);
+  view_.viewport()->update();
+}
+
+bool RowsView::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
+  const QAbstractItemModel& model = *view_.model();
+  const auto matches = [&](const QModelIndex& row) {
+    for (int column = 0; column < model.columnCount(); ++column)
+      if (indexOfIgnoringCase(row.siblingAtColumn(column).data().toString(), text) >= 0) return true;
+    return false;
+  };
+  const auto next = [&](const QModelIndex& row) {
+    return direction == SearchDirection::forward ? rowAfter(model, row, true) : rowBefore(model, row);
+  };
+  const QModelIndex match = firstMatch(view_.currentIndex().siblingAtColumn(0), start, matches, next);
+  if (match.isValid()) selectAlone(match);
+  return match.isValid();
+}
+
+bool RowsView::isTyping() const {
+  return sinceTyped_.isValid() && sinceTyped_.elapsed() <= QApplication::keyboardInputInterval();
+}
+
+void RowsView::goToTyped(const QString& typed) {
+  if (!isTyping()) typed_.clear();
+  sinceTyped_.start();
+  // The same letter again and again goes from one row to the next.
+  if (typed_ != typed) typed_ += typed;
+  const bool isFirst = typed_ == typed;
+  const auto matches = [&](const QModelIndex& row) {
+    const QString name = row.siblingAtColumn(nameColumn_).data().toString();
+    return indexOfIgnoringCase(QStringView(name).trimmed().left(typed_.size()), typed_) == 0;
+  };
+  const auto next = [&](const QModelIndex& row) {
+    return rowAfter(*view_.model(), row, !row.isValid() || isOpen(row));
+  };
+  // From a row that is not shown: from the one that hides it.
+  QModelIndex current = view_.currentIndex().siblingAtColumn(0);
+  if (const QModelIndex group = current.parent(); group.isValid() && !isOpen(group)) current = group;
+  const QModelIndex match =
+      firstMatch(current, isFirst ? SearchStart::pastSelection : SearchStart::atSelection, matches, next);
+  if (match.isValid()) selectAlone(match);
+}
+
+void RowsView::selectAlone(const QModelIndex& row) {
+  view_.selectionModel()->setCurrentIndex(row,
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  view_.scrollTo(row);
+}
+
+void RowsView::paintPlaceholder() {
+  if (view_.model() == nullptr || view_.model()->rowCount() > 0) return;
+  QPainter painter(view_.viewport());
+  painter.setPen(placeholderColor(view_.palette()));
+  const int margin = view_.fontMetrics().averageCharWidth() * 2;
+  painter.drawText(view_.viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                   Qt::AlignCenter | Qt::TextWordWrap, placeholderText_);
+}
+
+}  // namespace pelmarix::qt
