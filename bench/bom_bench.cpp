@@ -1,93 +1,48 @@
-// Lists a bill of materials of 400,000 paths, beside what any program must do for that: read the file, and
-// write as many bytes as the listing has.
+// The lister on a bom of 400,000 paths beside the system's sort of the same listing, each as a program of its
+// own on one thread. The lister is to take no longer than sort.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
-#include "lsbom/bom_file.h"
-#include "lsbom/command_line.h"
+#include "bench/paired_times.h"
 #include "sample/bom_writer.h"
 #include "sample/package_contents.h"
 
+namespace pelmarix::bench {
 namespace {
-
-using namespace pelmarix::lsbom;
 
 constexpr std::size_t pathCount = 400000;
 
-// The bom and the listing of it, as files that go away at the end.
-class Files {
- public:
-  Files() {
-    const std::string bytes =
-        pelmarix::sample::writeBillOfMaterials(pelmarix::sample::manyBomEntries(pathCount));
-    std::ofstream(bom, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  }
-  Files(const Files&) = delete;
-  Files& operator=(const Files&) = delete;
-  ~Files() {
-    std::filesystem::remove(bom);
-    std::filesystem::remove(listing);
-  }
-
-  const std::string bom = std::filesystem::temp_directory_path() / "pelmarix-bench.bom";
-  const std::string listing = std::filesystem::temp_directory_path() / "pelmarix-bench.txt";
-};
-
-const Files& files() {
-  static const Files theFiles;
-  return theFiles;
+void runShell(const std::string& command) {
+  if (std::system(command.c_str()) != 0) std::abort();
 }
 
-std::int64_t listingSize() { return static_cast<std::int64_t>(std::filesystem::file_size(files().listing)); }
+void listerBesideSort(benchmark::State& state) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path();
+  const std::string bom = folder / "pelmarix-bench.bom";
+  const std::string listing = folder / "pelmarix-bench.txt";
+  std::ofstream(bom, std::ios::binary) << sample::writeBillOfMaterials(sample::manyBomEntries(pathCount));
+  const std::string list = PELMARIX_LSBOM " -f -p fsT '" + bom + "' > ";
+  runShell(list + "'" + listing + "'");
 
-void makeListing(const std::vector<std::string>& arguments) {
-  std::FILE* const output = std::fopen(files().listing.c_str(), "wb");
-  if (output == nullptr || run(arguments, {}, output, stderr) != exitSuccess) std::abort();
-  std::fclose(output);
-}
-
-void listBom(benchmark::State& state) {
-  makeListing({"-f", "-p", "fsT", files().bom});  // makes the files as well
-  while (state.KeepRunning()) makeListing({"-f", "-p", "fsT", files().bom});
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(pathCount));
-  state.SetBytesProcessed(state.iterations() * listingSize());
-}
-BENCHMARK(listBom)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void readBom(benchmark::State& state) {
-  std::size_t size = 0;
+  Times lister;
+  Times sort;
   while (state.KeepRunning()) {
-    const auto file = BomFile::read(files().bom);
-    if (!file) std::abort();
-    size = file->bytes().size();
-    benchmark::DoNotOptimize(file->bytes().data());
+    lister.take([&] { runShell(list + "/dev/null"); });
+    sort.take([&] { runShell("LC_ALL=C sort --parallel=1 '" + listing + "' > /dev/null"); });
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(size));
+  state.counters["lister_ms"] = lister.median() * 1e3;
+  state.counters["sort_ms"] = sort.median() * 1e3;
+  state.counters["ratio"] = lister.median() / sort.median();
+  std::filesystem::remove(bom);
+  std::filesystem::remove(listing);
 }
-BENCHMARK(readBom)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void writeListing(benchmark::State& state) {
-  makeListing({"-f", "-p", "fsT", files().bom});
-  const std::string block(1 << 18, 'x');
-  const auto size = static_cast<std::size_t>(listingSize());
-  while (state.KeepRunning()) {
-    std::FILE* const output = std::fopen(files().listing.c_str(), "wb");
-    if (output == nullptr) std::abort();
-    for (std::size_t left = size; left > 0;)
-      left -= std::fwrite(block.data(), 1, std::min(left, block.size()), output);
-    std::fclose(output);
-  }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(size));
-}
-BENCHMARK(writeListing)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(listerBesideSort)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(5.0);
 
 }  // namespace
+}  // namespace pelmarix::bench
 
 BENCHMARK_MAIN();

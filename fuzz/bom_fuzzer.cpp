@@ -40,6 +40,7 @@ void checkEntries(const BillOfMaterials& bom, std::string_view bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static std::FILE* const sink = std::tmpfile();
+  require(sink != nullptr);
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const auto bom = BillOfMaterials::read(bytes);
   if (!bom) {

@@ -44,7 +44,7 @@ void check(std::string_view bytes) {
     std::size_t visits = 16 * bytes.size();
     checkValue(document->root(), 1, visits);
   } else {
-    // UTF-16 takes up to three bytes of UTF-8 for two of its own.
+    // A byte of ISO-8859-1 becomes two bytes of UTF-8, or one.
     require(document.error().offset <= 2 * bytes.size());
     require(!description(document.error()).empty());
   }

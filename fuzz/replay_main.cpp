@@ -29,11 +29,14 @@ int main(int count, char** arguments) {
   for (int i = 1; i < count; ++i) {
     const std::filesystem::path path = arguments[i];
     if (!std::filesystem::is_directory(path)) {
-      replayed += replay(path) ? 1 : 0;
+      if (!replay(path)) return 1;
+      ++replayed;
       continue;
     }
-    for (const auto& entry : std::filesystem::directory_iterator(path))
-      replayed += replay(entry.path()) ? 1 : 0;
+    for (const auto& entry : std::filesystem::directory_iterator(path)) {
+      if (!replay(entry.path())) return 1;
+      ++replayed;
+    }
   }
   std::printf("%zu inputs replayed\n", replayed);
   return replayed == 0 ? 1 : 0;

@@ -9,14 +9,12 @@
 #include <utility>
 
 #include "lsbom/cursor.h"
+#include "lsbom/path_tree.h"
 #include "lsbom/store.h"
-#include "lsbom/tree.h"
 
 namespace pelmarix::lsbom {
 namespace {
 
-// Several paths may share a record, so the link targets and program parts of all records may be about so many
-// times the file.
 constexpr std::size_t mostSharing = 16;
 
 constexpr std::uint32_t none = UINT32_MAX;
@@ -62,8 +60,9 @@ class BillOfMaterials::Reader {
   }
 
  private:
-  // Blocks may overlap, but names that are longer in all than the file would be the same bytes over and over.
-  // No two paths have their names in common; records they may well share.
+  // Blocks may overlap, and paths share records. But the names together may not be longer than the file, nor
+  // the link targets and program parts than mostSharing times the file: a small file would give a huge
+  // listing.
   Result<void, Failure> readPaths() {
     const auto leaves = readTree(store_);
     if (!leaves) return leaves.error();
@@ -77,7 +76,7 @@ class BillOfMaterials::Reader {
         if (!record) return Failure{record.error(), path.record.offset};
         if (const auto read = readName(cursor.u32(), path); !read) return read.error();
         length += path.name.length + (record->linkTarget.size() + record->programParts.size()) / mostSharing;
-        if (length > bom_.bytes_.size()) return Failure{Fault::textsTooLong, 0};
+        if (length > bom_.bytes_.size()) return Failure{Fault::tooMuchSharing, 0};
         paths_.push_back(path);
       }
     }

@@ -7,7 +7,7 @@
 
 namespace pelmarix::lsbom {
 
-/// The one place where a range is checked: every read takes its bytes or fails. After a failure the cursor
+/// Every read takes its bytes or fails. After a failure the cursor
 /// stays failed, and what it gives are zeros and empty ranges, so several reads can share one check.
 class Cursor {
  public:

@@ -52,8 +52,8 @@ std::string_view describe(Fault fault) {
       return "a path's name is cut short ahead of the name";
     case Fault::unterminatedName:
       return "a name has no NUL at its end";
-    case Fault::textsTooLong:
-      return "the texts of all paths together are longer than the file";
+    case Fault::tooMuchSharing:
+      return "paths share so many bytes that the listing would be far larger than the file";
     case Fault::shortRecord:
       return "a record is shorter than its fixed part";
     case Fault::targetPastEnd:

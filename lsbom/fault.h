@@ -31,7 +31,7 @@ enum class Fault : std::uint8_t {
   shortNumbers,
   shortName,
   unterminatedName,
-  textsTooLong,
+  tooMuchSharing,
   shortRecord,
   targetPastEnd,
   unterminatedTarget,

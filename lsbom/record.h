@@ -10,7 +10,8 @@
 
 namespace pelmarix::lsbom {
 
-enum class Kind : std::uint8_t { other, file, folder, link, device };
+/// Numbered as in the file.
+enum class Kind : std::uint8_t { other = 0, file = 1, folder = 2, link = 3, device = 4 };
 
 /// One architecture's part of a program.
 struct ProgramPart {

@@ -60,7 +60,8 @@ std::string_view description(Reason reason);
 
 struct Error {
   Reason reason;
-  /// Bytes from the start of the file; in text that is not UTF-8, from the start of its UTF-8 form.
+  /// Bytes from the start of the file; in text of another encoding, once that has been converted, from the
+  /// start of its UTF-8 form, which has no byte-order mark.
   std::size_t offset = 0;
   /// In XML the line, counted from 1. 0 in a binary file, and where the encoding of the text is at fault.
   std::size_t line = 0;

@@ -66,7 +66,7 @@ class Value {
   /// The keys and values of a dictionary in file order, repeated keys included; nothing for other types.
   Contents<Entry> entries() const;
   /// The value under a key of a dictionary, compared byte for byte. Where the key is repeated the last one
-  /// counts. Looks at every key.
+  /// counts. Takes time in proportion to the number of entries.
   std::optional<Value> find(std::string_view key) const;
 
  private:

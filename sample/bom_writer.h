@@ -27,8 +27,8 @@ struct BomEntry {
   std::uint32_t user = 0;                     ///< its id
   std::uint32_t group = 0;                    ///< its id
   std::uint32_t modificationTime = 0;         ///< seconds since 1970
-  std::uint32_t size = 0;                     ///< in bytes; a link's is reckoned from its target
-  std::uint32_t checksum = 0;                 ///< a file's; a device's number; a link's is reckoned
+  std::uint32_t size = 0;                     ///< in bytes; a link's is computed from its target
+  std::uint32_t checksum = 0;                 ///< a file's; a device's number; a link's is computed
   std::string linkTarget = {};                ///< links only
   std::vector<BomProcessor> processors = {};  ///< a program for these; none for any other file
 };

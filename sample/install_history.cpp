@@ -19,8 +19,8 @@ constexpr Day sierra = 2016y / 9 / 24;
 constexpr Day mojave = 2018y / 9 / 28;
 
 // Content types.
-constexpr std::string_view critical = "critical-update";
-constexpr std::string_view data = "config-data";
+constexpr std::string_view criticalUpdate = "critical-update";
+constexpr std::string_view configData = "config-data";
 constexpr std::string_view untyped = "";
 
 /// What was installed once.
@@ -47,12 +47,13 @@ constexpr auto milestones = std::to_array<Milestone>({
     {2017y / 3 / 28, "macOS Sierra Update", "10.12.4", "update.os.10.12.4Patch.16E195"},
     {2017y / 5 / 16, "macOS Sierra Update", "10.12.5", "update.os.10.12.5Patch.16F73"},
     {2017y / 7 / 20, "macOS Sierra Update", "10.12.6", "update.os.10.12.6Patch.16G29"},
-    {2017y / 8 / 3, "Certificate Trust Correction", "1.0", "CertificateTrust.16U1", critical},
+    {2017y / 8 / 3, "Certificate Trust Correction", "1.0", "CertificateTrust.16U1", criticalUpdate},
     {2017y / 9 / 27, "macOS High Sierra", "10.13", "OSInstall"},
     {2017y / 10 / 6, "macOS High Sierra 10.13 Supplemental Update", "10.13",
      "update.os.10.13Supplemental.17A405"},
     {2017y / 11 / 1, "macOS High Sierra 10.13.1 Update", "10.13.1", "update.os.10.13.1.17B48"},
-    {2017y / 11 / 30, "Security Update 2017-001", "10.13.1", "update.security.10.13.1.17B1002", critical},
+    {2017y / 11 / 30, "Security Update 2017-001", "10.13.1", "update.security.10.13.1.17B1002",
+     criticalUpdate},
     {2017y / 12 / 7, "macOS 10.13.2 Update", "10.13.2", "update.os.10.13.2.17C88"},
     {2018y / 1 / 9, "macOS High Sierra 10.13.2 Supplemental Update", "10.13.2",
      "update.os.10.13.2Supplemental.17C205"},
@@ -61,7 +62,7 @@ constexpr auto milestones = std::to_array<Milestone>({
     {2018y / 4 / 26, "Security Update 2018-001", "10.13.4", "update.security.10.13.4.17E202"},
     {2018y / 6 / 2, "macOS High Sierra 10.13.5 Update", "10.13.5", "update.os.10.13.5.17F77"},
     {2018y / 7 / 10, "macOS High Sierra 10.13.6 Update", "10.13.6", "update.os.10.13.6.17G65"},
-    {2018y / 8 / 14, "Keyboard Firmware Correction", "1.2", "KeyboardFirmware.17U2", critical},
+    {2018y / 8 / 14, "Keyboard Firmware Correction", "1.2", "KeyboardFirmware.17U2", criticalUpdate},
     {mojave, "macOS Mojave", "10.14", "OSInstall"},
     {2018y / 10 / 31, "macOS 10.14.1", "10.14.1", "update.os.10.14.1.18B75"},
     {2018y / 12 / 6, "macOS 10.14.2 Update", "10.14.2", "update.os.10.14.2.18C54"},
@@ -73,7 +74,7 @@ constexpr auto milestones = std::to_array<Milestone>({
     {2019y / 7 / 23, "macOS 10.14.6 Update", "10.14.6", "update.os.10.14.6.18G84"},
     {2019y / 8 / 2, "macOS Mojave 10.14.6 Supplemental Update", "10.14.6",
      "update.os.10.14.6Supplemental.18G87"},
-    {2019y / 8 / 20, "Battery Service Notice", "1.0", "BatteryService.18U4", critical},
+    {2019y / 8 / 20, "Battery Service Notice", "1.0", "BatteryService.18U4", criticalUpdate},
     {2019y / 10 / 12, "macOS Catalina", "10.15", "OSInstall"},
     {2019y / 10 / 16, "macOS Catalina 10.15 Supplemental Update", "10.15",
      "update.os.10.15Supplemental.19A602"},
@@ -92,7 +93,7 @@ constexpr auto milestones = std::to_array<Milestone>({
     {2020y / 11 / 6, "macOS Catalina 10.15.7 Supplemental Update", "10.15.7",
      "update.os.10.15.7Supplemental.19H15"},
     {2020y / 12 / 15, "Security Update 2020-001", "10.15.7", "update.security.10.15.7.19H114"},
-    {2021y / 1 / 12, "Disk Firmware Correction", "2.0.1", "DiskFirmware.19U7", critical},
+    {2021y / 1 / 12, "Disk Firmware Correction", "2.0.1", "DiskFirmware.19U7", criticalUpdate},
     {2021y / 2 / 2, "Security Update 2021-001", "10.15.7", "update.security.10.15.7.19H512"},
 });
 
@@ -114,20 +115,22 @@ constexpr std::string_view installer = "Installer";
 constexpr std::string_view store = "storedownloadd";
 
 constexpr auto series = std::to_array<Series>({
-    {"XProtectPlistConfigData", "", 2078, data, "com.apple.pkg.XProtectPlistConfigData", updater, 9},
-    {"MRT Configuration Data", "1.", 4, data, "com.apple.pkg.MRTConfigData", updater, 7, delivered, mojave},
-    {"MRTConfigData", "1.", 35, data, "com.apple.pkg.MRTConfigData", updater, 7, mojave},
-    {"Gatekeeper Configuration Data", "", 94, data, "com.apple.pkg.GatekeeperConfigData", updater, 9},
-    {"Incompatible Kernel Extension Configuration Data", "12.", 1, data,
+    {"XProtectPlistConfigData", "", 2078, configData, "com.apple.pkg.XProtectPlistConfigData", updater, 9},
+    {"MRT Configuration Data", "1.", 4, configData, "com.apple.pkg.MRTConfigData", updater, 7, delivered,
+     mojave},
+    {"MRTConfigData", "1.", 35, configData, "com.apple.pkg.MRTConfigData", updater, 7, mojave},
+    {"Gatekeeper Configuration Data", "", 94, configData, "com.apple.pkg.GatekeeperConfigData", updater, 9},
+    {"Incompatible Kernel Extension Configuration Data", "12.", 1, configData,
      "com.apple.pkg.IncompatibleKextConfigData", updater, 3},
-    {"TCC Configuration Data", "15.", 0, data, "com.apple.pkg.TCCConfigData", updater, 3, mojave},
-    {"Core Services Application Configuration Data", "1.0.", 25, data,
+    {"TCC Configuration Data", "15.", 0, configData, "com.apple.pkg.TCCConfigData", updater, 3, mojave},
+    {"Core Services Application Configuration Data", "1.0.", 25, configData,
      "com.apple.pkg.CoreServicesAppConfigData", updater, 3},
-    {"CoreSuggestions Configuration Data", "", 790, data, "com.apple.pkg.CoreSuggestionsConfigData", updater,
-     4, sierra},
-    {"Chinese Word List Update", "4.", 11, data, "com.apple.pkg.ChineseWordlistUpdate", updater, 5},
-    {"Speech Recognition Data – Français", "2.", 1, data, "com.apple.pkg.SpeechRecognition.fr", updater, 1},
-    {"Voice Update - Mónica", "6.1.", 0, data, "com.apple.pkg.Voice.Monica", updater, 1},
+    {"CoreSuggestions Configuration Data", "", 790, configData, "com.apple.pkg.CoreSuggestionsConfigData",
+     updater, 4, sierra},
+    {"Chinese Word List Update", "4.", 11, configData, "com.apple.pkg.ChineseWordlistUpdate", updater, 5},
+    {"Speech Recognition Data – Français", "2.", 1, configData, "com.apple.pkg.SpeechRecognition.fr", updater,
+     1},
+    {"Voice Update - Mónica", "6.1.", 0, configData, "com.apple.pkg.Voice.Monica", updater, 1},
     {"Command Line Tools", "9.", 0, untyped, "com.apple.pkg.CLTools_Executables", updater, 2},
     {"Safari", "10.", 0, untyped, "com.apple.pkg.Safari", updater, 2},
     {"Laser Printer Software Update", "4.", 2, untyped, "com.example.printers.laser", updater, 2},

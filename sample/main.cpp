@@ -25,12 +25,11 @@ constexpr const char* usage =
 constexpr int usageStatus = 64;  // as sysexits has it
 
 /// A whole number up to ten million; more would only fill the disk.
-Result<std::size_t, std::errc> parseCount(std::string_view argument) {
+std::optional<std::size_t> parseCount(std::string_view argument) {
   std::size_t number = 0;
   const char* const last = argument.data() + argument.size();
   const auto [end, error] = std::from_chars(argument.data(), last, number);
-  if (error != std::errc()) return error;
-  if (end != last || number > 10'000'000) return std::errc::invalid_argument;
+  if (error != std::errc() || end != last || number > 10'000'000) return std::nullopt;
   return number;
 }
 
@@ -51,7 +50,7 @@ int main(int argc, char** argv) {
     if (argument == "--large") {
       isLarge = true;
     } else if (argument == "--entries" || argument == "--receipts") {
-      const Result<std::size_t, std::errc> count = parseCount(i + 1 < argc ? argv[++i] : "");
+      const std::optional<std::size_t> count = parseCount(i + 1 < argc ? argv[++i] : "");
       if (!count) return fail(argument + " needs a number from 0 to 10000000");
       (argument == "--entries" ? entries : receipts) = *count;
     } else if (argument.starts_with("-")) {

@@ -31,8 +31,8 @@ struct Receipt {
   ReceiptBom bom;
 };
 
-/// That many receipts, in the order of their dates, oldest first, spread over the years 2015 to 2021. Both
-/// forms, the sub-folder and, from fifty receipts on, every kind of bom occur.
+/// That many receipts, in the order of their dates, oldest first, spread over the years 2015 to 2021. From
+/// twelve receipts on, both forms, the sub-folder and every kind of bom occur.
 std::vector<Receipt> receipts(std::size_t count);
 
 /// The receipt's property list in its form.

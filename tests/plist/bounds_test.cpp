@@ -111,7 +111,7 @@ std::size_t peakOfDecoding(std::string_view bytes) {
   return heap.peak();
 }
 
-/// As many objects as there are bytes in the table, all of them the one in the middle of long text.
+/// One long string under so many object numbers.
 std::string overlapping(const std::string& marker, const std::string& filling, std::size_t objectCount) {
   std::string object =
       marker + bigEndianBytes(filling.size() / (marker == hex("6F 12") ? 2 : 1), 4) + filling;

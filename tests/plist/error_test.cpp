@@ -38,6 +38,7 @@ TEST(Error, namesLineAndByteOfXml) {
 TEST(Error, countsInTheUtf8FormOfOtherEncodings) {
   EXPECT_EQ(errorOf("<?xml version='1.0' encoding='ISO-8859-1'?>\n<string>\xE9&</string>"),
             (Error{Reason::malformedReference, 54, 2}));
+  EXPECT_EQ(errorOf(hex("FE FF") + std::string("\0<\0a\0>", 6)), (Error{Reason::unknownTag, 0, 1}));
 }
 
 TEST(Error, namesTheByteWhereAnEncodingIsWrong) {

@@ -8,7 +8,7 @@
 //                  (0 in the last pair)
 //
 // A node's block may be shorter than the node size, which is therefore of no use to a reader.
-#include "lsbom/tree.h"
+#include "lsbom/path_tree.h"
 
 #include "lsbom/cursor.h"
 
