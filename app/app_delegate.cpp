@@ -33,7 +33,7 @@ constexpr std::string_view nameInList = "Pelmarix";
 
 constexpr int minorVersionOfSierra = 12;
 
-/// The maker's addresses are trusted: one that is not valid stops the program.
+// The maker's addresses are trusted: one that is not valid stops the program.
 platform::URL urlOf(const std::string& address) {
   const std::optional<platform::URL> url = platform::URL::fromString(address);
   if (!url) fatalStop("an address is not valid");
@@ -42,8 +42,8 @@ platform::URL urlOf(const std::string& address) {
 
 void openPage(const std::string& address) { platform::Workspace::sharedWorkspace().openURL(urlOf(address)); }
 
-/// An answer that may hold a list. The media types are compared letter by letter: a server that means a list
-/// says so in exactly one of these two ways.
+// An answer that may hold a list. The media types are compared letter by letter: a server that means a list
+// says so in exactly one of these two ways.
 bool isAcceptable(const platform::URLResponse* response) {
   const auto* http = dynamic_cast<const platform::HTTPURLResponse*>(response);
   if (http == nullptr || http->statusCode() < 200 || http->statusCode() > 299) return false;

@@ -18,7 +18,7 @@ void appendTwoDigits(std::string& text, char separator, unsigned number) {
   text.append(digits, sizeof digits);
 }
 
-/// At least four digits, behind a sign where it is negative.
+// At least four digits, behind a sign where it is negative.
 std::string yearText(double year) {
   // Lists ask for the dates of all their rows at a time, which formatted output would be too slow for.
   if (year >= 1000 && year <= 9999) return std::to_string(static_cast<int>(year));

@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t receiptCount = 5000;
 
-/// A volume with nothing but receipts, removed at the end.
+// A volume with nothing but receipts, removed at the end.
 class ReceiptsVolume {
  public:
   ReceiptsVolume() {
@@ -44,7 +44,7 @@ class ReceiptsVolume {
   ReceiptsVolume& operator=(const ReceiptsVolume&) = delete;
 
   const std::string& root() const { return root_; }
-  /// Of the receipts, in the order of their folder.
+  // Of the receipts, in the order of their folder.
   const std::vector<std::string>& files() const { return files_; }
 
  private:

@@ -21,7 +21,7 @@ namespace {
 
 constexpr const char* untilPaintedVariable = "PELMARIX_BENCH_UNTIL_PAINTED";
 
-/// Ends the process when the main window has been painted and handed to the display.
+// Ends the process when the main window has been painted and handed to the display.
 class EndAtFirstPaint final : public QObject {
  public:
   using QObject::QObject;
@@ -40,7 +40,7 @@ void watchForFirstPaint() {
 }
 Q_COREAPP_STARTUP_FUNCTION(watchForFirstPaint)
 
-/// A folder with both volumes and with settings that keep the program from asking for updates.
+// A folder with both volumes and with settings that keep the program from asking for updates.
 class Stage {
  public:
   Stage() {
@@ -51,7 +51,7 @@ class Stage {
     if (!sample::makeVolume(path("empty"), {.entries = 0, .receipts = 0})) std::abort();
   }
 
-  /// Runs the program on a volume until its window has been painted.
+  // Runs the program on a volume until its window has been painted.
   void runToFirstPaint(const char* volume) const {
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

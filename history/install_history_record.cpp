@@ -39,7 +39,7 @@ std::optional<theReceipts> decodeEntry(plist::Value entry) {
   return record;
 }
 
-/// Takes `cost` off the budget; false when it isn't there.
+// Takes `cost` off the budget; false when it isn't there.
 bool spend(std::size_t cost, std::size_t& budget) {
   if (cost > budget) return false;
   budget -= cost;

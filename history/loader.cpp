@@ -34,8 +34,8 @@ constexpr std::array<std::string_view, 9> systemReleaseMarkers = {
     "macOS 10.14",       "macOS 10.14.1",  "macOS 10.15", "Catalina",
 };
 
-/// One of history_type, or nothing for an entry that isn't kept. The first class that takes the entry
-/// decides.
+// One of history_type, or nothing for an entry that isn't kept. The first class that takes the entry
+// decides.
 std::optional<std::int64_t> classify(const theReceipts& entry) {
   // Composed once, the name is compared byte for byte: all the texts it is compared with are plain ASCII.
   const std::string composedName = platform::composed(entry.displayName);

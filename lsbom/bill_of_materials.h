@@ -38,13 +38,13 @@ class BillOfMaterials {
  private:
   class Reader;
 
-  /// Where something lies in the bytes.
+  // Where something lies in the bytes.
   struct Range {
     std::uint32_t offset;
     std::uint32_t length;
   };
 
-  /// A path as the file has it. Kept small, since fresh memory is half of the cost of a listing.
+  // A path as the file has it. Kept small, since fresh memory is half of the cost of a listing.
   struct Path {
     std::uint32_t id;
     std::uint32_t parent;
@@ -57,8 +57,8 @@ class BillOfMaterials {
   std::string_view at(Range range) const { return bytes_.substr(range.offset, range.length); }
 
   std::string_view bytes_;
-  std::vector<Path> paths_;           ///< by the parent's id, then by name
-  std::vector<std::uint32_t> order_;  ///< of the entries: indices of their paths
+  std::vector<Path> paths_;           // by the parent's id, then by name
+  std::vector<std::uint32_t> order_;  // of the entries: indices of their paths
 };
 
 }  // namespace pelmarix::lsbom

@@ -55,7 +55,7 @@ class Store {
   bool isInside(std::uint64_t offset, std::uint64_t length) const { return offset + length <= file_.size(); }
 
   std::string_view file_;
-  std::string_view index_;  ///< the pairs of offset and length
+  std::string_view index_;  // the pairs of offset and length
   std::uint32_t blockCount_ = 0;
   std::uint32_t pathsBlock_ = 0;
 };

@@ -31,8 +31,8 @@ Result<FileDescriptor, std::error_code> openShortPath(int folder, const char* pa
   return FileDescriptor(descriptor);
 }
 
-/// One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps. The path is
-/// terminated by NUL.
+// One call takes fewer than PATH_MAX bytes; what is deeper is reached in several steps. The path is
+// terminated by NUL.
 Result<FileDescriptor, std::error_code> openLongPath(int folder, std::string_view path, int flags,
                                                      mode_t mode) {
   FileDescriptor reached;

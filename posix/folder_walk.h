@@ -31,11 +31,11 @@ class FolderWalk final : public platform::DirectoryEnumerator {
     bool mayBeFolder;
   };
 
-  /// A folder that the walk is in.
+  // A folder that the walk is in.
   struct Level {
-    std::vector<Entry> entries;  ///< in the file system's order
+    std::vector<Entry> entries;  // in the file system's order
     std::size_t next = 0;
-    std::size_t prefixLength = 0;  ///< of the folder's own part of path_, with the slash at its end
+    std::size_t prefixLength = 0;  // of the folder's own part of path_, with the slash at its end
   };
 
   struct StreamCloser {
@@ -44,17 +44,17 @@ class FolderWalk final : public platform::DirectoryEnumerator {
   using Stream = std::unique_ptr<DIR, StreamCloser>;
 
   explicit FolderWalk(FileDescriptor top) : top_(std::move(top)) {}
-  /// Goes into the folder at `path`, relative to `base`, that is called path_; stays where it is if that
-  /// can't be opened.
+  // Goes into the folder at `path`, relative to `base`, that is called path_; stays where it is if that
+  // can't be opened.
   void enter(int base, const char* path, int flags);
   void enterLastEntry();
 
   FileDescriptor top_;
   std::vector<Level> levels_;
-  /// Open from when the walk enters the last level's folder until it leaves the next one. Meanwhile folders
-  /// in it are opened from here, and not by their whole path from the top.
+  // Open from when the walk enters the last level's folder until it leaves the next one. Meanwhile folders
+  // in it are opened from here, and not by their whole path from the top.
   Stream innermost_;
-  std::string path_;  ///< of the entry yielded last, relative to the top
+  std::string path_;  // of the entry yielded last, relative to the top
   bool lastMayBeFolder_ = false;
 };
 

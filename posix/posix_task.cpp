@@ -33,7 +33,7 @@ void check(int errorNumber, const std::string& what) {
     throw platform::TaskLaunchError(what + ": " + std::system_category().message(errorNumber));
 }
 
-/// What a child is to be given beside its program and arguments.
+// What a child is to be given beside its program and arguments.
 class SpawnSettings {
  public:
   SpawnSettings() {
@@ -89,7 +89,7 @@ void stopIgnoringChildren() {
   sigaction(SIGCHLD, &action, nullptr);
 }
 
-/// Waits for the child's end. False when something else has taken its status.
+// Waits for the child's end. False when something else has taken its status.
 bool waitFor(pid_t child, int& status) {
   for (;;) {
     if (waitpid(child, &status, 0) == child) return true;

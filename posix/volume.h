@@ -28,7 +28,7 @@ class Volume {
   std::string resolve(std::string_view macPath) const { return root_ + std::string(macPath); }
 
  private:
-  std::string root_;  ///< without a slash at its end; empty for the machine's own "/"
+  std::string root_;  // without a slash at its end; empty for the machine's own "/"
 };
 
 }  // namespace pelmarix::posix

@@ -10,7 +10,7 @@
 namespace pelmarix::sample {
 namespace {
 
-/// Appends to bytes; numbers are big-endian everywhere.
+// Appends to bytes; numbers are big-endian everywhere.
 struct Bytes {
   Bytes& u8(std::uint32_t value) {
     bytes.push_back(static_cast<char>(value));
@@ -55,11 +55,11 @@ std::string recordBlock(const BomEntry& entry, bool isOld) {
   return std::move(bytes.bytes);
 }
 
-/// A path's entry with its place in the tree of folders.
+// A path's entry with its place in the tree of folders.
 struct Path {
   const BomEntry* entry;
   std::string_view name;
-  std::uint32_t parent;  ///< an id; 0 for those without a folder above them
+  std::uint32_t parent;  // an id; 0 for those without a folder above them
   std::uint32_t id;
 };
 
@@ -69,7 +69,7 @@ std::pair<std::string_view, std::string_view> splitPath(std::string_view path) {
   return {path.substr(0, slash), path.substr(slash + 1)};
 }
 
-/// The folders that the paths need and that the list does not have.
+// The folders that the paths need and that the list does not have.
 std::vector<BomEntry> missingFolders(const std::vector<BomEntry>& entries) {
   std::set<std::string_view> known;
   for (const BomEntry& entry : entries) known.insert(entry.path);
@@ -86,7 +86,7 @@ std::vector<BomEntry> missingFolders(const std::vector<BomEntry>& entries) {
   return folders;
 }
 
-/// The paths in the order of the tree: by the parent's id, then by the name's bytes. Ids run depth first.
+// The paths in the order of the tree: by the parent's id, then by the name's bytes. Ids run depth first.
 std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std::vector<BomEntry>& added,
                                 const BomLayout& layout) {
   std::vector<const BomEntry*> sorted;
@@ -108,10 +108,10 @@ std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std:
   return paths;
 }
 
-/// The blocks of the file by number; number 0 is the null block.
+// The blocks of the file by number; number 0 is the null block.
 using Blocks = std::vector<std::string>;
 
-/// Returns the block's number. Without content it is a block that is filled later.
+// Returns the block's number. Without content it is a block that is filled later.
 std::uint32_t add(Blocks& blocks, std::string content = {}) {
   blocks.push_back(std::move(content));
   return size32(blocks.size() - 1);
@@ -133,7 +133,7 @@ std::uint32_t addEmptyTree(Blocks& blocks, std::uint32_t nodeSize, const BomLayo
   return tree;
 }
 
-/// What a node says of one below it.
+// What a node says of one below it.
 struct Child {
   std::uint32_t node;
   std::uint32_t lastKey;
@@ -166,7 +166,7 @@ std::vector<Child> addLeaves(Blocks& blocks, const std::vector<Path>& paths, con
   return leaves;
 }
 
-/// Puts levels of inner nodes above the children until one node is left: the root.
+// Puts levels of inner nodes above the children until one node is left: the root.
 std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayout& layout) {
   while (children.size() > 1) {
     std::vector<Child> level;
@@ -185,7 +185,7 @@ std::uint32_t addRoot(Blocks& blocks, std::vector<Child> children, const BomLayo
   return children.front().node;
 }
 
-/// Adds all that a bom holds and returns its variables: the names by which the blocks are found.
+// Adds all that a bom holds and returns its variables: the names by which the blocks are found.
 std::string addContent(Blocks& blocks, const std::vector<Path>& paths, const BomLayout& layout) {
   const std::uint32_t info =
       add(blocks, Bytes().u32(1).u32(size32(paths.size() + 1)).u32(1).u32(0).u32(0).u32(0).u32(0).bytes);
@@ -208,7 +208,7 @@ std::string addContent(Blocks& blocks, const std::vector<Path>& paths, const Bom
   return std::move(bytes.bytes);
 }
 
-/// The file: its header, and the parts where the layout wants them.
+// The file: its header, and the parts where the layout wants them.
 std::string assembled(const Blocks& blocks, const std::string& variables, const BomLayout& layout) {
   // The index has one length wherever the blocks stand, so its room is known ahead of its content.
   const std::uint32_t indexLength = size32(4 + 8 * blocks.size() + 4);

@@ -23,12 +23,12 @@ constexpr std::string_view criticalUpdate = "critical-update";
 constexpr std::string_view configData = "config-data";
 constexpr std::string_view untyped = "";
 
-/// What was installed once.
+// What was installed once.
 struct Milestone {
   Day day;
   std::string_view name;
   std::string_view version;
-  std::string_view package;  ///< its identifier behind "com.apple.pkg."
+  std::string_view package;  // its identifier behind "com.apple.pkg."
   std::string_view contentType = untyped;
 };
 
@@ -97,7 +97,7 @@ constexpr auto milestones = std::to_array<Milestone>({
     {2021y / 2 / 2, "Security Update 2021-001", "10.15.7", "update.security.10.15.7.19H512"},
 });
 
-/// What was installed again and again while it was around, its version counting up.
+// What was installed again and again while it was around, its version counting up.
 struct Series {
   std::string_view name;
   std::string_view versionPrefix;
@@ -105,7 +105,7 @@ struct Series {
   std::string_view contentType;
   std::string_view identifier;
   std::string_view processName;
-  unsigned weight;  ///< how often it comes beside the others
+  unsigned weight;  // how often it comes beside the others
   Day from = delivered;
   Day until = copied;
 };
@@ -152,7 +152,7 @@ struct Entry {
   std::string_view processName;
 };
 
-/// Adds milestones, the oldest first, until there are none left or `count` entries.
+// Adds milestones, the oldest first, until there are none left or `count` entries.
 void addMilestones(std::vector<Entry>& entries, std::size_t count, Random& random) {
   for (const Milestone& milestone : milestones) {
     if (entries.size() == count) return;
@@ -169,7 +169,7 @@ void addMilestones(std::vector<Entry>& entries, std::size_t count, Random& rando
   }
 }
 
-/// Picks one of the series that were around then, by weight.
+// Picks one of the series that were around then, by weight.
 std::size_t pickSeries(double seconds, Random& random) {
   std::array<unsigned, series.size()> weights{};
   unsigned total = 0;
@@ -184,7 +184,7 @@ std::size_t pickSeries(double seconds, Random& random) {
   return picked;
 }
 
-/// Adds `count` entries.
+// Adds `count` entries.
 void addSeries(std::vector<Entry>& entries, std::size_t count, Random& random) {
   std::array<unsigned, series.size()> installed{};
   const double begin = secondsAt(delivered) + 86400;

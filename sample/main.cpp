@@ -24,7 +24,7 @@ constexpr const char* usage =
 
 constexpr int usageStatus = 64;  // as sysexits has it
 
-/// A whole number up to ten million; more would only fill the disk.
+// A whole number up to ten million; more would only fill the disk.
 std::optional<std::size_t> parseCount(std::string_view argument) {
   std::size_t number = 0;
   const char* const last = argument.data() + argument.size();

@@ -74,12 +74,12 @@ void appendBigEndian(std::string& bytes, std::uint64_t number, unsigned width) {
   }
 }
 
-/// The fewest bytes that hold the number: 1 to 8.
+// The fewest bytes that hold the number: 1 to 8.
 unsigned widthFor(std::uint64_t number) {
   return (static_cast<unsigned>(std::bit_width(number | 1)) + 7) / 8;
 }
 
-/// UTF-16, big-endian, of valid UTF-8.
+// UTF-16, big-endian, of valid UTF-8.
 std::string utf16(std::string_view text) {
   std::string bytes;
   for (std::size_t at = 0; at < text.size();) {
@@ -99,7 +99,7 @@ std::string utf16(std::string_view text) {
   return bytes;
 }
 
-/// A type in the high four bits with its count in the low four, or in an integer that follows.
+// A type in the high four bits with its count in the low four, or in an integer that follows.
 std::string marker(unsigned type, std::size_t count) {
   std::string bytes;
   appendBigEndian(bytes, type | (count < 15 ? static_cast<unsigned>(count) : 15U), 1);
@@ -123,8 +123,8 @@ std::string dateObject(Date date) {
   return bytes;
 }
 
-/// Collects the objects first, containers before what they hold, because the width of a reference depends on
-/// how many there are; then writes them.
+// Collects the objects first, containers before what they hold, because the width of a reference depends on
+// how many there are; then writes them.
 class BinaryWriter {
  public:
   std::string write(const PropertyList& root) {
@@ -153,8 +153,8 @@ class BinaryWriter {
   using Reference = std::uint64_t;
 
   struct Object {
-    std::string bytes;  ///< all but the references
-    /// Of an array its items; of a dictionary all keys, then all values.
+    std::string bytes;  // all but the references
+    // Of an array its items; of a dictionary all keys, then all values.
     std::vector<Reference> references = {};
   };
 

@@ -10,7 +10,7 @@
 namespace pelmarix::sample {
 namespace {
 
-/// An application, and documents beside it.
+// An application, and documents beside it.
 void addApplicationWithDocuments(PackageContents& contents, const std::string& name) {
   const Application application{.path = "./Applications/" + name + ".app",
                                 .program = name,
@@ -28,7 +28,7 @@ void addApplicationWithDocuments(PackageContents& contents, const std::string& n
   contents.file(documents + "/Columns\tand\ttabs.txt");
 }
 
-/// Data as a background update brings it: a few files in a bundle of the system.
+// Data as a background update brings it: a few files in a bundle of the system.
 void addData(PackageContents& contents, const std::string& name, Random& random) {
   const std::string bundle = "./System/Library/CoreServices/" + name + ".bundle/Contents";
   contents.folder(".");
@@ -52,7 +52,7 @@ void addFolders(PackageContents& contents, const std::string& name) {
   contents.link(support + "/" + name + "/Latest", "Templates");
 }
 
-/// "com.example.office.templates.16U1200" gives "templates".
+// "com.example.office.templates.16U1200" gives "templates".
 std::string shortName(const std::string& packageIdentifier) {
   const std::size_t end = packageIdentifier.rfind('.');
   const std::size_t begin = packageIdentifier.rfind('.', end - 1) + 1;

@@ -15,8 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Tells a sample from a folder that is somebody's own. It is written first, so that a sample that was never
-/// finished can be replaced too.
+// Tells a sample from a folder that is somebody's own. It is written first, so that a sample that was never
+// finished can be replaced too.
 constexpr std::string_view markerName = "This is a sample.txt";
 constexpr std::string_view markerText =
     "pelmarix-sample made this folder. Nothing in it was ever installed anywhere.\n"

@@ -36,20 +36,20 @@ constexpr double minimumFontSize = 4.0;
 constexpr double maximumFontSize = 24.0;
 constexpr double fontSizeStep = 1.0;
 
-/// An outlet that the interface file left out stops the program.
+// An outlet that the interface file left out stops the program.
 template <typename Outlet>
 Outlet& connected(Outlet* outlet) {
   return required(outlet, "an outlet is not connected");
 }
 
-/// Null where there is no such element.
+// Null where there is no such element.
 template <typename Element>
 Element* elementAt(const std::vector<std::shared_ptr<Element>>& list, std::ptrdiff_t index) {
   if (index < 0 || index >= std::ssize(list)) return nullptr;
   return list[static_cast<std::size_t>(index)].get();
 }
 
-/// Null where the view has no such cell.
+// Null where the view has no such cell.
 platform::TableCellView* cellWithText(platform::CellMaker& view, const char* identifier,
                                       const std::string& text) {
   auto* cell = dynamic_cast<platform::TableCellView*>(view.makeViewWithIdentifier(identifier));

@@ -85,9 +85,9 @@ class ViewController final : public platform::ViewController,
   platform::View *bsvTopView = nullptr, *bomTopView = nullptr;
 
  private:
-  /// Fills `lines` from the groups, as the skip option says.
+  // Fills `lines` from the groups, as the skip option says.
   void rebuildLines();
-  /// Shows `lines`, in the order that the newest-last option says.
+  // Shows `lines`, in the order that the newest-last option says.
   void showReport();
   void showInOutputText(const platform::SharedText& text);
   void setFontSize(double pointSize);
