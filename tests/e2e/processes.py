@@ -65,14 +65,14 @@ def end_all_below():
         _reap()
         return not descendants(me)
 
-    for number, patience in ((signal.SIGTERM, 5.0), (signal.SIGKILL, 5.0)):
+    for number, seconds in ((signal.SIGTERM, 5.0), (signal.SIGKILL, 5.0)):
         for pid in descendants(me):
             try:
                 os.kill(pid, number)
             except ProcessLookupError:
                 pass
         try:
-            wait_until(all_gone, "processes that don't end", patience)
+            wait_until(all_gone, "processes that don't end", seconds)
             return
         except TimeoutError:
             if number == signal.SIGKILL:
