@@ -84,10 +84,9 @@ class OutlineView : public Object, public CellMaker {
   /// With a null item everything is asked anew. Items that were expanded and are still there stay expanded,
   /// and the selected item stays selected.
   virtual void reloadItemReloadChildren(Object* item, bool reloadChildren) = 0;
-  /// The row that was clicked last, -1 when the click hit none. Valid while the click's action runs.
-  virtual std::ptrdiff_t clickedRow() const = 0;
-  /// Null when there is no such row.
-  virtual Object* itemAtRow(std::ptrdiff_t row) = 0;
+  /// The item of the row that was clicked last, null when the click hit none. Valid while the click's action
+  /// runs.
+  virtual Object* itemAtClickedRow() const = 0;
   virtual bool isItemExpanded(Object* item) = 0;
   virtual void expandItem(Object* item) = 0;
   virtual void collapseItem(Object* item) = 0;

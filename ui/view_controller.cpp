@@ -189,7 +189,7 @@ void ViewController::reloadOutline() { connected(bsvOutlineView).reloadItemReloa
 
 void ViewController::doubleClickedItem(Object* sender) {
   auto& outlineView = required(dynamic_cast<OutlineView*>(sender), "the sender is not the outline");
-  if (auto* group = dynamic_cast<History*>(outlineView.itemAtRow(outlineView.clickedRow()))) {
+  if (auto* group = dynamic_cast<History*>(outlineView.itemAtClickedRow())) {
     if (outlineView.isItemExpanded(group))
       outlineView.collapseItem(group);
     else

@@ -41,17 +41,6 @@ void OutlineAdapter::reloadItemReloadChildren(platform::Object* /*item*/, bool /
     if (model_.hasChildren(model_.index(row, 0))) widget_.setFirstColumnSpanned(row, {}, true);
 }
 
-std::ptrdiff_t OutlineAdapter::clickedRow() const {
-  if (!clicked_.isValid()) return -1;
-  const QRect first = firstRowRect();
-  return (widget_.visualRect(clicked_).top() - first.top()) / first.height();
-}
-
-platform::Object* OutlineAdapter::itemAtRow(std::ptrdiff_t row) {
-  const QRect first = firstRowRect();
-  return model_.itemAt(widget_.indexAt({0, first.top() + static_cast<int>(row) * first.height()}));
-}
-
 bool OutlineAdapter::isItemExpanded(platform::Object* item) {
   return widget_.isExpanded(model_.indexOfGroup(item));
 }

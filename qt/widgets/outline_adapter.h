@@ -19,7 +19,7 @@ class OutlineAdapter final : public platform::OutlineView {
   OutlineAdapter(OutlineWidget& widget, const std::vector<ColumnDescription>& columns,
                  platform::OutlineViewDataSource& dataSource, platform::OutlineViewDelegate& delegate);
 
-  /// Called for each double click, while clickedRow() tells where.
+  /// Called for each double click, while itemAtClickedRow() tells where.
   void setDoubleAction(std::function<void()> action) { doubleAction_ = std::move(action); }
 
   /// Opens the last of the groups and brings it to the top of the view.
@@ -29,17 +29,13 @@ class OutlineAdapter final : public platform::OutlineView {
   /// Always reloads the whole outline, the one reload that the program asks for. As long as the groups are
   /// the same, all stays expanded, selected and in its place.
   void reloadItemReloadChildren(platform::Object* item, bool reloadChildren) override;
-  std::ptrdiff_t clickedRow() const override;
-  platform::Object* itemAtRow(std::ptrdiff_t row) override;
+  platform::Object* itemAtClickedRow() const override { return model_.itemAt(clicked_); }
   /// Of items, only groups expand.
   bool isItemExpanded(platform::Object* item) override;
   void expandItem(platform::Object* item) override;
   void collapseItem(platform::Object* item) override;
 
  private:
-  /// Of the outline's first row, above the view's top when that is scrolled down. All rows are equally high.
-  QRect firstRowRect() const { return widget_.visualRect(model_.index(0, 0)); }
-
   OutlineWidget& widget_;
   Columns columns_;
   OutlineModel model_;

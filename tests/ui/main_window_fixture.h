@@ -83,18 +83,14 @@ class PlainOutlineView final : public platform::OutlineView {
     EXPECT_TRUE(reloadChildren);
     ++reloads;
   }
-  std::ptrdiff_t clickedRow() const override { return clicked; }
-  platform::Object* itemAtRow(std::ptrdiff_t row) override {
-    return row < 0 || row >= std::ssize(rows) ? nullptr : rows[static_cast<std::size_t>(row)];
-  }
+  platform::Object* itemAtClickedRow() const override { return clicked; }
   bool isItemExpanded(platform::Object* item) override { return expanded.contains(item); }
   void expandItem(platform::Object* item) override { expanded.insert(item); }
   void collapseItem(platform::Object* item) override { expanded.erase(item); }
 
   PlainCells cells;
   int reloads = 0;
-  std::ptrdiff_t clicked = -1;
-  std::vector<platform::Object*> rows;
+  platform::Object* clicked = nullptr;
   std::set<platform::Object*> expanded;
 };
 

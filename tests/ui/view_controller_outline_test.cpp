@@ -110,30 +110,29 @@ TEST_F(HistoryOutline, LeavesACellWithoutATextFieldAsItIs) {
 
 class DoubleClick : public HistoryOutline {
  protected:
-  DoubleClick() { outline.rows = {group.get(), child(0), emptyGroup.get()}; }
-  void doubleClick(std::ptrdiff_t row) {
-    outline.clicked = row;
+  void doubleClick(platform::Object* item) {
+    outline.clicked = item;
     controller.doubleClickedItem(&outline);
   }
 };
 
 TEST_F(DoubleClick, OnAGroupExpandsItAndThenCollapsesIt) {
-  doubleClick(0);
+  doubleClick(group.get());
   EXPECT_TRUE(outline.expanded.contains(group.get()));
-  doubleClick(0);
+  doubleClick(group.get());
   EXPECT_FALSE(outline.expanded.contains(group.get()));
   EXPECT_EQ(outline.reloads, 2);
 }
 
 TEST_F(DoubleClick, OnAnEntryLeavesEveryGroupAsItWas) {
   outline.expanded = {group.get()};
-  doubleClick(1);
+  doubleClick(child(0));
   EXPECT_THAT(outline.expanded, testing::ElementsAre(group.get()));
   EXPECT_EQ(outline.reloads, 1);
 }
 
 TEST_F(DoubleClick, BelowTheLastRowChangesNothingButReloads) {
-  doubleClick(-1);
+  doubleClick(nullptr);
   EXPECT_THAT(outline.expanded, testing::IsEmpty());
   EXPECT_EQ(outline.reloads, 1);
 }
