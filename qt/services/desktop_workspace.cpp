@@ -1,14 +1,11 @@
 #include "qt/services/desktop_workspace.h"
 
 #include <QDesktopServices>
-#include <QUrl>
 
 #include "qt/services/text_conversion.h"
 
 namespace pelmarix::qt {
 
-void DesktopWorkspace::openURL(const platform::URL& url) {
-  QDesktopServices::openUrl(QUrl(toQString(url.absoluteString()), QUrl::StrictMode));
-}
+void DesktopWorkspace::openURL(const platform::URL& url) { QDesktopServices::openUrl(toQUrl(url)); }
 
 }  // namespace pelmarix::qt

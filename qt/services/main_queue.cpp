@@ -1,5 +1,6 @@
 #include "qt/services/main_queue.h"
 
+#include <QScopeGuard>
 #include <utility>
 
 namespace pelmarix::qt {
@@ -16,10 +17,12 @@ void MainQueue::dispatch(std::function<void()> block) {
 
 void MainQueue::runAlone(const std::function<void()>& work) {
   ++runningAlone_;
+  const auto goOn = qScopeGuard([this] {
+    if (--runningAlone_ == 0)
+      QMetaObject::invokeMethod(
+          this, [this] { runNext(); }, Qt::QueuedConnection);
+  });
   work();
-  if (--runningAlone_ == 0)
-    QMetaObject::invokeMethod(
-        this, [this] { runNext(); }, Qt::QueuedConnection);
 }
 
 void MainQueue::runNext() {

@@ -13,9 +13,8 @@ class MainQueue final : private QObject {
   /// Can be called from any thread while the queue lives. Blocks that wait when it goes are dropped.
   void dispatch(std::function<void()> block);
 
-  /// Runs something during which no block begins, although it may have an event loop of its own: each block,
-  /// and each alert. Otherwise an update would be offered on top of an alert that tells why a report wasn't
-  /// saved. Main thread only.
+  /// Runs `work`, which may have an event loop of its own, and begins no block until it has ended. So are run
+  /// each block and each alert: an update isn't offered over an alert. Main thread only.
   void runAlone(const std::function<void()>& work);
 
  private:

@@ -4,7 +4,6 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QUrl>
 #include <string>
 #include <utility>
 
@@ -77,7 +76,7 @@ class NetworkSession::Worker final : public QObject {
 
   void start(const platform::URL& url, platform::URLSessionCompletionHandler completionHandler) {
     if (!manager_) manager_ = std::make_unique<QNetworkAccessManager>();
-    QNetworkRequest get(QUrl::fromEncoded(QByteArray::fromStdString(url.absoluteString())));
+    QNetworkRequest get(toQUrl(url));
     get.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     get.setMaximumRedirectsAllowed(maximumRedirects);
     // HTTP/1.1, which every server speaks: for one small file the newer one has nothing to offer.

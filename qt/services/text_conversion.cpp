@@ -13,6 +13,8 @@ QString toQString(std::string_view utf8) {
 
 std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }
 
+QUrl toQUrl(const platform::URL& url) { return QUrl(toQString(url.absoluteString()), QUrl::StrictMode); }
+
 std::string toFileName(const QString& name) { return QFile::encodeName(name).toStdString(); }
 
 std::string composedForm(std::string_view utf8) {

@@ -1,9 +1,12 @@
-// Between the program's text, UTF-8 in std::string, and Qt's. Nothing else converts.
+// Between the program's text, UTF-8 in std::string, and Qt's; and its addresses. Nothing else converts.
 #pragma once
 
 #include <QString>
+#include <QUrl>
 #include <string>
 #include <string_view>
+
+#include "platform/url.h"
 
 namespace pelmarix::qt {
 
@@ -13,6 +16,8 @@ QString toQString(std::string_view utf8);
 
 /// A lone surrogate becomes a question mark.
 std::string toUtf8(const QString& text);
+
+QUrl toQUrl(const platform::URL& url);
 
 /// The bytes of a file name that Qt gave.
 std::string toFileName(const QString& name);

@@ -5,18 +5,11 @@
 
 namespace pelmarix::qt {
 
-int CheckBoxAdapter::state() const {
-  const Qt::CheckState state = widget_.checkState();
-  return state == Qt::Checked     ? platform::stateOn
-         : state == Qt::Unchecked ? platform::stateOff
-                                  : platform::stateMixed;
-}
+int CheckBoxAdapter::state() const { return widget_.isChecked() ? platform::stateOn : platform::stateOff; }
 
 void CheckBoxAdapter::setState(int state) {
   const QScopedValueRollback<bool> setting(isSettingState_, true);
-  widget_.setCheckState(state == platform::stateOn    ? Qt::Checked
-                        : state == platform::stateOff ? Qt::Unchecked
-                                                      : Qt::PartiallyChecked);
+  widget_.setChecked(state == platform::stateOn);
 }
 
 void CheckBoxAdapter::setAction(QObject* context, std::function<void()> action) {

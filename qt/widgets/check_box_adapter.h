@@ -8,6 +8,7 @@
 
 namespace pelmarix::qt {
 
+/// Off or on: a mixed state counts as off.
 class CheckBoxAdapter final : public platform::Button {
  public:
   /// `widget` isn't owned and outlives the adapter.

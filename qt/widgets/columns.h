@@ -25,6 +25,8 @@ struct ColumnDescription {
 class Columns {
  public:
   explicit Columns(const std::vector<ColumnDescription>& descriptions);
+  Columns(const Columns&) = delete;  // it holds pointers into itself
+  Columns& operator=(const Columns&) = delete;
 
   int count() const { return static_cast<int>(columns_.size()); }
   const platform::TableColumn* at(int position) const {

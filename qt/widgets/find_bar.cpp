@@ -10,6 +10,7 @@ namespace pelmarix::qt {
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FindBar>()) {
   ui_->setupUi(this);
+  usualDescription_ = ui_->text->accessibleDescription();
   // The line edit makes this button itself and has no other access to it.
   if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
   setPlaceholderColor();
@@ -18,18 +19,18 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::Fi
           [this] { find(SearchStart::atSelection, SearchDirection::forward); });
   connect(ui_->next, &QPushButton::clicked, this, &FindBar::findNext);
   connect(ui_->previous, &QPushButton::clicked, this, &FindBar::findPrevious);
-  connect(ui_->done, &QPushButton::clicked, this, &FindBar::close);
+  connect(ui_->done, &QPushButton::clicked, this, &FindBar::endSearch);
 }
 
 FindBar::~FindBar() = default;
 
-void FindBar::setTarget(QWidget* widget, Searchable* searchable) {
-  if (widget == targetWidget_) return;
+void FindBar::setTarget(QWidget& widget, Searchable& searchable) {
+  if (&widget == targetWidget_) return;
   if (target_ != nullptr) target_->markMatches({});
-  targetWidget_ = widget;
-  target_ = searchable;
-  ui_->text->setPlaceholderText(tr("Find in %1").arg(widget->accessibleName()));
-  ui_->outcome->clear();
+  targetWidget_ = &widget;
+  target_ = &searchable;
+  ui_->text->setPlaceholderText(tr("Find in %1").arg(widget.accessibleName()));
+  setOutcome({});
   if (isVisible()) target_->markMatches(ui_->text->text());
 }
 
@@ -40,11 +41,11 @@ void FindBar::open() {
   if (target_ != nullptr) target_->markMatches(ui_->text->text());
 }
 
-void FindBar::close() {
+void FindBar::endSearch() {
   // Before the bar goes: hiding what has the focus gives that to some other part, which would be the target.
   if (targetWidget_ != nullptr) targetWidget_->setFocus();
   hide();
-  ui_->outcome->clear();
+  setOutcome({});
   if (target_ != nullptr) target_->markMatches({});
 }
 
@@ -63,7 +64,12 @@ void FindBar::find(SearchStart start, SearchDirection direction) {
   const QString text = ui_->text->text();
   if (isVisible()) target_->markMatches(text);
   const bool isFound = text.isEmpty() || target_->selectMatch(text, start, direction);
-  ui_->outcome->setText(isFound ? QString() : tr("Not found"));
+  setOutcome(isFound ? QString() : tr("Not found"));
+}
+
+void FindBar::setOutcome(const QString& outcome) {
+  ui_->outcome->setText(outcome);
+  ui_->text->setAccessibleDescription(outcome.isEmpty() ? usualDescription_ : outcome);
 }
 
 void FindBar::setPlaceholderColor() {
@@ -81,7 +87,7 @@ void FindBar::changeEvent(QEvent* event) {
 void FindBar::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Escape:
-      return close();
+      return endSearch();
     case Qt::Key_Return:
     case Qt::Key_Enter:
       return event->modifiers().testFlag(Qt::ShiftModifier) ? findPrevious() : findNext();

@@ -20,10 +20,11 @@ class FindBar final : public QWidget {
   explicit FindBar(QWidget* parent = nullptr);
   ~FindBar() override;
 
-  /// What is searched from now on; both are the same object's and outlive the bar.
-  void setTarget(QWidget* widget, Searchable* searchable);
+  /// What is searched from now on: one object, which isn't owned. It is there whenever the bar is used, and
+  /// may be destroyed before the bar is.
+  void setTarget(QWidget& widget, Searchable& searchable);
   void open();
-  void close();
+  void endSearch();
   void findNext();
   void findPrevious();
 
@@ -33,9 +34,12 @@ class FindBar final : public QWidget {
 
  private:
   void find(SearchStart start, SearchDirection direction);
+  /// Shows it beside the text, and tells it to a screen reader that is in there.
+  void setOutcome(const QString& outcome);
   void setPlaceholderColor();
 
   std::unique_ptr<Ui::FindBar> ui_;
+  QString usualDescription_;
   QWidget* targetWidget_ = nullptr;
   Searchable* target_ = nullptr;
 };

@@ -30,12 +30,10 @@ platform::View* OutlineAdapter::makeViewWithIdentifier(const std::string& identi
 }
 
 void OutlineAdapter::reloadItemReloadChildren(platform::Object* /*item*/, bool /*reloadChildren*/) {
-  if (!model_.reload()) {
-    // Nothing is told of the same rows' cells: the view would look for each of 100,000 rows that it doesn't
-    // show.
-    widget_.viewport()->update();
-    return;
-  }
+  const bool isChanged = model_.reload();
+  widget_.updateDescription();
+  // Not by QAbstractItemModel::dataChanged: the view would look up 100,000 rows to find the few on screen.
+  if (!isChanged) return widget_.viewport()->update();
   // The names of groups, which have no date and no version, take the whole row.
   for (int row = 0; row < model_.rowCount(); ++row)
     if (model_.hasChildren(model_.index(row, 0))) widget_.setFirstColumnSpanned(row, {}, true);

@@ -13,7 +13,7 @@ OutlineWidget::OutlineWidget(QWidget* parent) : QTreeView(parent), RowsView(*thi
 }
 
 void OutlineWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) return copyRows();
+  if (event->matches(QKeySequence::Copy)) return copy();
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const QModelIndex current = currentIndex().siblingAtColumn(0);
   if (isReturn && event->modifiers() == Qt::NoModifier && model()->hasChildren(current))

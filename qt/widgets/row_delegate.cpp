@@ -15,7 +15,7 @@ namespace {
 
 constexpr QChar emSpace(0x2003);
 
-// More than the widest screen shows: a text of megabytes is not laid out for the sake of its first words.
+// A guess at more than the widest screen shows: a text of megabytes is not laid out for its first words.
 constexpr qsizetype longestShown = 2000;
 
 /// Where the style puts the cell's text.

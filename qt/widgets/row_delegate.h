@@ -6,8 +6,8 @@
 
 namespace pelmarix::qt {
 
-/// The name of what groups others is bold. A tab at the start of a text is a visible indentation; a text is
-/// drawn on one line whatever it holds. A cell whose text is cut off says it in its tooltip, as far as a
+/// Rows that have others below them are bold. A tab at the start of a text is a visible indentation; a text
+/// is drawn on one line whatever it holds. A cell whose text is cut off says it in its tooltip, as far as a
 /// person would read it there.
 class RowDelegate final : public QStyledItemDelegate {
   Q_OBJECT

@@ -68,6 +68,7 @@ RowsView::RowsView(QAbstractItemView& view, QHeaderView& header)
 
 void RowsView::setColumns(const std::vector<ColumnDescription>& columns) {
   columns_ = columns;
+  usualDescription_ = view_.accessibleDescription();
   const auto name = std::find_if(columns.begin(), columns.end(),
                                  [](const ColumnDescription& column) { return column.usualText.isEmpty(); });
   nameColumn_ = static_cast<int>(name - columns.begin());
@@ -84,7 +85,7 @@ void RowsView::fitColumns() {
   }
 }
 
-void RowsView::copyRows() const {
+void RowsView::copy() const {
   // Not selectedRows(), which looks through the whole selection again for each row of it.
   QModelIndexList rows;
   for (const QItemSelectionRange& range : view_.selectionModel()->selection())
@@ -142,6 +143,10 @@ void RowsView::selectAlone(const QModelIndex& row) {
   view_.selectionModel()->setCurrentIndex(row,
                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   view_.scrollTo(row);
+}
+
+void RowsView::updateDescription() {
+  view_.setAccessibleDescription(view_.model()->rowCount() > 0 ? usualDescription_ : placeholderText_);
 }
 
 void RowsView::paintPlaceholder() {

@@ -17,12 +17,14 @@ namespace pelmarix::qt {
 /// is protected here.
 class RowsView : public Searchable {
  public:
-  /// Those of the model, which is set before.
+  /// Those of the model, which is set before. Exactly one has no usual text: that of names.
   void setColumns(const std::vector<ColumnDescription>& columns);
   void setPlaceholderText(const QString& text) { placeholderText_ = text; }
+  /// To be called after each reload: an empty list's accessible description is its placeholder.
+  void updateDescription();
 
   /// Puts the selected rows on the clipboard; nothing selected leaves it alone.
-  void copyRows() const;
+  void copy() const;
 
   void markMatches(const QString& text) override;
   bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) override;
@@ -34,7 +36,8 @@ class RowsView : public Searchable {
   /// True for a row that shows those below it.
   virtual bool isOpen(const QModelIndex& row) const = 0;
 
-  /// Goes to the next shown row whose name begins with what was typed without a pause.
+  /// Goes to the next shown row whose name begins with what was typed without a pause. Not Qt's own, which
+  /// searches the current cell's column and takes a name's indentation for a part of it.
   void goToTyped(const QString& typed);
   /// True while the user types the beginning of a name.
   bool isTyping() const;
@@ -53,6 +56,7 @@ class RowsView : public Searchable {
   std::vector<ColumnDescription> columns_;
   int nameColumn_ = 0;
   QString placeholderText_;
+  QString usualDescription_;
   QString typed_;
   QElapsedTimer sinceTyped_;
 };

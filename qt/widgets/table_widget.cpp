@@ -20,7 +20,7 @@ void TableWidget::fitRows() {
 }
 
 void TableWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) return copyRows();
+  if (event->matches(QKeySequence::Copy)) return copy();
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   // A blank goes on with a name that is being typed.
   const bool isSpace = event->key() == Qt::Key_Space && !isTyping();

@@ -11,6 +11,7 @@ namespace pelmarix::qt {
 
 class MenuItemAdapter final : public platform::MenuItem {
  public:
+  /// `action` isn't owned and outlives the adapter.
   explicit MenuItemAdapter(QAction& action) : action_(action) {}
   void setState(int state) override;
   void setTitle(const std::string& title) override;

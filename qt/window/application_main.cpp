@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QIcon>
+#include <QSettings>
 #include <cstdlib>
 
 #include "app/app_delegate.h"
@@ -33,6 +34,9 @@ void platform::applicationMain(int argc, char** argv) {
   // The program ends by Application::terminate: an alert before the main window must not be taken for the
   // last window.
   QApplication::setQuitOnLastWindowClosed(false);
+  // Qt's file dialog keeps settings of its own, but this program writes nothing but its user defaults. Below
+  // something that is no folder no file can be made.
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 
   AppDelegate delegate;  // outlives whatever may still call it
   qt::MachineServices machine;
@@ -54,7 +58,7 @@ void platform::applicationMain(int argc, char** argv) {
   qt::FirstPainting firstPainting(interface.window(), [&] { delegate.applicationDidFinishLaunching(); });
   interface.show();
   if (!application.isTerminating()) QApplication::exec();
-  firstPainting.waitNoLonger();
+  firstPainting.waitNoLonger();  // what is done at launch is done once in any case: it stores defaults, too
   delegate.applicationWillTerminate();
   // Nothing is unsaved, so the end needn't wait for a name that is being looked up.
   if (session.shutDown() == qt::NetworkSession::ShutDown::lookUpPending) std::_Exit(EXIT_SUCCESS);

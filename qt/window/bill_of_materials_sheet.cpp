@@ -10,9 +10,12 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
     : QDialog(window), ui_(std::make_unique<Ui::BillOfMaterialsSheet>()) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
-  const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  ui_->listing->setFont(font);
-  ui_->listing->setTabStopDistance(8 * QFontMetricsF(font).horizontalAdvance(QLatin1Char(' ')));
+  ui_->listing->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  const auto setTabStops = [listing = ui_->listing] {
+    const QFontMetricsF metrics(listing->font());
+    listing->setTabStopDistance(8 * metrics.horizontalAdvance(QLatin1Char(' ')));
+  };
+  setTabStops();
   resize(window->size() * 9 / 10);
 
   text_ = std::make_unique<TextAdapter>(*ui_->listing);
@@ -21,8 +24,11 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   controller_.setDismisser([this](platform::ViewController&) { reject(); });
   connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
 
-  ui_->findBar->setTarget(ui_->listing, ui_->listing);
-  connect(ui_->listing, &PlainTextWidget::zoomRequested, ui_->listing, &PlainTextWidget::zoomIn);
+  ui_->findBar->setTarget(*ui_->listing, *ui_->listing);
+  connect(ui_->listing, &PlainTextWidget::zoomRequested, this, [this, setTabStops](int steps) {
+    ui_->listing->zoomIn(steps);
+    setTabStops();
+  });
 }
 
 BillOfMaterialsSheet::~BillOfMaterialsSheet() = default;

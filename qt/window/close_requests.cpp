@@ -50,7 +50,7 @@ bool CloseRequests::nativeEventFilter(const QByteArray& eventType, void* message
   if (event->window != window_.effectiveWinId() || event->type != protocols_ ||
       event->data.data32[0] != deleteWindow_)
     return false;
-  QMetaObject::invokeMethod(&window_, "close", Qt::QueuedConnection);
+  QMetaObject::invokeMethod(&window_, &QWidget::close, Qt::QueuedConnection);
   return true;
 }
 

@@ -2,7 +2,6 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QSettings>
 #include <utility>
 
 #include "qt/services/text_conversion.h"
@@ -51,12 +50,7 @@ class FileSavePanel::Dialog final : public QFileDialog {
   QStringList types_;
 };
 
-FileSavePanel::FileSavePanel(QWidget* parent) {
-  // Qt's dialog keeps settings of its own, but this program writes nothing but its user defaults. Below
-  // something that is no folder no file can be made.
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
-  dialog_ = new Dialog(parent);
-}
+FileSavePanel::FileSavePanel(QWidget* parent) : dialog_(new Dialog(parent)) {}
 
 FileSavePanel::~FileSavePanel() {
   // Later, since the dialog may be telling just now that it has ended.

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScopeGuard>
+#include <concepts>
 #include <exception>
 #include <utility>
 
@@ -14,14 +15,27 @@
 namespace pelmarix::qt {
 namespace {
 
-/// Runs an action. What it throws ends the action and nothing else.
+/// The same action, but what it throws ends it and nothing else.
 template <typename Action>
-void perform(Action action) {
-  try {
-    action();
-  } catch (const std::exception&) {
-    return;
-  }
+auto guarded(Action action) {
+  return [action = std::move(action)](auto... arguments) requires(
+      std::invocable<const Action&, decltype(arguments)...>) {
+    try {
+      action(arguments...);
+    } catch (const std::exception&) {
+      return;
+    }
+  };
+}
+
+/// Calls `action` with the widget that has the focus, if there is something in it to be copied.
+template <typename Action>
+void withFocusedWidget(Action action) {
+  QWidget* const focused = QApplication::focusWidget();
+  if (auto* outline = qobject_cast<OutlineWidget*>(focused)) return action(*outline);
+  if (auto* table = qobject_cast<TableWidget*>(focused)) return action(*table);
+  if (auto* text = qobject_cast<QPlainTextEdit*>(focused)) return action(*text);
+  if (auto* line = qobject_cast<QLineEdit*>(focused)) return action(*line);
 }
 
 /// Empty when the bundle doesn't tell.
@@ -53,7 +67,7 @@ MainInterface::MainInterface(AppDelegate& delegate) : ui_(std::make_unique<Ui::M
   connectOutlets();
   connectControls();
   connectMenus(delegate);
-  connectParts();
+  connectFocus();
 }
 
 MainInterface::~MainInterface() = default;
@@ -90,26 +104,24 @@ void MainInterface::connectOutlets() {
 }
 
 void MainInterface::onClicked(QAbstractButton* button, std::function<void()> action) {
-  QObject::connect(button, &QAbstractButton::clicked, &connections_,
-                   [action = std::move(action)] { perform(action); });
+  QObject::connect(button, &QAbstractButton::clicked, &connections_, guarded(std::move(action)));
 }
 
 void MainInterface::onTriggered(QAction* item, std::function<void()> action) {
-  QObject::connect(item, &QAction::triggered, &connections_,
-                   [action = std::move(action)] { perform(action); });
+  QObject::connect(item, &QAction::triggered, &connections_, guarded(std::move(action)));
 }
 
 void MainInterface::connectControls() {
-  outline_->setDoubleAction([this] { perform([this] { controller_.doubleClickedItem(outline_.get()); }); });
-  skip_->setAction(&connections_, [this] { perform([this] { controller_.skipNonCheckbox(skip_.get()); }); });
+  outline_->setDoubleAction(guarded([this] { controller_.doubleClickedItem(outline_.get()); }));
+  skip_->setAction(&connections_, guarded([this] { controller_.skipNonCheckbox(skip_.get()); }));
   newestLast_->setAction(&connections_,
-                         [this] { perform([this] { controller_.newestNonCheckbox(newestLast_.get()); }); });
+                         guarded([this] { controller_.newestNonCheckbox(newestLast_.get()); }));
   onClicked(ui_->showBillOfMaterials, [this] { showBillOfMaterials(); });
   onClicked(ui_->save, [this] { controller_.saveButton(nullptr); });
   onClicked(ui_->biggerText, [this] { changeFontSize(1); });
   onClicked(ui_->smallerText, [this] { changeFontSize(-1); });
   QObject::connect(ui_->report, &PlainTextWidget::zoomRequested, &connections_,
-                   [this](int steps) { perform([this, steps] { changeFontSize(steps); }); });
+                   guarded([this](int steps) { changeFontSize(steps); }));
 }
 
 void MainInterface::changeFontSize(int steps) {
@@ -136,40 +148,15 @@ void MainInterface::connectMenus(AppDelegate& delegate) {
   onTriggered(ui_->actionAbout, [this] { showAbout(&window_); });
 }
 
-void MainInterface::connectParts() {
-  struct Part {
-    QWidget* widget;
-    Searchable* searchable;
-    std::function<void()> copy;
-    std::function<void()> selectAll;
-  };
-  const std::vector<Part> parts = {
-      {ui_->outline, ui_->outline, [this] { ui_->outline->copyRows(); },
-       [this] { ui_->outline->selectAll(); }},
-      {ui_->receiptsTable, ui_->receiptsTable, [this] { ui_->receiptsTable->copyRows(); },
-       [this] { ui_->receiptsTable->selectAll(); }},
-      {ui_->report, ui_->report, [this] { ui_->report->copy(); }, [this] { ui_->report->selectAll(); }},
-  };
-  ui_->findBar->setTarget(ui_->outline, ui_->outline);
-  for (const Part& part : parts) {
-    // What had the focus last is what is searched.
-    QObject::connect(qApp, &QApplication::focusChanged, &connections_, [this, part](QWidget*, QWidget* now) {
-      if (now == part.widget) ui_->findBar->setTarget(part.widget, part.searchable);
-    });
-    onTriggered(ui_->actionCopy, [part] {
-      if (part.widget->hasFocus()) part.copy();
-    });
-    onTriggered(ui_->actionSelectAll, [part] {
-      if (part.widget->hasFocus()) part.selectAll();
-    });
-  }
-  // The find bar's line.
-  onTriggered(ui_->actionCopy, [] {
-    if (auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget())) line->copy();
+void MainInterface::connectFocus() {
+  ui_->findBar->setTarget(*ui_->outline, *ui_->outline);
+  // What had the focus last is what is searched.
+  QObject::connect(qApp, &QApplication::focusChanged, &connections_, [this](QWidget*, QWidget* now) {
+    auto* searchable = dynamic_cast<Searchable*>(now);
+    if (searchable != nullptr && now->window() == &window_) ui_->findBar->setTarget(*now, *searchable);
   });
-  onTriggered(ui_->actionSelectAll, [] {
-    if (auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget())) line->selectAll();
-  });
+  onTriggered(ui_->actionCopy, [] { withFocusedWidget([](auto& widget) { widget.copy(); }); });
+  onTriggered(ui_->actionSelectAll, [] { withFocusedWidget([](auto& widget) { widget.selectAll(); }); });
 }
 
 void MainInterface::show() {

@@ -42,8 +42,8 @@ class MainInterface final {
   void connectOutlets();
   void connectControls();
   void connectMenus(AppDelegate& delegate);
-  /// Connects what Find, Copy and Select All work on: the outline, the table and the report.
-  void connectParts();
+  /// Lets Find, Copy and Select All work on what has the focus.
+  void connectFocus();
   void onClicked(QAbstractButton* button, std::function<void()> action);
   void onTriggered(QAction* item, std::function<void()> action);
   /// The segue to the sheet.

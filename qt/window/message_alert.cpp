@@ -16,7 +16,7 @@ namespace {
 void showPlainly(QMessageBox& box) {
   for (QLabel* label : box.findChildren<QLabel*>()) {
     label->setTextFormat(Qt::PlainText);
-    if (label->text() != box.text()) continue;
+    if (label->objectName() != QLatin1String("qt_msgbox_label")) continue;
     QFont bold = label->font();
     bold.setBold(true);
     label->setFont(bold);

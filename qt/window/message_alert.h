@@ -14,9 +14,9 @@ namespace pelmarix::qt {
 
 class MessageAlert final : public platform::Alert {
  public:
-  /// `parent`, null for none, is the window that the alert belongs to. `mainQueue` waits while the alert is
-  /// up, so that no answer of the network comes over it. `isTerminating` tells that the program is ending:
-  /// then nothing is shown.
+  /// `parent`, null for none, is the window that the alert belongs to; one that goes while the alert is up
+  /// takes it along. `mainQueue` outlives the alert and waits while that is up, so that no answer of the
+  /// network comes over it. `isTerminating` tells that the program is ending: then nothing is shown.
   MessageAlert(QWidget* parent, MainQueue& mainQueue, std::function<bool()> isTerminating);
 
   void setMessageText(const std::string& text) override { messageText_ = text; }

@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <atomic>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -76,6 +77,18 @@ TEST(MainQueue, BeginsNoBlockWhileSomethingRunsAlone) {
   EXPECT_EQ(order, "");
   runEvents();
   EXPECT_EQ(order, "ab");
+}
+
+TEST(MainQueue, GoesOnAfterWhatRanAloneHasThrown) {
+  MainQueue queue;
+  bool hasRun = false;
+  const auto work = [&] {
+    queue.dispatch([&] { hasRun = true; });
+    throw std::runtime_error("thrown");
+  };
+  EXPECT_THROW(queue.runAlone(work), std::runtime_error);
+  runEvents();
+  EXPECT_TRUE(hasRun);
 }
 
 TEST(MainQueue, DropsBlocksWhenItGoes) {

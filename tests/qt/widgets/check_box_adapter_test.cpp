@@ -14,10 +14,19 @@ TEST(CheckBoxAdapter, HasTheStatesOfTheCheckBox) {
   EXPECT_EQ(box.state(), platform::stateOff);
   widget.click();
   EXPECT_EQ(box.state(), platform::stateOn);
-  for (const int state : {platform::stateOff, platform::stateMixed, platform::stateOn}) {
+  for (const int state : {platform::stateOff, platform::stateOn}) {
     box.setState(state);
     EXPECT_EQ(box.state(), state);
+    EXPECT_EQ(widget.isChecked(), state == platform::stateOn);
   }
+}
+
+TEST(CheckBoxAdapter, CountsAMixedStateAsOff) {
+  QCheckBox widget;
+  qt::CheckBoxAdapter box(widget);
+  box.setState(platform::stateOn);
+  box.setState(platform::stateMixed);
+  EXPECT_EQ(box.state(), platform::stateOff);
 }
 
 TEST(CheckBoxAdapter, SendsItsActionWhenTheUserChangesTheState) {

@@ -2,8 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPalette>
+#include <QPushButton>
+#include <QTest>
+
+#include "qt/widgets/plain_text_widget.h"
 
 namespace pelmarix::qt {
 namespace {
@@ -25,6 +31,103 @@ TEST(FindBarColors, FollowThePaletteWhereItNamesNoReadableOne) {
     EXPECT_EQ(placeholder.rgb(), text.rgb()) << text.name().toStdString();
     EXPECT_LT(placeholder.alpha(), 255);
   }
+}
+
+/// A window with two texts to search.
+class FindBarInAWindow : public testing::Test {
+ protected:
+  FindBarInAWindow() {
+    report.showText(platform::shareText("Mail\nSafari\nMail\nSafari\nMail\n"));
+    for (PlainTextWidget* text : {&report, &other}) text->resize(300, 200);
+    other.move(0, 200);
+    bar.move(0, 400);
+    window.resize(600, 500);
+    window.show();
+    window.activateWindow();
+    QApplication::processEvents();
+    bar.setTarget(report, report);
+    plain = picture();
+  }
+
+  QImage picture() {
+    other.setFocus();  // a text that has the focus shows its caret
+    return report.viewport()->grab().toImage();
+  }
+  /// Opens the bar and types.
+  void find(const char* text) {
+    bar.open();
+    QTest::keyClicks(line, QLatin1String(text));
+    report.moveCursor(QTextCursor::Start);  // so that a selection makes no difference between pictures
+  }
+  void pressReturnOn(const char* name) {
+    auto* button = bar.findChild<QPushButton*>(QLatin1String(name));
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Return);
+  }
+  int foundLine() const { return report.textCursor().blockNumber(); }
+
+  QWidget window;
+  PlainTextWidget report{&window}, other{&window};
+  FindBar bar{&window};
+  QLineEdit* line = bar.findChild<QLineEdit*>();
+  QLabel* outcome = bar.findChild<QLabel*>();
+  QImage plain;
+};
+
+TEST_F(FindBarInAWindow, GoesToTheNextAndThePreviousMatchByReturnOnTheButtons) {
+  find("safari");
+  pressReturnOn("next");
+  EXPECT_EQ(foundLine(), 1);
+  pressReturnOn("next");
+  EXPECT_EQ(foundLine(), 3);
+  pressReturnOn("previous");
+  EXPECT_EQ(foundLine(), 1);
+  EXPECT_TRUE(bar.isVisible());
+}
+
+TEST_F(FindBarInAWindow, EndsTheSearchByReturnOnDone) {
+  find("safari");
+  pressReturnOn("done");
+  EXPECT_FALSE(bar.isVisible());
+  EXPECT_TRUE(report.hasFocus());
+}
+
+TEST_F(FindBarInAWindow, GoesForwardByReturnInTheTextAndBackWithShift) {
+  find("safari");
+  QTest::keyClick(line, Qt::Key_Return);
+  EXPECT_EQ(foundLine(), 1);
+  QTest::keyClick(line, Qt::Key_Enter);
+  EXPECT_EQ(foundLine(), 3);
+  QTest::keyClick(line, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(foundLine(), 1);
+}
+
+TEST_F(FindBarInAWindow, TellsThatNothingWasFoundAlsoToAScreenReader) {
+  const QString usualDescription = line->accessibleDescription();
+  find("notes");
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found"));
+  EXPECT_EQ(line->accessibleDescription(), QStringLiteral("Not found"));
+  line->setText(QStringLiteral("mail"));
+  EXPECT_EQ(outcome->text(), QString());
+  EXPECT_EQ(line->accessibleDescription(), usualDescription);
+  line->setText(QStringLiteral("notes"));
+  bar.setTarget(other, other);
+  EXPECT_EQ(outcome->text(), QString());
+  EXPECT_EQ(line->accessibleDescription(), usualDescription);
+}
+
+TEST_F(FindBarInAWindow, MarksMatchesUntilTheSearchEnds) {
+  find("safari");
+  EXPECT_NE(picture(), plain);
+  QTest::keyClick(line, Qt::Key_Escape);
+  EXPECT_EQ(picture(), plain);
+}
+
+TEST_F(FindBarInAWindow, MarksMatchesUntilSomethingElseIsSearched) {
+  find("safari");
+  EXPECT_NE(picture(), plain);
+  bar.setTarget(other, other);
+  EXPECT_EQ(picture(), plain);
 }
 
 }  // namespace

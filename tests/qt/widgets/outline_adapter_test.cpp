@@ -143,7 +143,7 @@ TEST_F(OutlineAdapter, StaysWhereItIsWhenOnlyHiddenEntriesBeginWithWhatIsTyped) 
 
 TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheClipboardWithNoneSelected) {
   QApplication::clipboard()->setText(QStringLiteral("before"));
-  widget.copyRows();
+  widget.copy();
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before");
   widget.expandAll();
   QItemSelectionModel& selection = *widget.selectionModel();
@@ -152,12 +152,12 @@ TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheCl
   selection.select(group(2), add);
   selection.select(QItemSelection(entry(0, 1), entry(0, 2)), add);
   selection.select(group(0), add);
-  widget.copyRows();
+  widget.copy();
   reload();
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
             "Mojave\t\t\nSecurity Update\t\t\nRosetta\t\t\nCatalina\t\t\n\tWord List\t\t\n");
   widget.selectAll();
-  widget.copyRows();
+  widget.copy();
   EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 8);
 }
 

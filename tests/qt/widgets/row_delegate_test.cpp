@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <string>
 
+#include "tests/qt/widgets/pictures.h"
 #include "tests/qt/widgets/tree_fixture.h"
 
 namespace pelmarix::test {
@@ -58,7 +59,16 @@ TEST_F(DrawnOutline, SetsConfigurationDataApart) {
 TEST_F(DrawnOutline, MarksMatches) {
   const QImage before = picture();
   widget.markMatches(QStringLiteral("jav"));
-  EXPECT_NE(picture(), before);
+  const QRect changed = changedPart(before, picture());
+  QFont bold = widget.font();
+  bold.setBold(true);
+  const QFontMetrics letters(bold);
+  const QRect row = widget.visualRect(group(0));
+  const int left = row.left() + firstDarkColumn(group(0)) + letters.horizontalAdvance(QStringLiteral("Mo"));
+  const int width = letters.horizontalAdvance(QStringLiteral("jav"));
+  EXPECT_TRUE(row.contains(changed));
+  EXPECT_TRUE(isAbout(changed, QRect(left, changed.top(), width, changed.height())));
+  EXPECT_GE(changed.height(), letters.height() - 2);
   widget.markMatches({});
   EXPECT_EQ(picture(), before);
 }

@@ -26,11 +26,11 @@ class Tree final : public platform::OutlineViewDataSource, public platform::Outl
  public:
   std::ptrdiff_t outlineViewNumberOfChildrenOfItem(platform::OutlineView& /*outlineView*/,
                                                    platform::Object* item) override {
-    ++countQuestions;
     return std::ssize(childrenOf(item));
   }
   platform::Object* outlineViewChildOfItem(platform::OutlineView& /*outlineView*/, std::ptrdiff_t index,
                                            platform::Object* item) override {
+    if (item != nullptr) ++entryQuestions;
     return childrenOf(item).at(static_cast<std::size_t>(index)).get();
   }
   bool outlineViewIsItemExpandable(platform::OutlineView& /*outlineView*/, platform::Object* item) override {
@@ -54,7 +54,7 @@ class Tree final : public platform::OutlineViewDataSource, public platform::Outl
   }
 
   std::vector<std::shared_ptr<Item>> groups;
-  int countQuestions = 0;
+  int entryQuestions = 0;
   int cellQuestions = 0;
 
  private:

@@ -120,6 +120,19 @@ TEST_F(BillOfMaterialsSheet, HasNamesAndAFixedWidthFont) {
             QStringLiteral("Close"));
 }
 
+TEST_F(BillOfMaterialsSheet, KeepsItsColumnsEightLettersApartInEverySize) {
+  click("showBillOfMaterials");
+  auto* text = sheet()->findChild<qt::PlainTextWidget*>(QStringLiteral("listing"));
+  const auto lettersBetweenTabStops = [text] {
+    return text->tabStopDistance() / QFontMetricsF(text->font()).horizontalAdvance(QLatin1Char(' '));
+  };
+  EXPECT_DOUBLE_EQ(lettersBetweenTabStops(), 8);
+  const double before = text->font().pointSizeF();
+  emit text->zoomRequested(6);
+  EXPECT_EQ(text->font().pointSizeF(), before + 6);
+  EXPECT_DOUBLE_EQ(lettersBetweenTabStops(), 8);
+}
+
 TEST_F(BillOfMaterialsSheet, FindsText) {
   table().selectRow(0);
   click("showBillOfMaterials");

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 
+#include "app/addresses.h"
 #include "tests/qt/window/main_interface_fixture.h"
 
 namespace pelmarix::test {
@@ -68,12 +69,18 @@ TEST_F(MainInterface, IsEmptyButForTwoLineFeedsWithoutHistoryAndReceipts) {
   EXPECT_EQ(outline().model()->rowCount(), 0);
   EXPECT_EQ(table().model()->rowCount(), 0);
   EXPECT_EQ(*report().text(), "\n\n");
+  EXPECT_EQ(outline().accessibleDescription(),
+            QStringLiteral("Nothing was found in\n/Library/Receipts/InstallHistory.plist"));
+  EXPECT_EQ(table().accessibleDescription(),
+            QStringLiteral("No receipts were found in\n/System/Library/Receipts/"));
 }
 
 TEST_F(MainInterface, NamesAndDescribesWhatAPersonMeets) {
   show();
   const auto nameOf = [this](const char* widget) { return find<QWidget>(widget).accessibleName(); };
   EXPECT_EQ(nameOf("outline"), QStringLiteral("Install history"));
+  EXPECT_TRUE(outline().accessibleDescription().startsWith(QStringLiteral("System installs")));
+  EXPECT_TRUE(table().accessibleDescription().startsWith(QStringLiteral("Package receipts")));
   EXPECT_EQ(nameOf("receiptsTable"), QStringLiteral("Receipts"));
   EXPECT_EQ(nameOf("report"), QStringLiteral("Report"));
   EXPECT_EQ(nameOf("skipConfigurationData"), QStringLiteral("Skip configuration data"));
@@ -228,7 +235,7 @@ TEST_F(MainInterface, OpensTheHelpPages) {
   show();
   choose("actionSupport");
   choose("actionSystemUpdates");
-  EXPECT_THAT(workspace.opened, SizeIs(2));
+  EXPECT_THAT(workspace.opened, ElementsAre(supportPageAddress, newerSystemUpdatesPageAddress));
 }
 
 TEST_F(MainInterface, HasAMenuItemThatTellsOfTheUpdateCheck) {

@@ -110,6 +110,18 @@ TEST_F(MessageAlert, PrintsTheMessageBold) {
   });
 }
 
+TEST_F(MessageAlert, PrintsAnInformativeTextThatIsTheMessageAgainInItsUsualLetters) {
+  alert.setMessageText("message");
+  alert.setInformativeText("message");
+  alert.addButtonWithTitle("OK");
+  run([](QMessageBox& box) {
+    int boldLabels = 0;
+    for (const auto* label : box.findChildren<QLabel*>()) boldLabels += label->font().bold() ? 1 : 0;
+    EXPECT_EQ(boldLabels, 1);
+    box.close();
+  });
+}
+
 TEST_F(MessageAlert, HoldsUpTheMainQueueUntilItIsDismissed) {
   alert.addButtonWithTitle("OK");
   bool ran = false;
