@@ -18,9 +18,9 @@ void MainQueue::dispatch(std::function<void()> block) {
 void MainQueue::runAlone(const std::function<void()>& work) {
   ++runningAlone_;
   const auto goOn = qScopeGuard([this] {
-    if (--runningAlone_ == 0)
-      QMetaObject::invokeMethod(
-          this, [this] { runNext(); }, Qt::QueuedConnection);
+    --runningAlone_;
+    QMetaObject::invokeMethod(
+        this, [this] { runNext(); }, Qt::QueuedConnection);
   });
   work();
 }

@@ -5,8 +5,6 @@
 
 namespace pelmarix::qt {
 
-int CheckBoxAdapter::state() const { return widget_.isChecked() ? platform::stateOn : platform::stateOff; }
-
 void CheckBoxAdapter::setState(int state) {
   const QScopedValueRollback<bool> setting(isSettingState_, true);
   widget_.setChecked(state == platform::stateOn);

@@ -14,7 +14,7 @@ class CheckBoxAdapter final : public platform::Button {
   /// `widget` isn't owned and outlives the adapter.
   explicit CheckBoxAdapter(QCheckBox& widget) : widget_(widget) {}
 
-  int state() const override;
+  int state() const override { return widget_.isChecked() ? platform::stateOn : platform::stateOff; }
   void setState(int state) override;
 
   /// Has the action sent whenever the user changed the state, as long as `context` lives. A screen reader

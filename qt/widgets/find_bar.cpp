@@ -49,19 +49,14 @@ void FindBar::endSearch() {
   if (target_ != nullptr) target_->markMatches({});
 }
 
-void FindBar::findNext() {
-  if (ui_->text->text().isEmpty()) return open();
-  find(SearchStart::pastSelection, SearchDirection::forward);
-}
+void FindBar::findNext() { find(SearchStart::pastSelection, SearchDirection::forward); }
 
-void FindBar::findPrevious() {
-  if (ui_->text->text().isEmpty()) return open();
-  find(SearchStart::pastSelection, SearchDirection::backward);
-}
+void FindBar::findPrevious() { find(SearchStart::pastSelection, SearchDirection::backward); }
 
 void FindBar::find(SearchStart start, SearchDirection direction) {
   if (target_ == nullptr) return;
   const QString text = ui_->text->text();
+  if (text.isEmpty() && start == SearchStart::pastSelection) return open();
   if (isVisible()) target_->markMatches(text);
   const bool isFound = text.isEmpty() || target_->selectMatch(text, start, direction);
   setOutcome(isFound ? QString() : tr("Not found"));

@@ -20,8 +20,7 @@ class FindBar final : public QWidget {
   explicit FindBar(QWidget* parent = nullptr);
   ~FindBar() override;
 
-  /// What is searched from now on: one object, which isn't owned. It is there whenever the bar is used, and
-  /// may be destroyed before the bar is.
+  /// What is searched from now on: one object, which isn't owned and is there whenever the bar is used.
   void setTarget(QWidget& widget, Searchable& searchable);
   void open();
   void endSearch();

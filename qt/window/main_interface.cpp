@@ -15,7 +15,7 @@
 namespace pelmarix::qt {
 namespace {
 
-/// The same action, but what it throws ends it and nothing else.
+/// The same action; what it throws ends it and nothing else.
 template <typename Action>
 auto guarded(Action action) {
   return [action = std::move(action)](auto... arguments) requires(
