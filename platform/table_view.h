@@ -81,8 +81,9 @@ class TableViewDelegate {
 /// them; a null item is the root.
 class OutlineView : public Object, public CellMaker {
  public:
-  /// With a null item everything is asked anew. As long as the expandable items and the number of children of
-  /// each are the same, what is expanded and what is selected stays so; otherwise nothing is.
+  /// With a null item, the only one that it is called with, everything is asked anew. As long as the
+  /// expandable items and the number of children of each are the same, what is expanded and what is selected
+  /// stays so; otherwise nothing is.
   virtual void reloadItemReloadChildren(Object* item, bool reloadChildren) = 0;
   /// The item of the row that was clicked last, null when the click hit none. Valid while the click's action
   /// runs.

@@ -26,7 +26,6 @@ class OutlineAdapter final : public platform::OutlineView {
   void revealLastGroup();
 
   platform::View* makeViewWithIdentifier(const std::string& identifier) override;
-  /// Always reloads the whole outline, the one reload that the program asks for.
   void reloadItemReloadChildren(platform::Object* item, bool reloadChildren) override;
   platform::Object* itemAtClickedRow() const override { return model_.itemAt(clicked_); }
   /// Of items, only groups expand.

@@ -16,11 +16,6 @@ platform::View* TableAdapter::makeViewWithIdentifier(const std::string& identifi
   return columns_.makeCell(identifier);
 }
 
-void TableAdapter::reloadData() {
-  model_.reload();
-  widget_.updateDescription();
-}
-
 std::ptrdiff_t TableAdapter::selectedRow() const {
   const QItemSelectionModel& selection = *widget_.selectionModel();
   const int current = selection.currentIndex().row();

@@ -12,8 +12,7 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   setAttribute(Qt::WA_DeleteOnClose);
   ui_->listing->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   const auto setTabStops = [listing = ui_->listing] {
-    const QFontMetricsF metrics(listing->font());
-    listing->setTabStopDistance(8 * metrics.horizontalAdvance(QLatin1Char(' ')));
+    listing->setTabStopDistance(8 * QFontMetricsF(listing->font()).horizontalAdvance(QLatin1Char(' ')));
   };
   setTabStops();
   resize(window->size() * 9 / 10);

@@ -30,7 +30,7 @@ auto guarded(Action action) {
 
 /// Calls `action` with the widget that has the focus, if there is something in it to be copied.
 template <typename Action>
-void withFocusedWidget(Action action) {
+void withFocused(Action action) {
   QWidget* const focused = QApplication::focusWidget();
   if (auto* outline = qobject_cast<OutlineWidget*>(focused)) return action(*outline);
   if (auto* table = qobject_cast<TableWidget*>(focused)) return action(*table);
@@ -103,12 +103,9 @@ void MainInterface::connectOutlets() {
   controller_.setWindow(&window_);
 }
 
-void MainInterface::onClicked(QAbstractButton* button, std::function<void()> action) {
-  QObject::connect(button, &QAbstractButton::clicked, &connections_, guarded(std::move(action)));
-}
-
-void MainInterface::onTriggered(QAction* item, std::function<void()> action) {
-  QObject::connect(item, &QAction::triggered, &connections_, guarded(std::move(action)));
+template <typename Sender, typename Signal, typename Action>
+void MainInterface::on(Sender* sender, Signal signal, Action action) {
+  QObject::connect(sender, signal, &connections_, guarded(std::move(action)));
 }
 
 void MainInterface::connectControls() {
@@ -116,12 +113,11 @@ void MainInterface::connectControls() {
   skip_->setAction(&connections_, guarded([this] { controller_.skipNonCheckbox(skip_.get()); }));
   newestLast_->setAction(&connections_,
                          guarded([this] { controller_.newestNonCheckbox(newestLast_.get()); }));
-  onClicked(ui_->showBillOfMaterials, [this] { showBillOfMaterials(); });
-  onClicked(ui_->save, [this] { controller_.saveButton(nullptr); });
-  onClicked(ui_->biggerText, [this] { changeFontSize(1); });
-  onClicked(ui_->smallerText, [this] { changeFontSize(-1); });
-  QObject::connect(ui_->report, &PlainTextWidget::zoomRequested, &connections_,
-                   guarded([this](int steps) { changeFontSize(steps); }));
+  on(ui_->showBillOfMaterials, &QPushButton::clicked, [this] { showBillOfMaterials(); });
+  on(ui_->save, &QPushButton::clicked, [this] { controller_.saveButton(nullptr); });
+  on(ui_->biggerText, &QPushButton::clicked, [this] { changeFontSize(1); });
+  on(ui_->smallerText, &QPushButton::clicked, [this] { changeFontSize(-1); });
+  on(ui_->report, &PlainTextWidget::zoomRequested, [this](int steps) { changeFontSize(steps); });
 }
 
 void MainInterface::changeFontSize(int steps) {
@@ -143,20 +139,21 @@ void MainInterface::showBillOfMaterials() {
 void MainInterface::connectMenus(AppDelegate& delegate) {
   ui_->actionBiggerText->setShortcuts(
       {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
-  onTriggered(ui_->actionSupport, [&delegate] { delegate.openSupport(nullptr); });
-  onTriggered(ui_->actionSystemUpdates, [&delegate] { delegate.openUpdates(nullptr); });
-  onTriggered(ui_->actionAbout, [this] { showAbout(&window_); });
+  on(ui_->actionSupport, &QAction::triggered, [&delegate] { delegate.openSupport(nullptr); });
+  on(ui_->actionSystemUpdates, &QAction::triggered, [&delegate] { delegate.openUpdates(nullptr); });
+  on(ui_->actionAbout, &QAction::triggered, [this] { showAbout(&window_); });
 }
 
 void MainInterface::connectFocus() {
   ui_->findBar->setTarget(*ui_->outline, *ui_->outline);
   // What had the focus last is what is searched.
-  QObject::connect(qApp, &QApplication::focusChanged, &connections_, [this](QWidget*, QWidget* now) {
+  on(qApp, &QApplication::focusChanged, [this](QWidget* /*before*/, QWidget* now) {
     auto* searchable = dynamic_cast<Searchable*>(now);
     if (searchable != nullptr && now->window() == &window_) ui_->findBar->setTarget(*now, *searchable);
   });
-  onTriggered(ui_->actionCopy, [] { withFocusedWidget([](auto& widget) { widget.copy(); }); });
-  onTriggered(ui_->actionSelectAll, [] { withFocusedWidget([](auto& widget) { widget.selectAll(); }); });
+  on(ui_->actionCopy, &QAction::triggered, [] { withFocused([](auto& widget) { widget.copy(); }); });
+  on(ui_->actionSelectAll, &QAction::triggered,
+     [] { withFocused([](auto& widget) { widget.selectAll(); }); });
 }
 
 void MainInterface::show() {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QPointer>
-#include <functional>
 #include <memory>
 
 #include "app/app_delegate.h"
@@ -14,8 +13,6 @@
 #include "qt/window/bill_of_materials_sheet.h"
 #include "qt/window/main_window.h"
 #include "ui/view_controller.h"
-
-class QAbstractButton;
 
 namespace Ui {
 class MainWindow;
@@ -44,8 +41,9 @@ class MainInterface final {
   void connectMenus(AppDelegate& delegate);
   /// Lets Find, Copy and Select All work on what has the focus.
   void connectFocus();
-  void onClicked(QAbstractButton* button, std::function<void()> action);
-  void onTriggered(QAction* item, std::function<void()> action);
+  /// What the action throws ends it and nothing else.
+  template <typename Sender, typename Signal, typename Action>
+  void on(Sender* sender, Signal signal, Action action);
   /// The segue to the sheet.
   void showBillOfMaterials();
   void changeFontSize(int steps);
