@@ -261,8 +261,10 @@ TEST(Task, SearchesNoPathAndAsksNoShell) {
 
 TEST(Task, ThrowsWhenThereAreNoDescriptorsOrProcessesToBeHad) {
   EXPECT_EQ(test::inChild([] {
-              // Sanitizers look closely at the first pipe and at the failure, which takes descriptors.
+              // Sanitizers look closely at the first pipe and at the failure's words, which takes
+              // descriptors.
               { const PosixPipe first; }
+              static_cast<void>(std::system_category().message(EMFILE));
               rlimit usual;
               getrlimit(RLIMIT_NOFILE, &usual);
               const rlimit none = {3, usual.rlim_max};
