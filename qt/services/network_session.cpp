@@ -15,21 +15,21 @@ namespace {
 constexpr int maximumRedirects = 5;
 constexpr std::chrono::milliseconds shutDownTimeout(250);
 
-/// The media type without parameters, in the server's own letters.
+// The media type without parameters, in the server's own letters.
 std::optional<std::string> mediaType(const QNetworkReply& reply) {
   const QByteArray type = reply.rawHeader("Content-Type").split(';').front().trimmed();
   if (type.isEmpty()) return std::nullopt;
   return type.toStdString();
 }
 
-/// Qt counts the statuses from 400 on as errors, but they are answers like all others.
+// Qt counts the statuses from 400 on as errors, but they are answers like all others.
 bool isAnswer(QNetworkReply::NetworkError error, int status) {
   return error == QNetworkReply::NoError || (status >= 400 && error >= QNetworkReply::ContentAccessDenied);
 }
 
 }  // namespace
 
-/// Lives and dies with its reply.
+// Lives and dies with its reply.
 class NetworkSession::PendingRequest final : public QObject {
  public:
   PendingRequest(QNetworkReply& reply, int& pendingLookUps,
@@ -69,7 +69,7 @@ class NetworkSession::PendingRequest final : public QObject {
   std::string body_;
 };
 
-/// Starts the requests. Lives on the session's thread.
+// Starts the requests. Lives on the session's thread.
 class NetworkSession::Worker final : public QObject {
  public:
   explicit Worker(std::chrono::milliseconds timeout) : timeout_(timeout) {}
@@ -89,14 +89,14 @@ class NetworkSession::Worker final : public QObject {
 
   void dropRequests() { manager_.reset(); }
 
-  /// To be asked when the thread has ended.
+  // To be asked when the thread has ended.
   bool hasPendingLookUps() const { return pendingLookUps_ != 0; }
 
  private:
   const std::chrono::milliseconds timeout_;
-  /// Made on the thread, with the first request: it takes a while.
+  // Made on the thread, with the first request: it takes a while.
   std::unique_ptr<QNetworkAccessManager> manager_;
-  /// Requests whose name may still be looked up.
+  // Requests whose name may still be looked up.
   int pendingLookUps_ = 0;
 };
 

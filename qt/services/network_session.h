@@ -43,7 +43,7 @@ class NetworkSession final : public platform::URLSession {
   class Task;
   class Worker;
 
-  /// Lives on the thread.
+  // Lives on the thread.
   std::unique_ptr<Worker> worker_;
   QThread thread_;
 };

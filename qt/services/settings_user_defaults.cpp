@@ -23,7 +23,7 @@ QString settingsFile() {
 }
 #endif
 
-/// Nothing stored, or no number, is 0.
+// Nothing stored, or no number, is 0.
 double number(const QVariant& value) {
   bool isNumber = false;
   const double result = value.toDouble(&isNumber);

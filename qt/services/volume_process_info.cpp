@@ -20,7 +20,7 @@ int number(std::string_view digits) {
   return error == std::errc() && stop == end && result >= 0 ? result : 0;
 }
 
-/// The text under a key; empty when it is missing or no text.
+// The text under a key; empty when it is missing or no text.
 std::string text(plist::Value dictionary, std::string_view key) {
   const std::optional<plist::Value> value = dictionary.find(key);
   return std::string(value ? value->string().value_or("") : "");

@@ -33,7 +33,7 @@ class FindBar final : public QWidget {
 
  private:
   void find(SearchStart start, SearchDirection direction);
-  /// Shows it beside the text, and tells it to a screen reader that is in there.
+  // Shows it beside the text, and tells it to a screen reader that is in there.
   void setOutcome(const QString& outcome);
   void setPlaceholderColor();
 

@@ -44,7 +44,7 @@ class OutlineModel final : public QAbstractItemModel {
     friend bool operator==(const Group&, const Group&) = default;
   };
 
-  /// Whichever cell of the row the index is of; 0 for an entry.
+  // Whichever cell of the row the index is of; 0 for an entry.
   int entryCount(const QModelIndex& index) const;
 
   platform::OutlineView& outlineView_;

@@ -14,9 +14,9 @@
 namespace pelmarix::qt {
 namespace {
 
-/// What stands on screen for a character that a text document would take for a line's end or for markup of
-/// its own, or that has no picture and ends what the accessibility bus reads (NUL). Always one for one, so
-/// that a place in the document is the same place in the text.
+// What stands on screen for a character that a text document would take for a line's end or for markup of
+// its own, or that has no picture and ends what the accessibility bus reads (NUL). Always one for one, so
+// that a place in the document is the same place in the text.
 QChar shownCharacter(QChar character) {
   constexpr char16_t controlPictures = 0x2400;
   const char16_t code = character.unicode();
@@ -36,8 +36,8 @@ QChar shownCharacter(QChar character) {
   }
 }
 
-/// A part of a text, for the clipboard. It is cut out when somebody takes it and not before: all that is ever
-/// selected is offered to others.
+// A part of a text, for the clipboard. It is cut out when somebody takes it and not before: all that is ever
+// selected is offered to others.
 class PartOfText final : public QMimeData {
  public:
   PartOfText(platform::SharedText text, int begin, int end)

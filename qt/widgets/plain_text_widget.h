@@ -37,10 +37,10 @@ class PlainTextWidget final : public QPlainTextEdit, public Searchable {
   void paintMatches(QPainter& painter, const QTextBlock& block, const QPointF& topLeft) const;
 
   platform::SharedText text_ = platform::shareText({});
-  /// What the document shows of it, to search in.
+  // What the document shows of it, to search in.
   QString shown_;
   QString marked_;
-  int wheelAngle_ = 0;  ///< eighths of a degree, since the last step of zooming
+  int wheelAngle_ = 0;  // eighths of a degree, since the last step of zooming
 };
 
 }  // namespace pelmarix::qt

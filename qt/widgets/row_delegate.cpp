@@ -18,7 +18,7 @@ constexpr QChar emSpace(0x2003);
 // A guess at more than the widest screen shows: a text of megabytes is not laid out for its first words.
 constexpr qsizetype longestShown = 2000;
 
-/// Where the style puts the cell's text.
+// Where the style puts the cell's text.
 QRect textRect(const QStyleOptionViewItem& option) {
   const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();
   const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;

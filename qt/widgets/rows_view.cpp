@@ -15,7 +15,7 @@ namespace {
 
 // An invalid index stands for the place before the first row and after the last.
 
-/// The row after `row`, or after all rows below it when those are not to be entered.
+// The row after `row`, or after all rows below it when those are not to be entered.
 QModelIndex rowAfter(const QAbstractItemModel& model, QModelIndex row, bool isEntered) {
   if (isEntered && model.rowCount(row) > 0) return model.index(0, 0, row);
   while (row.isValid()) {
@@ -26,7 +26,7 @@ QModelIndex rowAfter(const QAbstractItemModel& model, QModelIndex row, bool isEn
   return {};
 }
 
-/// The row before `row`, those below others included.
+// The row before `row`, those below others included.
 QModelIndex rowBefore(const QAbstractItemModel& model, const QModelIndex& row) {
   if (row.isValid() && row.row() == 0) return row.parent();
   QModelIndex before = row.isValid() ? row.siblingAtRow(row.row() - 1) : QModelIndex();
@@ -34,7 +34,7 @@ QModelIndex rowBefore(const QAbstractItemModel& model, const QModelIndex& row) {
   return before;
 }
 
-/// The first row from `current` on, all the way round, that `matches`; `next` goes from one to the other.
+// The first row from `current` on, all the way round, that `matches`; `next` goes from one to the other.
 template <typename Matches, typename Next>
 QModelIndex firstMatch(const QModelIndex& current, SearchStart start, Matches matches, Next next) {
   QModelIndex first = start == SearchStart::atSelection ? current : next(current);

@@ -47,7 +47,7 @@ class RowsView : public Searchable {
   void paintPlaceholder();
 
  private:
-  /// And nothing else, whichever keys are held down just now.
+  // And nothing else, whichever keys are held down just now.
   void selectAlone(const QModelIndex& row);
 
   QAbstractItemView& view_;

@@ -10,8 +10,8 @@ constexpr qsizetype blockSize = 32;
 constexpr char16_t firstNonAscii = 0x80;
 constexpr char16_t caseBit = 0x20;
 
-/// Unit by unit: the letters outside the basic plane that have two cases are of scripts that are dead or
-/// rare.
+// Unit by unit: the letters outside the basic plane that have two cases are of scripts that are dead or
+// rare.
 char16_t folded(QChar letter) {
   const char16_t unit = letter.unicode();
   if (unit < firstNonAscii)
@@ -21,9 +21,9 @@ char16_t folded(QChar letter) {
 
 bool isSameLetter(QChar letter, QChar other) { return folded(letter) == folded(other); }
 
-/// False when none of a block's places has both the first and the last unit of what is sought. So simple that
-/// the compiler compares many places with one instruction: the bit that tells the cases of ASCII letters is
-/// left out, and what isn't ASCII may be anything.
+// False when none of a block's places has both the first and the last unit of what is sought. So simple that
+// the compiler compares many places with one instruction: the bit that tells the cases of ASCII letters is
+// left out, and what isn't ASCII may be anything.
 bool mayBeginInBlock(const char16_t* firsts, const char16_t* lasts, char16_t first, char16_t last) {
   int hits = 0;
   for (qsizetype i = 0; i < blockSize; ++i) {

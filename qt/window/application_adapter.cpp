@@ -9,7 +9,7 @@
 namespace pelmarix::qt {
 namespace {
 
-/// In Qt's menus "&" marks the letter that a key chooses, and "&&" stands for itself.
+// In Qt's menus "&" marks the letter that a key chooses, and "&&" stands for itself.
 QString titleOf(const QAction& action) {
   QString title;
   const QString text = action.text();

@@ -17,7 +17,7 @@
 namespace pelmarix {
 namespace {
 
-/// The window that an alert belongs to; null as long as none is on screen.
+// The window that an alert belongs to; null as long as none is on screen.
 QWidget* windowForAlerts(QWidget& mainWindow) {
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   return mainWindow.isVisible() ? &mainWindow : nullptr;

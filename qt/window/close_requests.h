@@ -18,7 +18,7 @@ class CloseRequests final : public QAbstractNativeEventFilter {
 
  private:
   QWidget& window_;
-  /// The numbers that the display has given to the names of the protocol. 0 stands for none.
+  // The numbers that the display has given to the names of the protocol. 0 stands for none.
   std::uint32_t protocols_ = 0;
   std::uint32_t deleteWindow_ = 0;
 };

@@ -15,7 +15,7 @@
 namespace pelmarix::qt {
 namespace {
 
-/// The same action; what it throws ends it and nothing else.
+// The same action; what it throws ends it and nothing else.
 template <typename Action>
 auto guarded(Action action) {
   return [action = std::move(action)](auto... arguments) requires(
@@ -28,7 +28,7 @@ auto guarded(Action action) {
   };
 }
 
-/// Calls `action` with the widget that has the focus, if there is something in it to be copied.
+// Calls `action` with the widget that has the focus, if there is something in it to be copied.
 template <typename Action>
 void withFocused(Action action) {
   QWidget* const focused = QApplication::focusWidget();
@@ -38,7 +38,7 @@ void withFocused(Action action) {
   if (auto* line = qobject_cast<QLineEdit*>(focused)) return action(*line);
 }
 
-/// Empty when the bundle doesn't tell.
+// Empty when the bundle doesn't tell.
 QString version() {
   const platform::InfoDictionary info =
       platform::Bundle::mainBundle().infoDictionary().value_or(platform::InfoDictionary());

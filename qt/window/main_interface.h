@@ -39,12 +39,12 @@ class MainInterface final {
   void connectOutlets();
   void connectControls();
   void connectMenus(AppDelegate& delegate);
-  /// Lets Find, Copy and Select All work on what has the focus.
+  // Lets Find, Copy and Select All work on what has the focus.
   void connectFocus();
-  /// What the action throws ends it and nothing else.
+  // What the action throws ends it and nothing else.
   template <typename Sender, typename Signal, typename Action>
   void on(Sender* sender, Signal signal, Action action);
-  /// The segue to the sheet.
+  // The segue to the sheet.
   void showBillOfMaterials();
   void changeFontSize(int steps);
 
@@ -62,7 +62,7 @@ class MainInterface final {
   platform::ScrollView reportScroller_;
   platform::ClipView reportClip_;
   QPointer<BillOfMaterialsSheet> sheet_;
-  /// The receiver of every signal. The first to go: a window tells of lost focus and the like as it ends.
+  // The receiver of every signal. The first to go: a window tells of lost focus and the like as it ends.
   QObject connections_;
 };
 

@@ -8,8 +8,8 @@
 namespace pelmarix::qt {
 namespace {
 
-/// Room for two lists side by side and some lines of the report, in the size of the letters; never more than
-/// the screen has.
+// Room for two lists side by side and some lines of the report, in the size of the letters; never more than
+// the screen has.
 platform::Rect initialContentRect(const QWidget& widget) {
   const QFontMetrics metrics = widget.fontMetrics();
   const QSize wanted(metrics.averageCharWidth() * 150, metrics.lineSpacing() * 46);

@@ -11,8 +11,8 @@
 namespace pelmarix::qt {
 namespace {
 
-/// Texts can come from files and from the network: nothing in them is markup. The box itself can be told so
-/// for the message only, and its labels can be reached as its children only.
+// Texts can come from files and from the network: nothing in them is markup. The box itself can be told so
+// for the message only, and its labels can be reached as its children only.
 void showPlainly(QMessageBox& box) {
   for (QLabel* label : box.findChildren<QLabel*>()) {
     label->setTextFormat(Qt::PlainText);
