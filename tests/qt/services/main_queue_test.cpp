@@ -118,9 +118,9 @@ TEST(MainQueue, ReleasesABlockOnceItHasRun) {
 TEST(MainQueue, RunsTheBlocksOfManyThreads) {
   MainQueue queue;
   std::atomic<int> ran = 0;
-  std::vector<std::thread> threads;
-  for (int thread = 0; thread < 4; ++thread)
-    threads.emplace_back([&] {
+  std::vector<std::thread> threads(4);
+  for (std::thread& thread : threads)
+    thread = std::thread([&] {
       for (int block = 0; block < 1000; ++block) queue.dispatch([&ran] { ++ran; });
     });
   while (ran != 4000) QCoreApplication::processEvents();
