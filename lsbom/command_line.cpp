@@ -99,7 +99,7 @@ class Parser {
 
 // The ids in a bill of materials are those of the Mac it is of, and so are the names: without a volume, this
 // machine's. There may be no such file.
-Accounts readAccounts(const posix::Volume& volume, std::string_view path) {
+Accounts readAccounts(const posix::Volume& volume, const std::string& path) {
   auto file = posix::RegularFile::open(volume.resolve(path));
   if (!file) return {};
   const auto lines = file->readToEnd();

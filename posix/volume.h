@@ -25,7 +25,7 @@ class Volume {
   static Volume fromEnvironment();
 
   /// Where the Mac's absolute path leads on this machine, as bytes.
-  std::string resolve(std::string_view macPath) const { return root_ + std::string(macPath); }
+  std::string resolve(const std::string& macPath) const { return root_ + macPath; }
 
  private:
   std::string root_;  // without a slash at its end; empty for the machine's own "/"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "base/fatal.h"
 #include "base/utf8.h"
@@ -46,10 +47,11 @@ void BoM::readBoMPLists() {
         platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read BoM PLists.");
         continue;
       }
-      const auto receipt = decodeBoMReceipt(*contents);
+      auto receipt = decodeBoMReceipt(*contents);
       if (!receipt) continue;
       path.resize(path.size() - extension.size());
-      items.push_back(std::make_shared<BoMItem>(receipt->PackageIdentifier, receipt->InstallDate, path));
+      items.push_back(std::make_shared<BoMItem>(std::move(receipt->PackageIdentifier), receipt->InstallDate,
+                                                std::move(path)));
     }
   }
   std::stable_sort(items.begin(), items.end(),
