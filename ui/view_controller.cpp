@@ -74,8 +74,9 @@ View* itemCell(OutlineView& outlineView, std::string_view column, const HistoryI
   if (column == "DateColumn") return outlineCell(outlineView, "DateCell", description(item.installDate));
   if (column == "VersionColumn") return outlineCell(outlineView, "VersionCell", item.version);
   // A tab sets configuration data apart inside the column of names.
-  const bool isSetApart = item.type >= history_type::configurationData;
-  return outlineCell(outlineView, "NameItemCell", isSetApart ? "\t" + item.name : item.name);
+  if (item.type >= history_type::configurationData)
+    return outlineCell(outlineView, "NameItemCell", "\t" + item.name);
+  return outlineCell(outlineView, "NameItemCell", item.name);
 }
 
 }  // namespace

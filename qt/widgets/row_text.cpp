@@ -13,6 +13,7 @@ QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
   // The row in the first level and the one below it; -1 for the former itself, which stands before those
   // below.
   std::vector<std::pair<int, int>> places;
+  places.reserve(static_cast<std::size_t>(indexes.size()));
   for (const QModelIndex& index : indexes) {
     const QModelIndex group = index.parent();
     places.push_back(group.isValid() ? std::pair(group.row(), index.row()) : std::pair(index.row(), -1));
