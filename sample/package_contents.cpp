@@ -1,7 +1,5 @@
 #include "sample/package_contents.h"
 
-#include <cstdint>
-
 namespace pelmarix::sample {
 
 void PackageContents::folder(const std::string& path) {

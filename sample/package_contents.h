@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 

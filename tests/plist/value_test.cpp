@@ -7,7 +7,6 @@
 
 #include "tests/plist/binary_builder.h"
 #include "tests/plist/describe.h"
-#include "tests/plist/heap_meter.h"
 
 namespace pelmarix::plist {
 namespace {

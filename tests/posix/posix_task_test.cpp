@@ -4,11 +4,6 @@
 #include <signal.h>
 #include <sys/resource.h>
 
-#include <array>
-#include <atomic>
-#include <chrono>
-#include <thread>
-
 #include "receipts/bom.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_services.h"

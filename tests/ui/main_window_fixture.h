@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -112,8 +111,7 @@ class PlainTableView final : public platform::TableView {
 
 class PlainWindow final : public platform::Window {
  public:
-  PlainWindow()
-      : platform::Window({}, platform::WindowStyleMask::all, platform::BackingStore::buffered, false) {}
+  PlainWindow() : Window({}, platform::WindowStyleMask::all, platform::BackingStore::buffered, false) {}
   void setDelegate(platform::WindowDelegate* windowDelegate) override { delegate = windowDelegate; }
   void setTitle(const std::string& text) override { title = text; }
   platform::WindowDelegate* delegate = nullptr;

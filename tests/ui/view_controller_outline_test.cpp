@@ -7,7 +7,6 @@
 namespace pelmarix::test {
 namespace {
 
-using testing::IsNull;
 using testing::NotNull;
 
 class HistoryOutline : public MainWindow {
