@@ -7,8 +7,8 @@ namespace pelmarix {
 /// The property list of the maker's programs with their published versions.
 extern const char* const updateListAddress;
 
-/// What a download's address must hold to be offered: the maker's host for files, 48 characters, ending in
-/// "/".
+/// The maker's host for files, 48 characters, ending in "/". A download is offered only if its address holds
+/// this, at whichever place.
 extern const char* const downloadHostPrefix;
 
 extern const char* const supportPageAddress;

@@ -18,21 +18,28 @@ namespace {
 constexpr const char* installHistoryPath = "/Library/Receipts/InstallHistory.plist";
 
 // A new kind of security data is one line here, a new system release one line in the list below it.
-constexpr std::array<std::string_view, 6> securityDataNames = {
+constexpr auto securityDataNames = std::to_array<std::string_view>({
     "Gatekeeper Configuration Data",
     "MRTConfigData",
     "MRT Configuration Data",
     "XProtectPlistConfigData",
     "Incompatible Kernel Extension Configuration Data",
     "TCC Configuration Data",
-};
+});
 
 // Parts of names: "OS X El Capitan U" takes both "Update" and "Upgrade", and the blank behind "macOS High
 // Sierra " keeps out what only begins with that name. "macOS 10.14" takes whatever "macOS 10.14.1" would.
-constexpr std::array<std::string_view, 9> systemReleaseMarkers = {
-    "OS X El Capitan U", "macOS Sierra U", "macOS 10.13", "macOS High Sierra ", "macOS Mojave",
-    "macOS 10.14",       "macOS 10.14.1",  "macOS 10.15", "Catalina",
-};
+constexpr auto systemReleaseMarkers = std::to_array<std::string_view>({
+    "OS X El Capitan U",
+    "macOS Sierra U",
+    "macOS 10.13",
+    "macOS High Sierra ",
+    "macOS Mojave",
+    "macOS 10.14",
+    "macOS 10.14.1",
+    "macOS 10.15",
+    "Catalina",
+});
 
 // One of history_type, or nothing for an entry that isn't kept. The first class that takes the entry
 // decides.
@@ -59,11 +66,11 @@ std::optional<std::int64_t> classify(const theReceipts& entry) {
 
 std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theReceipts>& entries) {
   std::vector<std::shared_ptr<History>> groups;
+  // Shown only where no system install begins another: what came before the first one is left out.
   auto current = std::make_shared<History>("Listing 0");
   for (const theReceipts& entry : entries) {
     const std::optional<std::int64_t> type = classify(entry);
     if (!type) continue;
-    // What came before the first system install belongs to no group that is shown.
     if (*type == history_type::systemInstall) {
       current = std::make_shared<History>(entry.displayName + " " + entry.displayVersion);
       groups.push_back(current);

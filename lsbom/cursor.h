@@ -7,8 +7,8 @@
 
 namespace pelmarix::lsbom {
 
-/// Every read takes its bytes or fails. After a failure the cursor
-/// stays failed, and what it gives are zeros and empty ranges, so several reads can share one check.
+/// Every read takes its bytes or fails. After a failure the cursor stays failed, and what it gives are zeros
+/// and empty ranges, so several reads can share one check.
 class Cursor {
  public:
   explicit Cursor(std::string_view bytes) : rest_(bytes) {}

@@ -40,8 +40,8 @@ std::string_view describe(Fault fault) {
       return "an inner node and a leaf stand on the same level of the tree";
     case Fault::innerNodeInChain:
       return "an inner node stands below a leaf, in the chain of leaves";
-    case Fault::chainLoops:
-      return "the chain of leaves loops";
+    case Fault::chainOutOfOrder:
+      return "the chain of leaves leads to a leaf out of order";
     case Fault::chainLeavesTree:
       return "the chain of leaves is not that of the tree's leaves";
     case Fault::wrongPathCount:
@@ -55,7 +55,7 @@ std::string_view describe(Fault fault) {
     case Fault::tooMuchSharing:
       return "paths share so many bytes that the listing would be far larger than the file";
     case Fault::shortRecord:
-      return "a record is shorter than its fixed part";
+      return "a record is cut short";
     case Fault::targetPastEnd:
       return "a link's target is longer than its record";
     case Fault::unterminatedTarget:

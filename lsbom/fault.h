@@ -25,7 +25,7 @@ enum class Fault : std::uint8_t {
   nodeTwice,
   unevenTree,
   innerNodeInChain,
-  chainLoops,
+  chainOutOfOrder,
   chainLeavesTree,
   wrongPathCount,
   shortNumbers,

@@ -107,7 +107,7 @@ class Walk {
     const auto next = readNode(store_, leaf.next);
     if (!next) return next.error();
     if (!next->leaf) return Failure{Fault::innerNodeInChain, offset};
-    return Failure{seen_[leaf.next] ? Fault::chainLoops : Fault::chainLeavesTree, offset};
+    return Failure{seen_[leaf.next] ? Fault::chainOutOfOrder : Fault::chainLeavesTree, offset};
   }
 
   const Store& store_;

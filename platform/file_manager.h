@@ -35,7 +35,7 @@ class FileManager {
   virtual std::unique_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) = 0;
 
   /// The whole file's bytes. Fails when the file is missing, can't be read, is too large, or isn't a regular
-  /// file (a folder, a FIFO, a device: none of them blocks or ends).
+  /// file: a folder, a FIFO or a device is refused without being read or waited for.
   virtual Result<std::string, std::error_code> readFile(const std::string& path) = 0;
 
   /// Writes the parts one after the other into the file in place, replacing what it held. `path` is one that

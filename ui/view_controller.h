@@ -37,9 +37,13 @@ class ViewController final : public platform::ViewController,
   void setOutputText(std::string reportText);
 
   // The report's actions.
+  /// Lets the user choose a file, and writes the report and a line with the time into it.
   void saveButton(platform::Object* sender);
+  /// The skip option has changed: makes the report's lines anew and shows them.
   void skipNonCheckbox(platform::Object* sender);
+  /// The newest-last option has changed: shows the report in its order, and reverses the receipts.
   void newestNonCheckbox(platform::Object* sender);
+  /// One point more or less, from 4 to 24; the size is stored.
   void incFontSize(platform::Object* sender);
   void decFontSize(platform::Object* sender);
 
@@ -64,7 +68,7 @@ class ViewController final : public platform::ViewController,
                                                  const platform::TableColumn* column,
                                                  std::ptrdiff_t row) override;
   /// Gives the sheet the listing of the selected receipt; nothing when no row is selected. Blocks while the
-  /// lister runs; throws TaskLaunchError when there is none.
+  /// lister runs; throws TaskLaunchError when it can't be started.
   void prepareForSegue(platform::Segue& segue, platform::Object* sender) override;
 
   std::vector<std::shared_ptr<History>> histories;
@@ -78,7 +82,7 @@ class ViewController final : public platform::ViewController,
   platform::TableView* BoMTable = nullptr;
   platform::Button* skipCheckbox = nullptr;
   platform::Button* newestLastCheckbox = nullptr;
-  // These need only be there to be connected.
+  // Not used here: they are for an interface file to connect.
   platform::ScrollView *outputScroller = nullptr, *output2Scroller = nullptr;
   platform::TextView* output2Text = nullptr;
   platform::ClipView* outputFoldClipView = nullptr;
