@@ -54,7 +54,9 @@ void platform::applicationMain(int argc, char** argv) {
   services.makeSavePanel = [&] { return std::make_shared<qt::FileSavePanel>(&interface.window()); };
   platform::installServices(&services);
 
+#ifndef Q_OS_MACOS
   const qt::CloseRequests closeRequests(interface.window());
+#endif
   qt::FirstPainting firstPainting(interface.window(), [&] { delegate.applicationDidFinishLaunching(); });
   interface.show();
   if (!application.isTerminating()) QApplication::exec();

@@ -1,26 +1,13 @@
 #include "qt/window/close_requests.h"
 
-#include <QApplication>
-#include <QtGlobal>
-
-#ifndef Q_OS_MACOS
 #include <xcb/xcb.h>
 
+#include <QApplication>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
-#endif
 
 namespace pelmarix::qt {
-
-#ifdef Q_OS_MACOS
-
-CloseRequests::CloseRequests(QWidget& window) : window_(window) {}
-
-bool CloseRequests::nativeEventFilter(const QByteArray&, void*, qintptr*) { return false; }
-
-#else
-
 namespace {
 
 std::uint32_t atomNamed(xcb_connection_t* connection, std::string_view name) {
@@ -53,7 +40,5 @@ bool CloseRequests::nativeEventFilter(const QByteArray& eventType, void* message
   QMetaObject::invokeMethod(&window_, &QWidget::close, Qt::QueuedConnection);
   return true;
 }
-
-#endif
 
 }  // namespace pelmarix::qt

@@ -8,7 +8,8 @@
 namespace pelmarix::qt {
 
 /// Closes a window when the window manager asks for it, also while an alert or a sheet blocks the window: Qt
-/// drops what is asked of a blocked window. Knows X11; on other displays it does nothing.
+/// drops what is asked of a blocked window. Knows X11; on other displays it does nothing, and on macOS it
+/// isn't built.
 class CloseRequests final : public QAbstractNativeEventFilter {
  public:
   /// `window` isn't owned and outlives the filter.

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 
 #include "receipts/bom.h"
 #include "tests/support/temporary_folder.h"

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <filesystem>
 
+extern char** environ;  // not every system's headers declare it
+
 int main(int argc, char** argv) {
   constexpr int standardDescriptors = 3;
   constexpr int descriptorsLookedAt = 1024;
