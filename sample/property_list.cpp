@@ -104,7 +104,8 @@ std::string marker(unsigned type, std::size_t count) {
   std::string bytes;
   appendBigEndian(bytes, type | (count < 15 ? static_cast<unsigned>(count) : 15U), 1);
   if (count >= 15) {
-    const auto power = static_cast<unsigned>(std::bit_width(widthFor(count) - 1));  // integers have 1, 2, 4 or 8 bytes
+    const auto power =
+        static_cast<unsigned>(std::bit_width(widthFor(count) - 1));  // integers have 1, 2, 4 or 8 bytes
     appendBigEndian(bytes, 0x10 | power, 1);
     appendBigEndian(bytes, count, 1U << power);
   }
