@@ -1,11 +1,13 @@
 #include "qt/window/first_painting.h"
 
 #include <QEvent>
+#include <QTimer>
 #include <utility>
 
 namespace pelmarix::qt {
 
-FirstPainting::FirstPainting(QWidget& window, std::function<void()> work) : work_(std::move(work)) {
+FirstPainting::FirstPainting(QWidget& window, std::function<void()> work, std::chrono::milliseconds timeout)
+    : work_(std::move(work)), timeout_(timeout) {
   window.installEventFilter(this);
 }
 
@@ -14,6 +16,7 @@ void FirstPainting::waitNoLonger() {
 }
 
 bool FirstPainting::eventFilter(QObject* window, QEvent* event) {
+  if (event->type() == QEvent::Show) QTimer::singleShot(timeout_, this, [this] { waitNoLonger(); });
   if (event->type() == QEvent::Paint) {
     window->removeEventFilter(this);
     // What the window holds is painted before the event loop goes on.

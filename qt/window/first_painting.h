@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <chrono>
 #include <functional>
 
 namespace pelmarix::qt {
@@ -11,9 +12,11 @@ namespace pelmarix::qt {
 /// the window.
 class FirstPainting final : private QObject {
  public:
-  /// Calls `work` once, from the event loop, when all of `window` has been painted. The window isn't owned,
-  /// and isn't shown yet: some displays paint it as soon as it is.
-  FirstPainting(QWidget& window, std::function<void()> work);
+  /// Calls `work` once, from the event loop, when all of `window` has been painted; at the latest when it has
+  /// been shown for as long as `timeout`, for a window on another desktop may never be painted. The window
+  /// isn't owned, and isn't shown yet: some displays paint it as soon as it is.
+  FirstPainting(QWidget& window, std::function<void()> work,
+                std::chrono::milliseconds timeout = std::chrono::seconds(1));
 
   /// Does the work now if it is still to come: a window may be closed before it is painted.
   void waitNoLonger();
@@ -22,6 +25,7 @@ class FirstPainting final : private QObject {
   bool eventFilter(QObject* window, QEvent* event) override;
 
   std::function<void()> work_;
+  const std::chrono::milliseconds timeout_;
 };
 
 }  // namespace pelmarix::qt

@@ -23,6 +23,8 @@ class PaintedLabel final : public QLabel {
   }
 };
 
+constexpr std::chrono::hours anHour(1);
+
 struct FirstPaintingTest : testing::Test {
   std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
   PaintedLabel& label = *new PaintedLabel(QStringLiteral("Report"), window.get());
@@ -31,10 +33,13 @@ struct FirstPaintingTest : testing::Test {
 
 TEST_F(FirstPaintingTest, DoesTheWorkOnceWhenAllOfTheWindowIsPainted) {
   bool wasPainted = false;
-  const FirstPainting painting(*window, [&] {
-    wasPainted = label.isPainted;
-    ++calls;
-  });
+  const FirstPainting painting(
+      *window,
+      [&] {
+        wasPainted = label.isPainted;
+        ++calls;
+      },
+      anHour);
   window->show();
   EXPECT_EQ(calls, 0);
   ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
@@ -45,6 +50,30 @@ TEST_F(FirstPaintingTest, DoesTheWorkOnceWhenAllOfTheWindowIsPainted) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
   QCoreApplication::processEvents();
   EXPECT_EQ(calls, 1);
+}
+
+TEST_F(FirstPaintingTest, DoesTheWorkAfterTheTimeOutWhenTheWindowIsShownAndNotPainted) {
+  const FirstPainting painting(
+      *window, [&] { ++calls; }, std::chrono::milliseconds(1));
+  QShowEvent shown;
+  QCoreApplication::sendEvent(window.get(), &shown);
+  EXPECT_EQ(calls, 0);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
+  EXPECT_FALSE(label.isPainted);
+
+  window->show();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return label.isPainted; }));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(calls, 1);
+}
+
+TEST_F(FirstPaintingTest, DoesTheWorkAfterTheTimeOutWhenTheWindowHasGone) {
+  const FirstPainting painting(
+      *window, [&] { ++calls; }, std::chrono::milliseconds(1));
+  QShowEvent shown;
+  QCoreApplication::sendEvent(window.get(), &shown);
+  window.reset();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return calls != 0; }));
 }
 
 TEST_F(FirstPaintingTest, DoesTheWorkOfAWindowThatIsNotPaintedWhenItIsToWaitNoLonger) {
