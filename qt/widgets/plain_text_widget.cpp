@@ -10,31 +10,10 @@
 #include "qt/services/text_conversion.h"
 #include "qt/widgets/palette_colors.h"
 #include "qt/widgets/text_search.h"
+#include "qt/widgets/visible_text.h"
 
 namespace pelmarix::qt {
 namespace {
-
-// What stands on screen for a character that a text document would take for a line's end or for markup of
-// its own, or that has no picture and ends what the accessibility bus reads (NUL). Always one for one, so
-// that a place in the document is the same place in the text.
-QChar shownCharacter(QChar character) {
-  constexpr char16_t controlPictures = 0x2400;
-  const char16_t code = character.unicode();
-  if (code < 0x20) return code == u'\n' || code == u'\t' ? character : QChar(controlPictures + code);
-  switch (code) {
-    case 0x7f:
-      return QChar(0x2421);
-    case QChar::LineSeparator:
-    case QChar::ParagraphSeparator:
-      return QChar(0x2424);
-    case 0xfdd0:  // the begin and the end of a frame in a text document
-    case 0xfdd1:
-    case QChar::ObjectReplacementCharacter:
-      return QChar(QChar::ReplacementCharacter);
-    default:
-      return character;
-  }
-}
 
 // A part of a text, for the clipboard. It is cut out when somebody takes it and not before: all that is ever
 // selected is offered to others.
@@ -70,8 +49,7 @@ void PlainTextWidget::showText(platform::SharedText text) {
   const bool isShown = text == text_ || *text == *text_;
   text_ = std::move(text);
   if (isShown) return;
-  shown_ = toQString(*text_);
-  std::transform(shown_.begin(), shown_.end(), shown_.begin(), shownCharacter);
+  shown_ = visible(toQString(*text_));
   setPlainText(shown_);
 }
 
