@@ -6,8 +6,8 @@
 
 namespace pelmarix::posix {
 
-Volume::Volume(const std::string& root) : root_(root) {
-  if (root_.empty()) return;
+Volume::Volume(const std::string& root) : isNamed_(!root.empty()), root_(root) {
+  if (!isNamed_) return;
   if (root_.front() != '/') {
     // A working folder that was removed has no path; then the relative one is left to fail by itself.
     std::error_code error;

@@ -24,10 +24,14 @@ class Volume {
   /// the variable is ignored.
   static Volume fromEnvironment();
 
+  /// True when a folder was named, be it "/": what the machine says of itself is not said of the Mac.
+  bool isNamed() const { return isNamed_; }
+
   /// Where the Mac's absolute path leads on this machine, as bytes.
   std::string resolve(const std::string& macPath) const { return root_ + macPath; }
 
  private:
+  bool isNamed_ = false;
   std::string root_;  // without a slash at its end; empty for the machine's own "/"
 };
 

@@ -19,7 +19,7 @@ Date now() {
 }  // namespace
 
 MachineServices::MachineServices()
-    : fileManager_(posix::Volume::fromEnvironment()), processInfo_(fileManager_) {
+    : fileManager_(volume_), processInfo_(fileManager_, volume_) {
   services_.bundle = &bundle_;
   services_.fileManager = &fileManager_;
   services_.processInfo = &processInfo_;

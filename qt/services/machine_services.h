@@ -25,6 +25,7 @@ class MachineServices {
 
  private:
   PropertyListBundle bundle_;
+  posix::Volume volume_ = posix::Volume::fromEnvironment();
   posix::PosixFileManager fileManager_;
   MainQueue mainQueue_;
   VolumeProcessInfo processInfo_;

@@ -38,9 +38,11 @@ platform::OperatingSystemVersion versionNumbers(std::string_view version) {
   return numbers;
 }
 
-VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files)
-    : versionString_(toUtf8(QSysInfo::prettyProductName())),
-      version_(versionNumbers(toUtf8(QSysInfo::productVersion()))) {
+VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files, const posix::Volume& volume) {
+  if (!volume.isNamed()) {
+    versionString_ = toUtf8(QSysInfo::prettyProductName());
+    version_ = versionNumbers(toUtf8(QSysInfo::productVersion()));
+  }
   const auto contents = files.readFile(systemVersionFile);
   if (!contents) return;
   const auto decoded = plist::Document::decode(*contents);

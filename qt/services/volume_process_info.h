@@ -6,21 +6,24 @@
 
 #include "platform/file_manager.h"
 #include "platform/process_info.h"
+#include "posix/volume.h"
 
 namespace pelmarix::qt {
 
 /// Read once, when it is made, from /System/Library/CoreServices/SystemVersion.plist: "Version " with the
 /// text of ProductVersion and, where there is one, " (Build " with that of ProductBuildVersion and ")".
-/// Without a ProductVersion it is what the machine says of itself.
+/// Without a ProductVersion it is "Version unknown" of a volume that was named, else what the machine says of
+/// itself.
 class VolumeProcessInfo final : public platform::ProcessInfo {
  public:
-  explicit VolumeProcessInfo(platform::FileManager& files);
+  /// `volume` is what `files` reads below.
+  VolumeProcessInfo(platform::FileManager& files, const posix::Volume& volume);
 
   std::string operatingSystemVersionString() const override { return versionString_; }
   platform::OperatingSystemVersion operatingSystemVersion() const override { return version_; }
 
  private:
-  std::string versionString_;
+  std::string versionString_ = "Version unknown";
   platform::OperatingSystemVersion version_;
 };
 

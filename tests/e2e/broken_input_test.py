@@ -5,7 +5,7 @@ import plistlib
 from datetime import datetime
 
 import expectation
-from mac_volume import HISTORY, RECEIPTS
+from mac_volume import HISTORY, RECEIPTS, SYSTEM_VERSION
 from window_test_case import WindowTestCase, main
 
 MESSAGE = "An error occurred in your last action:"
@@ -91,6 +91,20 @@ class BrokenInput(WindowTestCase):
         program = self.start(self.volume)
         self.expect_alerts(program, NO_HISTORY)
         self.assert_leaves_well(program)
+
+    def test_system_that_the_volume_does_not_tell_is_unknown(self):
+        system_version = self.volume.folder / SYSTEM_VERSION
+        self.volume.write_history([])
+        for name, lose in {
+            "no version": lambda: self.volume.write_plist(SYSTEM_VERSION, {"ProductBuildVersion": "18G103"}),
+            "no property list": lambda: self.volume.write(SYSTEM_VERSION, b"10.14.6"),
+            "no file": system_version.unlink,
+        }.items():
+            with self.subTest(name):
+                lose()
+                program = self.start(self.volume)
+                self.assertEqual(program.title, "Pelmarix – currently running macOS Version unknown")
+                self.assert_leaves_well(program)
 
     def test_empty_history_is_shown_without_a_word(self):
         self.volume.write_history([])

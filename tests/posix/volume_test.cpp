@@ -32,6 +32,13 @@ TEST(Volume, IsTheFolderThatTheVariableNames) {
 }
 #endif
 
+TEST(Volume, IsNamedByAnyTextButTheEmptyOne) {
+  EXPECT_TRUE(Volume("/mnt/mac").isNamed());
+  EXPECT_TRUE(Volume("/").isNamed());
+  EXPECT_FALSE(Volume("").isNamed());
+  EXPECT_FALSE(Volume().isNamed());
+}
+
 TEST(Volume, LosesTheSlashesAtItsEndOnly) {
   EXPECT_EQ(Volume("/mnt//a mac///").resolve("/System/"), "/mnt//a mac/System/");
 }

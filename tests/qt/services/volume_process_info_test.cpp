@@ -23,16 +23,12 @@ namespace {
 VolumeProcessInfo infoOf(const std::string& systemVersion) {
   const test::TemporaryFolder volume;
   volume.addFile("System/Library/CoreServices/SystemVersion.plist", systemVersion);
-  posix::PosixFileManager files{posix::Volume(volume.path())};
-  return VolumeProcessInfo(files);
+  const posix::Volume root(volume.path());
+  posix::PosixFileManager files{root};
+  return VolumeProcessInfo(files, root);
 }
 
 std::string dictionary(const std::string& entries) { return "<plist><dict>" + entries + "</dict></plist>"; }
-
-void expectTheMachinesOwn(const VolumeProcessInfo& info) {
-  EXPECT_EQ(info.operatingSystemVersionString(), toUtf8(QSysInfo::prettyProductName()));
-  EXPECT_EQ(info.operatingSystemVersion(), versionNumbers(toUtf8(QSysInfo::productVersion())));
-}
 
 TEST(VolumeProcessInfo, TellsVersionAndBuildOfTheVolume) {
   const auto info =
@@ -49,20 +45,35 @@ TEST(VolumeProcessInfo, TellsTheVersionAloneWhereTheBuildIsMissing) {
   EXPECT_EQ(info.operatingSystemVersion(), (platform::OperatingSystemVersion{11, 2, 0}));
 }
 
-TEST(VolumeProcessInfo, TellsTheMachinesOwnWhereTheFileTellsNothing) {
-  expectTheMachinesOwn(infoOf(dictionary("<key>ProductBuildVersion</key><string>18G103</string>")));
-  expectTheMachinesOwn(infoOf(dictionary("<key>ProductVersion</key><real>10.14</real>")));
-  expectTheMachinesOwn(infoOf(dictionary("<key>ProductVersion</key><string></string>")));
-  expectTheMachinesOwn(infoOf("<plist><array/></plist>"));
-  expectTheMachinesOwn(infoOf("not a property list"));
-  expectTheMachinesOwn(infoOf(""));
+void expectUnknown(const VolumeProcessInfo& info) {
+  EXPECT_EQ(info.operatingSystemVersionString(), "Version unknown");
+  EXPECT_EQ(info.operatingSystemVersion(), (platform::OperatingSystemVersion{0, 0, 0}));
 }
 
-TEST(VolumeProcessInfo, TellsTheMachinesOwnWhereTheFileIsMissing) {
-  const test::TemporaryFolder volume;
-  posix::PosixFileManager files{posix::Volume(volume.path())};
-  expectTheMachinesOwn(VolumeProcessInfo(files));
-  EXPECT_NE(VolumeProcessInfo(files).operatingSystemVersionString(), "");
+TEST(VolumeProcessInfo, NeverTellsTheMachinesOwnOfAVolumeWhoseFileTellsNothing) {
+  expectUnknown(infoOf(dictionary("<key>ProductBuildVersion</key><string>18G103</string>")));
+  expectUnknown(infoOf(dictionary("<key>ProductVersion</key><real>10.14</real>")));
+  expectUnknown(infoOf(dictionary("<key>ProductVersion</key><string></string>")));
+  expectUnknown(infoOf("<plist><array/></plist>"));
+  expectUnknown(infoOf("not a property list"));
+  expectUnknown(infoOf(""));
+}
+
+TEST(VolumeProcessInfo, NeverTellsTheMachinesOwnOfAVolumeWhoseFileIsMissingOrNoFile) {
+  const test::TemporaryFolder folder;
+  const posix::Volume volume(folder.path());
+  posix::PosixFileManager files{volume};
+  expectUnknown(VolumeProcessInfo(files, volume));
+  folder.addFolder("System/Library/CoreServices/SystemVersion.plist");
+  expectUnknown(VolumeProcessInfo(files, volume));
+}
+
+TEST(VolumeProcessInfo, TellsTheMachinesOwnOfTheMachineWithoutTheFile) {
+  const test::TemporaryFolder nothing;
+  posix::PosixFileManager files{posix::Volume(nothing.path())};
+  const VolumeProcessInfo info(files, posix::Volume());
+  EXPECT_EQ(info.operatingSystemVersionString(), toUtf8(QSysInfo::prettyProductName()));
+  EXPECT_EQ(info.operatingSystemVersion(), versionNumbers(toUtf8(QSysInfo::productVersion())));
 }
 
 TEST(VersionNumbers, AreTheFirstThree) {
