@@ -6,6 +6,22 @@
 #include <vector>
 
 namespace pelmarix::qt {
+namespace {
+
+// Whether a spreadsheet may begin another cell or row behind it.
+bool endsCell(QChar character) {
+  constexpr char16_t nextLine = 0x85;
+  const char16_t code = character.unicode();
+  return (code >= u'\t' && code <= u'\r') || code == nextLine || code == QChar::LineSeparator ||
+         code == QChar::ParagraphSeparator;
+}
+
+QString inOneCell(QString text) {
+  std::replace_if(text.begin(), text.end(), endsCell, QLatin1Char(' '));
+  return text;
+}
+
+}  // namespace
 
 QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
   if (indexes.isEmpty()) return nullptr;
@@ -28,7 +44,7 @@ QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
     const QModelIndex parent = isEntry ? model.index(groupRow, 0) : QModelIndex();
     for (int column = 0; column < columns; ++column) {
       if (column > 0) text += QLatin1Char('\t');
-      text += model.index(isEntry ? entryRow : groupRow, column, parent).data().toString();
+      text += inOneCell(model.index(isEntry ? entryRow : groupRow, column, parent).data().toString());
     }
     text += QLatin1Char('\n');
   }

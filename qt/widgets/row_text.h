@@ -8,7 +8,8 @@ class QMimeData;
 namespace pelmarix::qt {
 
 /// One line for each row that an index belongs to, in the order in which a view shows them: the texts of all
-/// its cells, separated by tabs. Of models with at most two levels. Null for no rows; owned by the caller.
+/// its cells, separated by tabs. A tab or line end inside a cell is a blank here. Of models with at most two
+/// levels. Null for no rows; owned by the caller.
 QMimeData* rowsAsMimeData(const QModelIndexList& indexes);
 
 }  // namespace pelmarix::qt

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QClipboard>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 
@@ -155,10 +156,15 @@ TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheCl
   widget.copy();
   reload();
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
-            "Mojave\t\t\nSecurity Update\t\t\nRosetta\t\t\nCatalina\t\t\n\tWord List\t\t\n");
+            "Mojave\t\t\nSecurity Update\t\t\nRosetta\t\t\nCatalina\t\t\n Word List\t\t\n");
   widget.selectAll();
   widget.copy();
   EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 8);
+}
+
+TEST_F(OutlineAdapter, DragsRowsOutAsItCopiesThem) {
+  const std::unique_ptr<QMimeData> dragged(widget.model()->mimeData({entry(2, 0), entry(2, 1)}));
+  EXPECT_EQ(dragged->text().toStdString(), "macOS Catalina\t\t\n Word List\t\t\n");
 }
 
 TEST_F(OutlineAdapter, HasNothingToRevealWhenItIsEmpty) {

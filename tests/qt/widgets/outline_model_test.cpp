@@ -108,7 +108,7 @@ TEST_F(LargeOutline, AsksForTheEntriesOfAGroupOnlyWhenItIsExpanded) {
 TEST_F(OutlineModel, CopiesRowsInTheOrderOfTheViewWithTabsBetweenCells) {
   const std::unique_ptr<QMimeData> data(
       widget.model()->mimeData({entry(2, 1), group(2), entry(0, 1), entry(0, 1).siblingAtColumn(1)}));
-  EXPECT_EQ(data->text().toStdString(), "Security Update\t\t\nCatalina\t\t\n\tWord List\t\t\n");
+  EXPECT_EQ(data->text().toStdString(), "Security Update\t\t\nCatalina\t\t\n Word List\t\t\n");
   EXPECT_EQ(widget.model()->mimeData({}), nullptr);
 }
 

@@ -48,6 +48,11 @@ TEST_F(RowText, HasARowOnceWhicheverOfItsCellsAreGiven) {
             "book\tnew\nsecond\tnew\n");
 }
 
+TEST_F(RowText, HasABlankForATabOrALineEndInsideACell) {
+  book->setText(QStringLiteral("\ttabs\tand\nline\r\nends\v\f\u0085\u2028\u2029\u202e\u00a0"));
+  EXPECT_EQ(text({book->index()}), " tabs and line  ends     \u202e\u00a0\tnew\n");
+}
+
 TEST_F(RowText, DoesNotExistOfNoRows) { EXPECT_EQ(qt::rowsAsMimeData({}), nullptr); }
 
 TEST_F(RowText, StaysAsItWasWhenTheRowsChange) {

@@ -282,7 +282,7 @@ TEST_F(MainInterface, CopiesFromWhatHasTheFocus) {
   outline().setCurrentIndex(outline().model()->index(1, 0, outline().model()->index(0, 0)));
   choose("actionCopy");
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
-            "\tCore Suggestions\t2018-10-01 08:00:00 +0000\t5\n");
+            " Core Suggestions\t2018-10-01 08:00:00 +0000\t5\n");
   table().setFocus();
   choose("actionSelectAll");
   choose("actionCopy");
