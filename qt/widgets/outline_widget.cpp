@@ -22,9 +22,10 @@ void OutlineWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 void OutlineWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
   const bool hitsRow = indexAt(event->position().toPoint()).isValid();
   QTreeView::mouseDoubleClickEvent(event);
-  if (!hitsRow && event->button() == Qt::LeftButton) emit rowDoubleClicked({});
+  if (!hitsRow) emit rowDoubleClicked({});
 }
 
 void OutlineWidget::paintEvent(QPaintEvent* event) {

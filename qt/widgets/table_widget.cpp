@@ -12,7 +12,11 @@ TableWidget::TableWidget(QWidget* parent) : QTableView(parent), RowsView(*this, 
   // One height for all rows: no row is ever measured.
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   fitRows();
-  connect(this, &QTableView::doubleClicked, this, &TableWidget::rowOpened);
+  connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& row) {
+    // With the control key held, the first click may have taken the row out of the selection.
+    selectionModel()->setCurrentIndex(row, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    emit rowOpened();
+  });
 }
 
 void TableWidget::fitRows() {
@@ -27,6 +31,10 @@ void TableWidget::keyPressEvent(QKeyEvent* event) {
   if ((isReturn || isSpace) && event->modifiers() == Qt::NoModifier && selectionModel()->hasSelection())
     return emit rowOpened();
   QTableView::keyPressEvent(event);
+}
+
+void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) QTableView::mouseDoubleClickEvent(event);
 }
 
 void TableWidget::paintEvent(QPaintEvent* event) {

@@ -22,6 +22,7 @@ class TableWidget final : public QTableView, public RowsView {
  protected:
   bool isOpen(const QModelIndex& /*row*/) const override { return false; }
   void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
 

@@ -53,6 +53,33 @@ TEST_F(OutlineAdapter, SendsTheActionWithoutAnItemForADoubleClickBelowTheLastRow
   EXPECT_THAT(clicked, ElementsAre(nullptr));
 }
 
+TEST_F(OutlineAdapter, SendsNoActionForADoubleClickOfAnotherButton) {
+  int actions = 0;
+  outline.setDoubleAction([&] { ++actions; });
+  for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
+    for (const QPoint place :
+         {widget.visualRect(group(0)).center(), widget.viewport()->rect().bottomLeft()}) {
+      QTest::mouseClick(widget.viewport(), button, {}, place);
+      QTest::mouseDClick(widget.viewport(), button, {}, place);
+      QTest::mouseRelease(widget.viewport(), button, {}, place);
+    }
+  }
+  EXPECT_EQ(actions, 0);
+}
+
+TEST_F(OutlineAdapter, TellsTheActionWhichItemWasDoubleClickedWhicheverKeysAreHeldDown) {
+  std::vector<platform::Object*> clicked;
+  outline.setDoubleAction([&] { clicked.push_back(outline.itemAtClickedRow()); });
+  const QPoint place = widget.visualRect(group(2)).center();
+  for (const auto keys : {Qt::ControlModifier, Qt::ShiftModifier}) {
+    widget.selectAll();
+    QTest::mouseClick(widget.viewport(), Qt::LeftButton, keys, place);
+    QTest::mouseDClick(widget.viewport(), Qt::LeftButton, keys, place);
+    QTest::mouseRelease(widget.viewport(), Qt::LeftButton, keys, place);
+  }
+  EXPECT_THAT(clicked, ElementsAre(catalina.get(), catalina.get()));
+}
+
 TEST_F(OutlineAdapter, LeavesExpandingOnADoubleClickToTheAction) {
   doubleClick(group(0));
   EXPECT_FALSE(outline.isItemExpanded(mojave.get()));

@@ -130,6 +130,32 @@ TEST_F(TableAdapter, OpensTheSelectedRowByReturnSpaceAndDoubleClick) {
   EXPECT_EQ(table.selectedRow(), 1);
 }
 
+TEST_F(TableAdapter, OpensNoRowByADoubleClickOfAnotherButton) {
+  const QSignalSpy opened(&widget, &qt::TableWidget::rowOpened);
+  const QPoint place = widget.visualRect(cell(1, 1)).center();
+  for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
+    QTest::mouseClick(widget.viewport(), button, {}, place);
+    QTest::mouseDClick(widget.viewport(), button, {}, place);
+    QTest::mouseRelease(widget.viewport(), button, {}, place);
+    EXPECT_EQ(opened.count(), 0);
+  }
+}
+
+TEST_F(TableAdapter, OpensTheRowThatADoubleClickHitWhicheverKeysAreHeldDown) {
+  std::vector<std::ptrdiff_t> opened;
+  QObject::connect(&widget, &qt::TableWidget::rowOpened, [&] { opened.push_back(table.selectedRow()); });
+  const QPoint place = widget.visualRect(cell(1, 1)).center();
+  for (const auto keys : {Qt::ControlModifier, Qt::ShiftModifier, Qt::AltModifier}) {
+    for (const auto prepare : {&QTableView::clearSelection, &QTableView::selectAll}) {
+      (widget.*prepare)();
+      QTest::mouseClick(widget.viewport(), Qt::LeftButton, keys, place);
+      QTest::mouseDClick(widget.viewport(), Qt::LeftButton, keys, place);
+      QTest::mouseRelease(widget.viewport(), Qt::LeftButton, keys, place);
+    }
+  }
+  EXPECT_THAT(opened, testing::ElementsAre(1, 1, 1, 1, 1, 1));
+}
+
 TEST_F(TableAdapter, GoesToTheRowWhoseNameIsTyped) {
   QTest::keyClicks(&widget, QStringLiteral("map"));
   EXPECT_EQ(table.selectedRow(), 2);
