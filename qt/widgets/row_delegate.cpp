@@ -4,11 +4,13 @@
 #include <QApplication>
 #include <QHelpEvent>
 #include <QPainter>
-#include <QTextLayout>
 #include <QToolTip>
+#include <algorithm>
+#include <vector>
 
 #include "qt/widgets/palette_colors.h"
 #include "qt/widgets/text_search.h"
+#include "qt/widgets/visible_text.h"
 
 namespace pelmarix::qt {
 namespace {
@@ -17,6 +19,27 @@ constexpr QChar emSpace(0x2003);
 
 // A guess at more than the widest screen shows: a text of megabytes is not laid out for its first words.
 constexpr qsizetype longestShown = 2000;
+
+// A field between these has its own writing direction. Nothing else that is drawn holds them.
+constexpr QChar firstStrongIsolate(0x2068);
+constexpr QChar popDirectionalIsolate(0x2069);
+
+QString isolated(const QString& field) { return firstStrongIsolate + field + popDirectionalIsolate; }
+
+bool mayHoldRightToLeft(const QString& text) {
+  constexpr QChar firstOfHebrew(0x0590);
+  return std::any_of(text.begin(), text.end(), [](QChar character) { return character >= firstOfHebrew; });
+}
+
+// A group is named after its first entry, and a version follows.
+QString withFieldsIsolated(const QString& shown, const QString& nameOfFirstEntry) {
+  const QString name = nameOfFirstEntry + QLatin1Char(' ');
+  if (!nameOfFirstEntry.isEmpty() && shown.startsWith(name))
+    return isolated(nameOfFirstEntry) + QLatin1Char(' ') + isolated(shown.mid(name.size()));
+  const auto isIndentation = [](QChar character) { return character == emSpace; };
+  const auto indentation = std::find_if_not(shown.begin(), shown.end(), isIndentation) - shown.begin();
+  return shown.left(indentation) + isolated(shown.mid(indentation));
+}
 
 // Where the style puts the cell's text.
 QRect textRect(const QStyleOptionViewItem& option) {
@@ -37,7 +60,7 @@ QString RowDelegate::displayText(const QVariant& value, const QLocale& /*locale*
         character == QChar::ParagraphSeparator)
       character = QLatin1Char(' ');
   }
-  return text.replace(0, tabs, QString(2 * tabs, emSpace));
+  return visible(text.replace(0, tabs, QString(2 * tabs, emSpace)));
 }
 
 void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
@@ -46,6 +69,9 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInde
     option->font.setBold(true);
     option->fontMetrics = QFontMetrics(option->font);
   }
+  if (!mayHoldRightToLeft(option->text)) return;
+  const QVariant nameOfFirstEntry = index.model()->index(0, index.column(), index).data();
+  option->text = withFieldsIsolated(option->text, displayText(nameOfFirstEntry, option->locale));
 }
 
 void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -69,6 +95,9 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 // Not left to the style, so that the marks of matches lie behind the letters.
 void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell, const QRect& rect) const {
   QTextLayout layout(cell.text, cell.font);
+  QTextOption leftToRight;
+  leftToRight.setTextDirection(Qt::LeftToRight);
+  layout.setTextOption(leftToRight);
   const auto layOut = [&layout] {
     layout.beginLayout();
     const QTextLine line = layout.createLine();
@@ -85,20 +114,35 @@ void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell,
   const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
   const QPalette::ColorGroup group =
       cell.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
-  painter.setPen(cell.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
+  const QColor textColor = cell.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+  painter.setPen(textColor);
+  QTextCharFormat mark;
+  // In a selected row the tint would be the row's own colour: a frame stands out from it.
+  if (isSelected)
+    mark.setProperty(QTextFormat::OutlinePen, QPen(textColor));
+  else
+    mark.setBackground(matchMarkColor(cell.palette));
   const QPointF place(rect.left(), rect.top() + (rect.height() - line.height()) / 2);
-  const QString shown = layout.text();
-  for (qsizetype at = 0; (at = indexOfIgnoringCase(shown, marked_, at)) >= 0; at += marked_.size()) {
-    const qreal left = line.cursorToX(static_cast<int>(at));
-    const qreal right = line.cursorToX(static_cast<int>(at + marked_.size()));
-    const QRectF match(place.x() + left, place.y(), right - left, line.height() - 1);
-    // In a selected row the tint would be the row's own colour: a frame stands out from it.
-    if (isSelected)
-      painter.drawRect(match);
-    else
-      painter.fillRect(match, matchMarkColor(cell.palette));
+  layout.draw(&painter, place, matches(layout.text(), mark));
+}
+
+QList<QTextLayout::FormatRange> RowDelegate::matches(const QString& drawn,
+                                                     const QTextCharFormat& mark) const {
+  QString shown;
+  std::vector<int> places;  // of its characters in what is drawn
+  for (int place = 0; place < drawn.size(); ++place) {
+    if (drawn.at(place) == firstStrongIsolate || drawn.at(place) == popDirectionalIsolate) continue;
+    shown += drawn.at(place);
+    places.push_back(place);
   }
-  layout.draw(&painter, place);
+  const QString sought = visible(marked_);
+  QList<QTextLayout::FormatRange> matches;
+  for (qsizetype at = 0; (at = indexOfIgnoringCase(shown, sought, at)) >= 0; at += sought.size()) {
+    const int first = places[static_cast<std::size_t>(at)];
+    const int last = places[static_cast<std::size_t>(at + sought.size() - 1)];
+    matches += {first, last + 1 - first, mark};
+  }
+  return matches;
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

@@ -3,12 +3,13 @@
 
 #include <QString>
 #include <QStyledItemDelegate>
+#include <QTextLayout>
 
 namespace pelmarix::qt {
 
 /// Rows that have others below them are bold. A tab at the start of a text is a visible indentation; a text
-/// is drawn on one line whatever it holds. A cell whose text is cut off says it in its tooltip, as far as a
-/// person would read it there.
+/// is drawn on one line whatever it holds. Its fields stand from left to right, whatever script each is in. A
+/// cell whose text is cut off says it in its tooltip, as far as a person would read it there.
 class RowDelegate final : public QStyledItemDelegate {
   Q_OBJECT
 
@@ -32,6 +33,7 @@ class RowDelegate final : public QStyledItemDelegate {
 
  private:
   void paintText(QPainter& painter, const QStyleOptionViewItem& cell, const QRect& rect) const;
+  QList<QTextLayout::FormatRange> matches(const QString& drawn, const QTextCharFormat& mark) const;
 
   QString marked_;
 };

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QHelpEvent>
 #include <QLocale>
 #include <QTest>
+#include <QToolTip>
 #include <algorithm>
 #include <string>
 
@@ -27,6 +29,11 @@ TEST(RowDelegate, DrawsEverythingOnOneLine) {
   EXPECT_EQ(displayed(QString(QChar::Null)), " ");
 }
 
+TEST(RowDelegate, HasASignForEachControlOfWritingDirection) {
+  EXPECT_EQ(displayed(QStringLiteral("\tSecurity \u202eUpdate\u200f\u2066")),
+            "\u2003\u2003Security \u21c4Update\u21c4\u21c4");
+}
+
 TEST(RowDelegate, DrawsOnlyTheBeginningOfAnEndlessText) {
   EXPECT_LT(displayed(QString(10'000'000, QLatin1Char('x'))).size(), 10'000U);
 }
@@ -36,6 +43,13 @@ class DrawnOutline : public OutlineOfATree {
   QImage picture() {
     QApplication::processEvents();
     return widget.viewport()->grab().toImage();
+  }
+  // As wide as the name of a group is drawn.
+  int boldWidth(const std::string& text) const {
+    QFont bold = widget.font();
+    bold.setBold(true);
+    return QFontMetrics(bold).horizontalAdvance(
+        QString::fromStdString(displayed(QString::fromStdString(text))));
   }
   int firstDarkColumn(const QModelIndex& index) {
     const QRect cell = widget.visualRect(index);
@@ -56,21 +70,82 @@ TEST_F(DrawnOutline, SetsConfigurationDataApart) {
             firstDarkColumn(entry(2, 0)) + widget.fontMetrics().averageCharWidth());
 }
 
+TEST_F(DrawnOutline, SetsConfigurationDataApartInAnyScript) {
+  catalina->children[0]->name = "\u05d0\u05d1\u05d2";
+  catalina->children[1]->name = "\t\u05d0\u05d1\u05d2";
+  outline.expandItem(catalina.get());
+  widget.setFocusPolicy(Qt::NoFocus);
+  ASSERT_GE(firstDarkColumn(entry(2, 0)), 0);
+  EXPECT_GT(firstDarkColumn(entry(2, 1)),
+            firstDarkColumn(entry(2, 0)) + widget.fontMetrics().averageCharWidth());
+}
+
+TEST_F(DrawnOutline, KeepsTheVersionOfAGroupBehindItsNameInAnyScript) {
+  for (const std::string name :
+       {"Catalina \u05d0\u05d1\u05d2", "\u0627\u0628 Catalina \u0628", "\u05d0 Catalina \u202e\u05d1"}) {
+    for (const std::string version : {"10.1", "\u0661\u0660", "\u05d2\u05d3", ".1"}) {
+      mojave->children[0]->name = name;
+      mojave->name = name + " " + version;
+      const QImage before = picture();
+      mojave->name += ".5";
+      const QRect changed = changedPart(before, picture());
+      const int begin = widget.visualRect(group(0)).left() + firstDarkColumn(group(0));
+      EXPECT_GE(changed.left(), begin + boldWidth(name)) << mojave->name;
+    }
+  }
+}
+
 TEST_F(DrawnOutline, MarksMatches) {
   const QImage before = picture();
   widget.markMatches(QStringLiteral("jav"));
   const QRect changed = changedPart(before, picture());
-  QFont bold = widget.font();
-  bold.setBold(true);
-  const QFontMetrics letters(bold);
   const QRect row = widget.visualRect(group(0));
-  const int left = row.left() + firstDarkColumn(group(0)) + letters.horizontalAdvance(QStringLiteral("Mo"));
-  const int width = letters.horizontalAdvance(QStringLiteral("jav"));
+  const int left = row.left() + firstDarkColumn(group(0)) + boldWidth("Mo");
   EXPECT_TRUE(row.contains(changed));
-  EXPECT_TRUE(isAbout(changed, QRect(left, changed.top(), width, changed.height())));
-  EXPECT_GE(changed.height(), letters.height() - 2);
+  EXPECT_TRUE(isAbout(changed, QRect(left, changed.top(), boldWidth("jav"), changed.height())));
+  EXPECT_GE(changed.height(), QFontMetrics(widget.font()).height() - 2);
   widget.markMatches({});
   EXPECT_EQ(picture(), before);
+}
+
+TEST_F(DrawnOutline, MarksMatchesInWritingFromRightToLeft) {
+  mojave->children[0]->name = "Mojave \u05d0\u05d1\u05d2";
+  mojave->name = mojave->children[0]->name + " 10.14";
+  const QImage before = picture();
+  const int begin = widget.visualRect(group(0)).left() + firstDarkColumn(group(0));
+  const auto marked = [&](const QString& text) {
+    widget.markMatches(text);
+    return changedPart(before, picture());
+  };
+  const QRect letters = marked(QStringLiteral("\u05d0\u05d1"));
+  const int right = begin + boldWidth("Mojave \u05d0\u05d1\u05d2");
+  const int width = boldWidth("\u05d0\u05d1");
+  EXPECT_TRUE(isAbout(letters, QRect(right - width, letters.top(), width, letters.height())));
+  const QRect version = marked(QStringLiteral("10.14"));
+  EXPECT_TRUE(
+      isAbout(version, QRect(right + boldWidth(" "), letters.top(), boldWidth("10.14"), letters.height())));
+}
+
+TEST_F(DrawnOutline, MarksMatchesThatHoldAControlOfWritingDirection) {
+  mojave->name = "Mo\u202ejave";
+  const QImage before = picture();
+  widget.markMatches(QStringLiteral("\u202eJA"));
+  const QRect changed = changedPart(before, picture());
+  const int left = widget.visualRect(group(0)).left() + firstDarkColumn(group(0)) + boldWidth("Mo");
+  EXPECT_TRUE(isAbout(changed, QRect(left, changed.top(), boldWidth("\u21c4ja"), changed.height())));
+  EXPECT_EQ(text(group(0)), "Mo\u202ejave");
+}
+
+TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
+  mojave->name = "A name that is too long \u202e<b>for</b> its cell";
+  widget.resize(200, 400);
+  QApplication::processEvents();
+  const QPoint place = widget.visualRect(group(0)).center();
+  QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));
+  QApplication::sendEvent(widget.viewport(), &event);
+  EXPECT_EQ(QToolTip::text().toStdString(),
+            "<p>\u2068"
+            "A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell\u2069</p><p>3 entries</p>");
 }
 
 TEST_F(DrawnOutline, SaysWhereWasLookedWhenItIsEmptyWithoutMakingRowsOfIt) {
