@@ -4,6 +4,7 @@
 #include <QScreen>
 
 #include "qt/services/text_conversion.h"
+#include "qt/widgets/visible_text.h"
 
 namespace pelmarix::qt {
 namespace {
@@ -33,7 +34,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::setTitle(const std::string& title) {
   // Qt keeps "[*]" for the mark of an unsaved document; twice it stands for itself.
   const QLatin1String mark("[*]");
-  setWindowTitle(toQString(title).replace(mark, QLatin1String("[*][*]")));
+  setWindowTitle(visible(toQString(title)).replace(mark, QLatin1String("[*][*]")));
+  setAccessibleName(toQString(title));
 }
 
 }  // namespace pelmarix::qt

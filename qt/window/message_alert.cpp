@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "qt/services/text_conversion.h"
+#include "qt/widgets/visible_text.h"
 
 namespace pelmarix::qt {
 namespace {
@@ -34,13 +35,13 @@ int MessageAlert::runModal() {
   const QPointer<QMessageBox> box(new QMessageBox(parent_));
   box->setWindowTitle(QStringLiteral("Pelmarix"));
   box->setIcon(style_ == platform::AlertStyle::critical ? QMessageBox::Critical : QMessageBox::Information);
-  box->setText(toQString(messageText_));
-  box->setInformativeText(toQString(informativeText_));
+  box->setText(visible(toQString(messageText_)));
+  box->setInformativeText(visible(toQString(informativeText_)));
   showPlainly(*box);
   int answer = platform::alertFirstButtonReturn;
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
     // All of one role: the box keeps their order.
-    const QString text = toQString(buttons_[i]).replace(QLatin1Char('&'), QLatin1String("&&"));
+    const QString text = visible(toQString(buttons_[i])).replace(QLatin1Char('&'), QLatin1String("&&"));
     QPushButton* button = box->addButton(text, QMessageBox::ActionRole);
     QObject::connect(button, &QPushButton::clicked,
                      [&answer, i] { answer = platform::alertFirstButtonReturn + static_cast<int>(i); });

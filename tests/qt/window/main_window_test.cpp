@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QScreen>
 #include <QWindow>
 
@@ -30,6 +31,13 @@ TEST_F(MainWindow, ShowsItsTitleAsItIs) {
   window.setTitle("Pelmarix \u2013 currently running macOS Version 10.14.6 [*] &a ");
   EXPECT_EQ(window.windowHandle()->title(),
             QStringLiteral("Pelmarix \u2013 currently running macOS Version 10.14.6 [*] &a "));
+}
+
+TEST_F(MainWindow, HasASignInItsTitleForWhatCannotBeSeenAndTellsTheTitleAsItIs) {
+  window.setTitle("Version \u202e10.14.6\u2069\u2028");
+  EXPECT_EQ(window.windowHandle()->title(), QStringLiteral("Version \u21c410.14.6\u21c4\u2424"));
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&window)->text(QAccessible::Name),
+            QStringLiteral("Version \u202e10.14.6\u2069\u2028"));
 }
 
 TEST_F(MainWindow, ClosesWhenItsDelegateLetsIt) {

@@ -52,6 +52,18 @@ TEST_F(MessageAlert, ShowsItsTextsStyleAndButtons) {
   });
 }
 
+TEST_F(MessageAlert, HasASignForWhatCannotBeSeen) {
+  alert.setMessageText("To version \u202e2.0 of\u200f:");
+  alert.setInformativeText("You have \u20671.0.\nDownload it?");
+  alert.addButtonWithTitle("OK\u202e");
+  run([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), QStringLiteral("To version \u21c42.0 of\u21c4:"));
+    EXPECT_EQ(box.informativeText(), QStringLiteral("You have \u21c41.0.\nDownload it?"));
+    EXPECT_EQ(box.buttons().front()->text(), QStringLiteral("OK\u21c4"));
+    box.close();
+  });
+}
+
 TEST_F(MessageAlert, HasAnIconForEachStyle) {
   alert.addButtonWithTitle("OK");
   for (const auto& expected : {std::pair{platform::AlertStyle::informational, QMessageBox::Information},
