@@ -1,6 +1,7 @@
 """The program under test: one start of it, and its window as a person would read and use it."""
 
 import configparser
+import contextlib
 import functools
 import os
 import pathlib
@@ -303,11 +304,19 @@ class Program:
         self.activate(window or self.window)
         self.desktop.run("xdotool", "type", "--clearmodifiers", "--delay", "2", text)
 
-    def click(self, accessible, times=1):
-        """Clicks into the middle of something that is visible."""
+    def click(self, accessible, times=1, button=1):
+        """Clicks into the middle of something that is visible. Buttons are 1 (left), 2 (middle), 3 (right)."""
         left, top, width, height = accessible.extents
         self.desktop.run("xdotool", "mousemove", "--sync", str(left + min(width, 60) // 2), str(top + height // 2))
-        self.desktop.run("xdotool", "click", "--repeat", str(times), "--delay", "40", "1")
+        self.desktop.run("xdotool", "click", "--repeat", str(times), "--delay", "40", str(button))
+
+    @contextlib.contextmanager
+    def held_down(self, key):
+        self.desktop.run("xdotool", "keydown", key)
+        try:
+            yield
+        finally:
+            self.desktop.run("xdotool", "keyup", key)
 
     def close(self):
         """Closes the main window as a task bar does, whatever is in front of it, and returns the exit status."""

@@ -123,6 +123,32 @@ class Sheet(WindowTestCase):
                 program.wait_for_no_dialog()
         self.assert_leaves_well(program)
 
+    def test_double_click_of_another_button_opens_nothing(self):
+        program = self.start(options.sample)
+        for button in (2, 3):
+            program.click(program.receipt_cell(1), times=2, button=button)
+            program.click(program.receipt_cell(2 + button))
+            wait_until(lambda: program.selected_receipts() == [2 + button], "another row to be selected")
+            self.assertEqual(program.dialogs(), [])
+        self.assert_leaves_well(program)
+
+    def test_double_click_with_control_held_down_opens_the_row_that_it_hits(self):
+        program = self.start(options.sample)
+        row = self.row_where(lambda text, complaint: text != NOTHING and not complaint)
+        self.assertLess(row, 10)
+        for selected in ([row], [row + 1], list(range(len(self.stems)))):
+            with self.subTest(selected=selected[:2]):
+                program.select_receipt(selected[0])
+                if len(selected) > 1:
+                    program.click(program.receipt_cell(row + 1))
+                    program.keys("ctrl+a")
+                wait_until(lambda: program.selected_receipts() == selected, "the rows to be selected")
+                program.activate(program.window)
+                with program.held_down("ctrl"):
+                    program.click(program.receipt_cell(row), times=2)
+                self.close(program, self.expect_sheet(program, self.expected[row][0]))
+        self.assert_leaves_well(program)
+
     def test_text_can_be_selected_and_copied(self):
         program = self.start(options.sample)
         row = self.row_where(lambda text, complaint: 0 < len(text) < 5000 and text != NOTHING and not complaint)
