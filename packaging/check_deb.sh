@@ -11,14 +11,13 @@ if ! { cmake --preset package && cmake --build build/package --target package; }
   exit 1
 fi
 package=$(ls build/package/pelmarix_*.deb)
-id=$(sed -n 's/^PELMARIX_BUNDLE_IDENTIFIER:STRING=//p' build/package/CMakeCache.txt)
 
 echo "Debian's checkers"
 lintian --allow-root --display-info --pedantic --display-experimental --fail-on error,warning,info,pedantic "$package"
 dpkg-deb --extract "$package" build/package/content
 share=build/package/content/usr/share
-desktop-file-validate "$share/applications/$id.desktop"
-appstreamcli validate --no-net "$share/metainfo/$id.metainfo.xml"
+desktop-file-validate "$share"/applications/*.desktop
+appstreamcli validate --no-net "$share"/metainfo/*.metainfo.xml
 rm -r build/package/content
 
 echo "A clean system"

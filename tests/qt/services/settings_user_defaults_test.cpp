@@ -1,8 +1,10 @@
 #include "qt/services/settings_user_defaults.h"
 
 #include <gmock/gmock.h>
+#include <sys/file.h>
 
 #include <bit>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -114,7 +116,8 @@ TEST_F(UserDefaultsFile, GivesNumbersThatWereWrittenByHand) {
   for (const auto& [text, value] :
        {std::pair{"43200", 43200.0}, std::pair{"3.5", 3.5}, std::pair{"-100", -100.0},
         std::pair{"\"12.5\"", 12.5}, std::pair{"1e3", 1000.0}, std::pair{" 7 ", 7.0},
-        std::pair{"0.30000000000000004", 0.30000000000000004}}) {
+        std::pair{"0.30000000000000004", 0.30000000000000004}, std::pair{"\"  12\"", 12.0},
+        std::pair{"\"12\\t\"", 12.0}, std::pair{"+.5", 0.5}}) {
     write(std::string("[General]\nkey=") + text + "\n");
     EXPECT_EQ(storedDouble(), value) << text;
   }
@@ -122,9 +125,11 @@ TEST_F(UserDefaultsFile, GivesNumbersThatWereWrittenByHand) {
 
 TEST_F(UserDefaultsFile, GivesZeroForWhatIsNoNumber) {
   for (const std::string text :
-       {"", "large", "12pt", "3,5", "@Invalid()", "true", "0x10", "@Rect(1 2 3 4)"}) {
+       {"", "large", "12pt", "3,5", "@Invalid()", "true", "0x10", "@Rect(1 2 3 4)", "nan", "NaN", "-nan",
+        "inf", "-inf", "+infinity", "\" nan\"", "nan(1)", "1e999", "@ByteArray(nan)"}) {
     write("[General]\nkey=" + text + "\n");
     EXPECT_EQ(storedDouble(), 0.0) << text;
+    EXPECT_EQ(storedBool(), text == "true") << text;
   }
 }
 
@@ -151,6 +156,101 @@ TEST_F(UserDefaultsFile, ThatIsBrokenReadsAsMissingAndCanBeWritten) {
     SettingsUserDefaults().setDoubleForKey(14.0, "key");
     EXPECT_EQ(storedDouble(), 14.0);
   }
+}
+
+TEST_F(UserDefaultsFile, IsMadeInFoldersThatAreTheUsersAlone) {
+  setenv("XDG_CONFIG_HOME", (*configuration / "home/.config").c_str(), 1);
+  const mode_t usual = umask(0022);
+  SettingsUserDefaults().setDoubleForKey(14.0, "key");
+  umask(usual);
+  EXPECT_EQ(test::contentsOf(*configuration / "home/.config/pelmarix/pelmarix.ini"), "[General]\nkey=14\n");
+  for (const char* folder : {"home", "home/.config", "home/.config/pelmarix"})
+    EXPECT_EQ(std::filesystem::status(*configuration / folder).permissions(),
+              std::filesystem::perms::owner_all)
+        << folder;
+}
+
+// What stands in the lock's place, when the program has set a value twice: how long that took, and what is
+// stored then.
+struct Locked {
+  std::chrono::duration<double> time;
+  double value;
+  bool isStored;
+};
+
+Locked setTwice(const std::string& file) {
+  const auto begin = std::chrono::steady_clock::now();
+  SettingsUserDefaults defaults;
+  defaults.setDoubleForKey(14.0, "key");
+  defaults.setDoubleForKey(15.0, "key");
+  const double value = defaults.doubleForKey("key");
+  return {std::chrono::steady_clock::now() - begin, value,
+          std::filesystem::exists(file) && test::contentsOf(file) == "[General]\nkey=15\n"};
+}
+
+constexpr std::chrono::milliseconds aSecondAndSlowWriting(1500);
+
+TEST_F(UserDefaultsFile, IsWrittenWhereALockWasLeftBehind) {
+  // Of a program that ended while it wrote, and of one on another machine.
+  for (const std::string contents : {"", "1\nother\nelsewhere\nid\nid\n", "\xFF"}) {
+    beAnotherUser();
+    const std::string lock = configuration->addFile("pelmarix/pelmarix.ini.lock", contents);
+    std::filesystem::last_write_time(lock,
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::seconds(5));
+    const Locked locked = setTwice(file());
+    EXPECT_LT(locked.time, aSecondAndSlowWriting) << contents;
+    EXPECT_TRUE(locked.isStored) << contents;
+    EXPECT_FALSE(std::filesystem::exists(lock)) << contents;
+  }
+}
+
+TEST_F(UserDefaultsFile, KeepsValuesForThisRunWhileOthersLockIt) {
+  beAnotherUser();
+  const std::string lock = configuration->addFile("pelmarix/pelmarix.ini.lock");
+  const int held = open(lock.c_str(), O_WRONLY);
+  ASSERT_EQ(flock(held, LOCK_EX), 0);
+  const Locked locked = setTwice(file());
+  EXPECT_LT(locked.time, aSecondAndSlowWriting);
+  EXPECT_EQ(locked.value, 15.0);
+  EXPECT_FALSE(std::filesystem::exists(file()));
+  close(held);
+}
+
+TEST_F(UserDefaultsFile, WritesWhatItKeptWithTheNextValue) {
+  beAnotherUser();
+  const std::string lock = configuration->addFolder("pelmarix/pelmarix.ini.lock");
+  SettingsUserDefaults defaults;
+  defaults.setDoubleForKey(14.0, "fontSize");
+  defaults.setBoolForKey(true, "noUpdateCheck");
+  EXPECT_FALSE(std::filesystem::exists(file()));
+  std::filesystem::remove(lock);
+  defaults.setDoubleForKey(15.0, "fontSize");
+  EXPECT_EQ(test::contentsOf(file()), "[General]\nfontSize=15\nnoUpdateCheck=true\n");
+}
+
+TEST_F(UserDefaultsFile, DoesNotWaitForALockThatIsNoFile) {
+  const auto atLock = [&](auto make) {
+    beAnotherUser();
+    configuration->addFolder("pelmarix");
+    make("pelmarix/pelmarix.ini.lock");
+    const Locked locked = setTwice(file());
+    EXPECT_LT(locked.time, aSecondAndSlowWriting);
+    EXPECT_EQ(locked.value, 15.0);
+    EXPECT_TRUE(std::filesystem::is_symlink(file() + ".lock") || std::filesystem::exists(file() + ".lock"));
+  };
+  atLock([&](const char* lock) { configuration->addFolder(lock); });
+  atLock([&](const char* lock) { configuration->addFolder(std::string(lock) + "/with/folders"); });
+  atLock([&](const char* lock) { configuration->addFifo(lock); });
+  atLock([&](const char* lock) { configuration->addLink(lock, "nowhere"); });
+}
+
+TEST_F(UserDefaultsFile, ThatIsAFifoReadsAsMissing) {
+  configuration->addFolder("pelmarix");
+  configuration->addFifo("pelmarix/pelmarix.ini");
+  SettingsUserDefaults defaults;
+  EXPECT_EQ(defaults.doubleForKey("key"), 0.0);
+  defaults.setDoubleForKey(14.0, "key");
+  EXPECT_EQ(defaults.doubleForKey("key"), 14.0);
 }
 
 TEST_F(UserDefaultsFile, ThatIsAFolderReadsAsMissing) {
