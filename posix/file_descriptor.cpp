@@ -12,6 +12,9 @@
 namespace pelmarix::posix {
 namespace {
 
+// macOS refuses to read or write more at once.
+constexpr std::size_t mostAtOnce = INT_MAX;
+
 template <typename Call>
 auto uninterrupted(const Call& call) {
   for (;;) {
@@ -71,12 +74,12 @@ Result<FileDescriptor, std::error_code> openFile(int folder, const char* path, i
 }
 
 Result<std::size_t, std::error_code> readSome(const FileDescriptor& file, char* bytes, std::size_t size) {
-  return countOrError(uninterrupted([&] { return ::read(file.get(), bytes, size); }));
+  return countOrError(uninterrupted([&] { return ::read(file.get(), bytes, std::min(size, mostAtOnce)); }));
 }
 
 Result<std::size_t, std::error_code> writeSome(const FileDescriptor& file, const char* bytes,
                                                std::size_t size) {
-  return countOrError(uninterrupted([&] { return ::write(file.get(), bytes, size); }));
+  return countOrError(uninterrupted([&] { return ::write(file.get(), bytes, std::min(size, mostAtOnce)); }));
 }
 
 }  // namespace pelmarix::posix

@@ -20,6 +20,7 @@ namespace {
 
 bool makePipe(int (&ends)[2]) {
 #ifdef __APPLE__
+  // No other thread starts programs that could inherit the ends in between.
   if (pipe(ends) != 0) return false;
   for (const int end : ends) fcntl(end, F_SETFD, FD_CLOEXEC);
   return true;
@@ -61,9 +62,12 @@ void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput) {
     check(posix_spawn_file_actions_adddup2(&settings.fileActions, standardOutput, STDOUT_FILENO), "pipe");
 #ifdef __APPLE__
   settings.flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-    if (fcntl(descriptor, F_GETFD) >= 0 && (descriptor != STDOUT_FILENO || standardOutput < 0))
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    // Where this program was started with one closed, its number can be an end of the pipe now.
+    const bool isRedirected = descriptor == STDOUT_FILENO && standardOutput >= 0;
+    if (isRedirected || fcntl(descriptor, F_GETFD) == 0)
       check(posix_spawn_file_actions_addinherit_np(&settings.fileActions, descriptor), "descriptors");
+  }
 #else
   check(posix_spawn_file_actions_addclosefrom_np(&settings.fileActions, STDERR_FILENO + 1), "descriptors");
 #endif
