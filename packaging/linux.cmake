@@ -1,5 +1,6 @@
 # What `cmake --install` puts where on Linux, and the Debian package of it.
 include(GNUInstallDirs)
+include(${CMAKE_CURRENT_LIST_DIR}/icon.cmake)
 set(id ${PELMARIX_BUNDLE_IDENTIFIER})
 set(documents ${CMAKE_INSTALL_DATADIR}/doc/pelmarix)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The Pelmarix authors <maintainers@pelmarix.example>")

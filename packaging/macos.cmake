@@ -1,4 +1,5 @@
-# Pelmarix.app. The system has a lister of its own, so ours stays outside.
+# Makes Pelmarix.app of the target `pelmarix`. The system has a lister of its own, so ours stays outside.
+include(${CMAKE_CURRENT_LIST_DIR}/icon.cmake)
 set(iconset ${CMAKE_CURRENT_BINARY_DIR}/Pelmarix.iconset)
 foreach(size 16 32 128 256 512)
   math(EXPR doubled "2 * ${size}")
