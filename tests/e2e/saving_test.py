@@ -6,6 +6,7 @@ import plistlib
 import re
 import resource
 import signal
+import stat
 from datetime import datetime, timezone
 
 import expectation
@@ -187,6 +188,8 @@ class Saving(WindowTestCase):
         program.wait_for_no_dialog()
         self.assert_leaves_well(program)
         self.assertEqual(set(home.settings), KEYS)
+        for folder in (home.settings_file.parent, home.settings_file.parent.parent):
+            self.assertEqual(stat.S_IMODE(folder.stat().st_mode), 0o700, folder)
 
 
 if __name__ == "__main__":

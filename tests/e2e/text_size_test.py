@@ -67,7 +67,7 @@ class TextSize(WindowTestCase):
                 self.assert_leaves_well(program)
 
     def test_a_stored_value_that_is_no_size_counts_as_twelve(self):
-        for stored in ("3.5", "-1", "0", "big", '""'):
+        for stored in ("3.5", "-1", "0", "big", '""', "nan"):
             with self.subTest(stored):
                 program = self.start_with(stored)
                 self.expect_size(program, 12)
@@ -77,6 +77,18 @@ class TextSize(WindowTestCase):
         program = self.start_with("4")
         self.expect_size(program, 4)
         self.assert_leaves_well(program)
+
+    def test_settings_that_stay_locked_are_no_obstacle(self):
+        home = self.new_home()
+        lock = home.settings_file.with_suffix(".ini.lock")
+        lock.mkdir()
+        program = self.start(options.sample, home)
+        program.button("Bigger text").press()
+        self.expect_size(program, 13)
+        self.assertEqual(program.close(), 0)
+        self.assertEqual(home.settings, QUIET)
+        lock.rmdir()
+        self.assert_left_well(program)
 
     def test_broken_settings_are_no_obstacle(self):
         home = self.new_home()
