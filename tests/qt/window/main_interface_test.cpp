@@ -273,6 +273,8 @@ TEST_F(MainInterface, GivesEveryMenuItemAnExplicitRoleAndNoShortcutTwice) {
     }
   }
   EXPECT_GE(items, 19);
+  EXPECT_EQ(find<QAction>("actionAbout").menuRole(), QAction::AboutRole);
+  EXPECT_EQ(find<QAction>("actionQuit").menuRole(), QAction::QuitRole);
   EXPECT_TRUE(shortcuts.contains(QKeySequence(QStringLiteral("Ctrl+="))));
 }
 
