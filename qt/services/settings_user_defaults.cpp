@@ -62,18 +62,22 @@ bool canBeWritten(const QSettings& settings, std::chrono::milliseconds patience)
 
 #endif
 
-// Text that is no decimal number is 0; only a number can be infinite, or none.
-double number(const QVariant& value) {
-  const double result = value.toDouble();
-  const bool isText = value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray;
-  return isText && !std::isfinite(result) ? 0.0 : result;
+}  // namespace
+
+double doubleOf(const QVariant& stored) {
+  const double number = stored.toDouble();
+  const bool isText = stored.typeId() == QMetaType::QString || stored.typeId() == QMetaType::QByteArray;
+  return isText && !std::isfinite(number) ? 0.0 : number;
 }
 
-}  // namespace
+bool boolOf(const QVariant& stored) {
+  const QString text = stored.toString().toLower();
+  return text == QStringLiteral("true") || text == QStringLiteral("yes") || doubleOf(stored) != 0.0;
+}
 
 SettingsUserDefaults::SettingsUserDefaults() : settings_(openSettings()) {}
 
-double SettingsUserDefaults::doubleForKey(const std::string& key) const { return number(value(key)); }
+double SettingsUserDefaults::doubleForKey(const std::string& key) const { return doubleOf(value(key)); }
 
 void SettingsUserDefaults::setDoubleForKey(double value, const std::string& key) {
   // An INI file has numbers as text. What isn't finite keeps its type there as a float.
@@ -81,11 +85,7 @@ void SettingsUserDefaults::setDoubleForKey(double value, const std::string& key)
   store(isText && !std::isfinite(value) ? QVariant(static_cast<float>(value)) : QVariant(value), key);
 }
 
-bool SettingsUserDefaults::boolForKey(const std::string& key) const {
-  const QVariant stored = value(key);
-  const QString text = stored.toString().toLower();
-  return text == QStringLiteral("true") || text == QStringLiteral("yes") || number(stored) != 0.0;
-}
+bool SettingsUserDefaults::boolForKey(const std::string& key) const { return boolOf(value(key)); }
 
 void SettingsUserDefaults::setBoolForKey(bool value, const std::string& key) { store(value, key); }
 

@@ -10,6 +10,12 @@
 
 namespace pelmarix::qt {
 
+/// What the platform's typed getters make of a stored value, whoever stored it. Text that is a decimal
+/// number, blanks around it allowed, counts as that number, any other text as 0. Numbers other than 0, "true"
+/// and "yes" are true.
+double doubleOf(const QVariant& stored);
+bool boolOf(const QVariant& stored);
+
 /// Values are written when they are set. A file that can't be read, or holds something else than settings,
 /// reads as if every key were missing. What can't be written, also because others keep the file locked for
 /// more than a second, is kept for this run, and written with the next value that can be.

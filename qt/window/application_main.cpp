@@ -35,7 +35,7 @@ void platform::applicationMain(int argc, char** argv) {
   // last window.
   QApplication::setQuitOnLastWindowClosed(false);
   // Qt's file dialog keeps settings of its own, but this program writes nothing but its user defaults. Below
-  // something that is no folder no file can be made.
+  // something that is no folder no file can be made. On macOS there is no way to keep it from that.
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 
   AppDelegate delegate;  // outlives whatever may still call it

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <sys/file.h>
 
+#include <QStringList>
+#include <QVariantMap>
 #include <bit>
 #include <chrono>
 #include <cmath>
@@ -14,6 +16,29 @@
 
 namespace pelmarix::qt {
 namespace {
+
+// As `defaults write` stores them with and without a type.
+TEST(StoredValue, IsANumberAsTheSystemReadsIt) {
+  for (const QVariant& twelve : {QVariant(12), QVariant(12LL), QVariant(12.0), QVariant(QStringLiteral("12")),
+                                 QVariant(QStringLiteral("  12")), QVariant(QStringLiteral("12.0\n"))})
+    EXPECT_EQ(doubleOf(twelve), 12.0) << twelve.typeName();
+  EXPECT_EQ(doubleOf(QVariant(true)), 1.0);
+  EXPECT_TRUE(std::isnan(doubleOf(QVariant(std::nan("")))));
+  for (const QVariant& none : {QVariant(), QVariant(QStringLiteral("nan")), QVariant(QStringLiteral("inf")),
+                               QVariant(QStringLiteral("abc")), QVariant(QByteArray("nan")),
+                               QVariant(QStringList{QStringLiteral("12")}), QVariant(QVariantMap())})
+    EXPECT_EQ(doubleOf(none), 0.0) << none.typeName();
+}
+
+TEST(StoredValue, IsATruthValueAsTheSystemReadsIt) {
+  for (const QVariant& yes : {QVariant(true), QVariant(1), QVariant(1.0), QVariant(QStringLiteral("YES")),
+                              QVariant(QStringLiteral("true")), QVariant(QStringLiteral("1"))})
+    EXPECT_TRUE(boolOf(yes)) << yes.typeName();
+  for (const QVariant& no :
+       {QVariant(), QVariant(false), QVariant(0), QVariant(0.0), QVariant(QStringLiteral("NO")),
+        QVariant(QStringLiteral("0")), QVariant(QStringLiteral("nan")), QVariant(QVariantMap())})
+    EXPECT_FALSE(boolOf(no)) << no.typeName();
+}
 
 /// A user's configuration folder.
 class UserDefaultsFile : public testing::Test {
