@@ -34,7 +34,7 @@ class Application {
 };
 
 /// Loads the interface file, creates what it names, connects it and runs the application until it terminates.
-/// Defined by the toolkit's own library.
+/// Of the arguments only the program's name counts. Defined by the toolkit's own library.
 void applicationMain(int argc, char** argv);
 
 }  // namespace pelmarix::platform

@@ -1,7 +1,11 @@
 #include <QApplication>
 #include <QIcon>
+#include <QLoggingCategory>
 #include <QSettings>
+#include <algorithm>
+#include <clocale>
 #include <cstdlib>
+#include <memory>
 
 #include "app/app_delegate.h"
 #include "platform/application.h"
@@ -23,10 +27,32 @@ QWidget* windowForAlerts(QWidget& mainWindow) {
   return mainWindow.isVisible() ? &mainWindow : nullptr;
 }
 
+// The toolkit's application, which has nothing to say on the terminal.
+std::unique_ptr<QApplication> makeApplication(int& argc, char** argv) {
+  // What Qt misses in a session concerns no user. QT_LOGGING_RULES brings its warnings back.
+  QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
+#ifdef Q_OS_MACOS
+  return std::make_unique<QApplication>(argc, argv);
+#else
+  // A locale whose name is no language's is remarked on by the library for fonts, too.
+  if (std::setlocale(LC_CTYPE, "") == nullptr) qputenv("FC_LANG", "C");
+  // Where the session has no folder of its own, Qt would make one among the temporary files, and leave it.
+  const QByteArray temporaryFolder = qgetenv("TMPDIR");
+  qputenv("TMPDIR", "/dev/null");
+  auto application = std::make_unique<QApplication>(argc, argv);
+  if (temporaryFolder.isNull())
+    qunsetenv("TMPDIR");
+  else
+    qputenv("TMPDIR", temporaryFolder);
+  return application;
+#endif
+}
+
 }  // namespace
 
 void platform::applicationMain(int argc, char** argv) {
-  QApplication qtApplication(argc, argv);
+  int nameAlone = std::min(argc, 1);  // Qt would take options
+  const std::unique_ptr<QApplication> qtApplication = makeApplication(nameAlone, argv);
   QApplication::setApplicationName(QStringLiteral("Pelmarix"));
   // Desktops find the program's entry by this name, and its icon: where it isn't installed, it has none.
   QApplication::setDesktopFileName(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER));

@@ -22,6 +22,9 @@ SHEET_TEXT = "Bill of materials"
 # The program looks for an update at each start unless told not to, which only the tests of that need.
 QUIET = {"noUpdateCheck": "true"}
 
+# The program keeps the toolkit's warnings to itself unless asked for them: the tests ask, for each means a fault.
+LOUD = {"QT_LOGGING_TO_CONSOLE": "1", "QT_LOGGING_RULES": "*.warning=true;*.critical=true"}
+
 SETTINGS = "pelmarix/pelmarix.ini"  # below the folder for configuration
 
 
@@ -86,9 +89,10 @@ def is_shown(window):
 
 
 class Program:
-    """Starts the program on a Mac's volume. Used as a context, it ends the program if that is still running."""
+    """Starts the program on a Mac's volume. Used as a context, it ends the program if that is still running. A variable
+    of the environment that is None isn't set."""
 
-    def __init__(self, desktop, binary, volume, home, environment=None, preexec=None):
+    def __init__(self, desktop, binary, volume, home, environment=None, preexec=None, arguments=()):
         self.desktop = desktop
         self.home = home
         self._output = home.folder.with_name(home.folder.name + ".output")
@@ -98,13 +102,14 @@ class Program:
             TMPDIR=str(self.temporary_folder),
             QT_ACCESSIBILITY="1",
             QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
-            QT_LOGGING_TO_CONSOLE="1",
             PELMARIX_VOLUME=str(volume),
+            **LOUD,
         )
         self.environment.update(environment or {})
+        self.environment = {name: value for name, value in self.environment.items() if value is not None}
         with self._output.open("ab") as output:
             self.process = subprocess.Popen(
-                [pathlib.Path(binary).absolute()],
+                [pathlib.Path(binary).absolute(), *arguments],
                 env=self.environment,
                 cwd=home.folder,
                 stdin=subprocess.DEVNULL,

@@ -47,10 +47,10 @@ class WindowTestCase(unittest.TestCase):
     def new_home(self, settings=QUIET):
         return Home(desktop.scratch / f"home{next(_numbers)}", settings)
 
-    def start(self, volume, home=None, binary=None, environment=None, preexec=None):
+    def start(self, volume, home=None, binary=None, **options_of_start):
         """Starts the program on a volume, a MacVolume or a folder. It ends with the test."""
         folder = volume.folder if isinstance(volume, MacVolume) else volume
-        program = Program(desktop, binary or options.program, folder, home or self.new_home(), environment, preexec)
+        program = Program(desktop, binary or options.program, folder, home or self.new_home(), **options_of_start)
         self.enterContext(program)
         return program
 

@@ -23,7 +23,9 @@ class Program:
                "PELMARIX_VOLUME": os.path.join(home, "volume"), "PELMARIX_TEST_UPDATE_LIST": update_list,
                "PELMARIX_TEST_AUTHORITY": authority, "DISPLAY": display, "QT_QPA_PLATFORM": "xcb",
                "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": home,
-               "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
+               "DBUS_SESSION_BUS_ADDRESS": "disabled:",
+               # It keeps the toolkit's warnings to itself unless asked for them, and each means a fault.
+               "QT_LOGGING_TO_CONSOLE": "1", "QT_LOGGING_RULES": "*.warning=true;*.critical=true"}
         inherited = ("ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
         own.update({name: os.environ[name] for name in inherited if name in os.environ})
         own.update(environment)
