@@ -49,8 +49,8 @@ class UpdateCheckTest(unittest.TestCase):
         self.server.requests.clear()
 
     def start(self, path="list", server="good", **environment):
-        program = Program(EXECUTABLE, self.home.folder, self.server.address(server, path), self.server.authority,
-                          self.display, **environment)
+        address = "https://nowhere.example/" if server == "unknown" else self.server.address(server, path)
+        program = Program(EXECUTABLE, self.home.folder, address, self.server.authority, self.display, **environment)
         self.addCleanup(program.process.kill)
         return program
 
@@ -158,7 +158,7 @@ class UpdateCheckTest(unittest.TestCase):
         self.server.list = update_list(("7.0", DOWNLOADS))
         looks_up = {"PELMARIX_TEST_LOOKUP_BLOCKS": "1"}
         for doing, path, server, environment in (
-                ("looking up a name", "list", "good", looks_up), ("connecting", "list", "mute", {}),
+                ("looking up a name", "", "unknown", looks_up), ("connecting", "list", "mute", {}),
                 ("waiting for the answer", "silent", "good", {}), ("receiving", "stuck", "good", {}),
                 ("showing an alert", "list", "good", {})):
             with self.subTest(doing):
@@ -167,7 +167,7 @@ class UpdateCheckTest(unittest.TestCase):
                 program = self.launch(path, server, **environment)
                 if doing == "showing an alert":
                     program.wait_for("alert")
-                elif server == "good" and not environment:
+                elif server == "good":
                     until(lambda: self.server.requests, "the request")
                 else:
                     until(lambda: "dateLastUpdateCheck" in self.home.settings(), "the start of the check")

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""An HTTPS server on the loopback with a certificate authority of its own, for tests of the network.
+"""An HTTPS server on the loopback with a certificate authority of its own, for tests of the network. It goes by its
+number: not every system knows its own name.
 
 As a program: https_server.py FOLDER. Makes the authority and its certificates in FOLDER, prints one line of
 JSON (see Server.description) and serves until standard input ends.
@@ -38,16 +39,16 @@ def make_certificates(folder):
                 "-subj", f"/CN={subject}", *(part for text in extensions for part in ("-addext", text)))
 
     def signed(name, host, days):
-        openssl(folder, "req", *key, "-keyout", f"{name}.key", "-out", f"{name}.csr", "-subj", f"/CN={host}",
-                "-addext", f"subjectAltName=DNS:{host}")
+        openssl(folder, "req", *key, "-keyout", f"{name}.key", "-out", f"{name}.csr", "-subj", f"/CN={name}",
+                "-addext", f"subjectAltName={host}")
         openssl(folder, "x509", "-req", "-in", f"{name}.csr", "-CA", "authority.pem", "-CAkey", "authority.key",
                 "-CAcreateserial", "-days", str(days), "-copy_extensions", "copyall", "-out", f"{name}.pem")
 
     self_signed("authority", "Test authority")
-    signed("good", "localhost", 2)
-    signed("wrong-name", "elsewhere.example", 2)
-    signed("expired", "localhost", -1)
-    self_signed("self-signed", "localhost", "subjectAltName=DNS:localhost")
+    signed("good", "IP:127.0.0.1", 2)
+    signed("wrong-name", "DNS:elsewhere.example", 2)
+    signed("expired", "IP:127.0.0.1", -1)
+    self_signed("self-signed", "Nobody", "subjectAltName=IP:127.0.0.1")
     for name in ("good", "wrong-name", "expired", "self-signed"):
         with open(os.path.join(folder, f"{name}.key"), "rb") as source:
             with open(os.path.join(folder, f"{name}.pem"), "ab") as target:
@@ -173,7 +174,7 @@ class Listener(socketserver.ThreadingMixIn, http.server.HTTPServer):
 
     def server_bind(self):
         socketserver.TCPServer.server_bind(self)  # without the look-up of the host's own name
-        self.server_name, self.server_port = "localhost", self.server_address[1]
+        self.server_name, self.server_port = "127.0.0.1", self.server_address[1]
 
     def handle_error(self, *_):
         pass  # clients that leave at any moment are what the tests are about
@@ -198,7 +199,7 @@ class Server:
     def address(self, name, path):
         scheme = "http" if name == "unprotected" else "https"
         port = self.mute.getsockname()[1] if name == "mute" else self.listeners[name].server_port
-        return f"{scheme}://localhost:{port}/{path}"
+        return f"{scheme}://127.0.0.1:{port}/{path}"
 
     def description(self):
         """The authority's file, and under each server's name its address."""
