@@ -22,6 +22,7 @@ rm -r build/package/content
 
 echo "A clean system"
 make_clean_root
+make_sample
 list_files >"$scratch/before"
 install_package "$package"
 
@@ -32,7 +33,7 @@ in_root lsbom -f -p fsT "$bom" >"$scratch/listing" 2>&1
 head -n 3 "$scratch/listing"
 
 echo "The program on the sample volume"
-start_display
+start_shared_display
 in_root pelmarix >"$scratch/output" 2>&1 &
 program=$!
 title() { xdotool search --onlyvisible --name '^Pelmarix – currently running macOS Version ' getwindowname; }

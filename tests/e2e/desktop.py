@@ -16,7 +16,8 @@ import tempfile
 import processes
 from waiting import wait_until
 
-SCREEN = "1440x1000x24"
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from virtual_display import start_virtual_display  # noqa: E402
 
 OPENBOX_SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
@@ -99,9 +100,7 @@ class Desktop:
         # What the sanitizers are told, where the program is built with them.
         self.environment.update({name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")})
         self.environment = self.environment_with_home(self.folder("home"))
-        self.environment["DISPLAY"] = ":" + self._first_line(
-            lambda fd: ["Xvfb", "-displayfd", str(fd), "-screen", "0", SCREEN, "-nolisten", "tcp", "-noreset"]
-        )
+        self.environment.update(start_virtual_display(self.folder("display"), self._log)[1])
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._first_line(
             lambda fd: ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--print-address={fd}",
                         f"--address=unix:path={self.scratch}/bus"]
@@ -111,7 +110,7 @@ class Desktop:
         self._spawn(["openbox", "--sm-disable", "--config-file", str(settings)])
         wait_until(lambda: self.run("xdotool", "get_num_desktops", check=False).returncode == 0, "a window manager")
         # The accessibility library of this process looks there.
-        for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "GSETTINGS_BACKEND"):
+        for name in ("DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "GSETTINGS_BACKEND"):
             os.environ[name] = self.environment[name]
 
     def _spawn(self, command, **options):

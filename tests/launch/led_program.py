@@ -5,11 +5,13 @@ import os
 import queue
 import subprocess
 import sys
+import tempfile
 import threading
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 from https_server import Server  # noqa: E402,F401
+from virtual_display import start_virtual_display  # noqa: E402
 
 # For everything that takes a moment on an idle machine and must not fail on a busy one.
 TIMEOUT = 60
@@ -21,7 +23,7 @@ class Program:
     def __init__(self, executable, home, update_list, authority, display, **environment):
         own = {"HOME": home, "XDG_CONFIG_HOME": os.path.join(home, "config"), "PATH": os.environ["PATH"],
                "PELMARIX_VOLUME": os.path.join(home, "volume"), "PELMARIX_TEST_UPDATE_LIST": update_list,
-               "PELMARIX_TEST_AUTHORITY": authority, "DISPLAY": display, "QT_QPA_PLATFORM": "xcb",
+               "PELMARIX_TEST_AUTHORITY": authority, "QT_QPA_PLATFORM": "xcb", **display,
                "LC_ALL": "C.UTF-8", "XDG_RUNTIME_DIR": home,
                "DBUS_SESSION_BUS_ADDRESS": "disabled:",
                # It keeps the toolkit's warnings to itself unless asked for them, and each means a fault.
@@ -105,17 +107,18 @@ class Home:
 
 
 class Display:
-    """A virtual display of its own, without a window manager, as a context; gives its name."""
+    """A virtual display of its own, without a window manager, as a context; gives what its programs need in their
+    environment."""
 
     def __enter__(self):
-        self.process = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x1000x24", "-nolisten", "tcp"],
-                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        return ":" + self.process.stdout.readline().strip()
+        self.folder = tempfile.TemporaryDirectory()
+        self.process, environment = start_virtual_display(self.folder.name)
+        return environment
 
     def __exit__(self, *_):
         self.process.terminate()
         self.process.wait()
-        self.process.stdout.close()
+        self.folder.cleanup()
 
 
 def until(condition, what):
