@@ -4,9 +4,11 @@
 # tells, counts what folders take there.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/prepare.sh
 
+mkdir -p build
 scratch=$(mktemp -d --tmpdir="$PWD/build")
-trap 'rm -rf "$scratch"' EXIT
+trap 'rm -rf "$scratch"; hand_over' EXIT
 other=$scratch/some/other/folder
 mkdir -p "$other"
 

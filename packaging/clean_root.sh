@@ -4,6 +4,7 @@
 # folder.
 
 [ "$(id -u)" -eq 0 ] || { echo "Only root can make a system of its own." >&2; exit 1; }
+. scripts/prepare.sh
 . scripts/desktop.sh
 root=$scratch/root
 volume=$scratch/shared/volume  # the same path outside and inside
@@ -14,6 +15,7 @@ finish() {
   end_children
   for mount in "${mounts[@]}"; do umount "$mount"; done
   rm -rf --one-file-system "$scratch"
+  hand_over
 }
 
 # Makes a folder visible in the clean system, under its own path.

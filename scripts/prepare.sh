@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Shell functions for ./run, ./test and .ci/run, which read this file. Written for the bash 3.2 that macOS has.
-# They expect to be in the project's folder.
+# Shell functions for ./run, ./test, .ci/run and the packaging scripts, which read this file. They expect to be in the
+# project's folder. What ./run and ./test need of them is written for the bash 3.2 that macOS has.
 
 fail() {
   echo "$(basename "$0"): $*" >&2
@@ -42,6 +42,9 @@ as_root() {
     fail "only root can install packages and there is no sudo; please install as root: $missing"
   fi
 }
+
+# Gives what root built to the project's owner, who couldn't replace it otherwise.
+hand_over() { [ "$(id -u)" -ne 0 ] || [ ! -d build ] || chown --recursive --no-dereference --reference=. build; }
 
 # Installs what is missing of some groups of scripts/packages, saying so first.
 install_missing() {
