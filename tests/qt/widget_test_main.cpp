@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   qputenv("HOME", home.path().toUtf8());
   qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
   qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toUtf8());
+  qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
   testing::InitGoogleMock(&argc, argv);
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
