@@ -40,6 +40,21 @@ def descendants(of):
     return found - {of}
 
 
+def with_variable(name, value):
+    """The ids of the processes that were started with this variable in their environment and still run."""
+    wanted = os.fsencode(f"{name}={value}")
+    found = set()
+    for folder in pathlib.Path("/proc").iterdir():
+        if folder.name.isdigit():
+            try:
+                environment = (folder / "environ").read_bytes()
+            except OSError:  # it ended meanwhile, or belongs to somebody else
+                continue
+            if wanted in environment.split(b"\0"):
+                found.add(int(folder.name))
+    return found
+
+
 def command_of(pid):
     try:
         return pathlib.Path(f"/proc/{pid}/cmdline").read_bytes().replace(b"\0", b" ").decode(errors="replace").strip()

@@ -339,6 +339,10 @@ class Program:
     def children(self):
         return processes.descendants(self.pid)
 
+    def left_behind(self):
+        """What it started, directly or not, and what still runs, whoever has become its parent."""
+        return {processes.command_of(pid) for pid in processes.with_variable("TMPDIR", self.temporary_folder)}
+
     def open_files(self):
         """How many descriptors it has open."""
         return len(os.listdir(f"/proc/{self.pid}/fd"))

@@ -61,7 +61,7 @@ class WindowTestCase(unittest.TestCase):
 
     def assert_left_well(self, program, output=""):
         self.assertEqual(without_words_of_toolkit(program.output), output)
-        self.assertEqual(program.children(), set())
+        self.assertEqual(program.left_behind(), set())
         self.assertEqual(program.home.files, [])
         self.assertEqual(sorted(os.listdir(program.temporary_folder)), [])
 
