@@ -1,9 +1,9 @@
-#include <csignal>
 #include <string>
 #include <vector>
 
 #include "app/addresses.h"
 #include "tests/app/app_fixture.h"
+#include "tests/support/fatal_stop.h"
 
 namespace pelmarix {
 namespace {
@@ -101,7 +101,7 @@ TEST_F(UpdateCheck, ReportsABundleWithoutAVersion) {
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenTheBundlesVersionIsNotAString) {
   bundle.info = platform::InfoDictionary{{"CFBundleShortVersionString", 1.2}};
-  EXPECT_EXIT(delegate.checkForUpdate(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(delegate.checkForUpdate());
 }
 
 // The answer, before it reaches the main queue.
@@ -326,41 +326,38 @@ TEST_F(UpdateCheck, ReadsBinaryListsToo) {
 // The list is trusted: what breaks its form ends the program.
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramOnAnAcceptedAnswerWithoutABody) {
-  EXPECT_EXIT(answer(std::nullopt, http(200, "text/xml")), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(answer(std::nullopt, http(200, "text/xml")));
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenTheRootIsNotAnArray) {
   for (const std::string& root : {entry("Pelmarix", "1.3", download), std::string("<string>1.3</string>"),
                                   std::string("<dict/>"), std::string("<true/>")})
-    EXPECT_EXIT(answerWithList(plist(root)), testing::KilledBySignal(SIGABRT), "") << root;
+    EXPECT_FATAL_STOP(answerWithList(plist(root))) << root;
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramAtAnEntryThatIsNotADictionary) {
   for (const char* element : {"<string>Pelmarix</string>", "<array/>", "<integer>1</integer>"})
-    EXPECT_EXIT(answerWithList(list(element)), testing::KilledBySignal(SIGABRT), "") << element;
+    EXPECT_FATAL_STOP(answerWithList(list(element))) << element;
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramAtAnEntryWithoutANameThatIsAString) {
   for (const std::string& contents :
        {std::string(), pair("appname", "Pelmarix"), std::string("<key>AppName</key><integer>1</integer>")})
-    EXPECT_EXIT(answerWithList(list("<dict>" + contents + "</dict>")), testing::KilledBySignal(SIGABRT), "")
-        << contents;
+    EXPECT_FATAL_STOP(answerWithList(list("<dict>" + contents + "</dict>"))) << contents;
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenItsOwnEntryHasNoVersionThatIsAString) {
   for (const std::string& version : {std::string(), std::string("<key>Version</key><real>1.3</real>")})
-    EXPECT_EXIT(answerWithList(list("<dict>" + pair("AppName", "Pelmarix") + version + pair("URL", download) +
-                                    "</dict>")),
-                testing::KilledBySignal(SIGABRT), "")
+    EXPECT_FATAL_STOP(answerWithList(
+        list("<dict>" + pair("AppName", "Pelmarix") + version + pair("URL", download) + "</dict>")))
         << version;
 }
 
 TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenItsOwnEntryHasNoAddressThatIsAString) {
   // The version is the running one: all three values are read before they are compared.
   for (const std::string& address : {std::string(), std::string("<key>URL</key><false/>")})
-    EXPECT_EXIT(answerWithList(list("<dict>" + pair("AppName", "Pelmarix") + pair("Version", "1.2") +
-                                    address + "</dict>")),
-                testing::KilledBySignal(SIGABRT), "")
+    EXPECT_FATAL_STOP(answerWithList(
+        list("<dict>" + pair("AppName", "Pelmarix") + pair("Version", "1.2") + address + "</dict>")))
         << address;
 }
 
@@ -368,7 +365,7 @@ TEST_F(UpdateCheckDeathTest, StopsTheProgramWhenAnInvalidAddressIsToBeDownloaded
   services.answer = [](const ShownAlert&) { return platform::alertSecondButtonReturn; };
   const std::string body =
       list(entry("Pelmarix", "1.3", std::string(downloadHostPrefix) + "pelmarix 1.3.zip"));
-  EXPECT_EXIT(answerWithList(body), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(answerWithList(body));
 }
 
 TEST_F(UpdateCheck, DoesNotMindAnInvalidAddressThatIsIgnored) {
@@ -384,7 +381,7 @@ TEST_F(UpdateCheckDeathTest, HasShownTheEarlierOffersWhenALaterEntryStopsTheProg
     answerWithList(body);
   };
   EXPECT_EXIT(exitWhenOffered(), testing::ExitedWithCode(7), "");
-  EXPECT_EXIT(answerWithList(body), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(answerWithList(body));
 }
 
 }  // namespace

@@ -4,19 +4,20 @@
 
 #include "platform/file_manager.h"
 #include "platform/text.h"
+#include "tests/support/fatal_stop.h"
 #include "tests/support/test_services.h"
 
 namespace pelmarix {
 namespace {
 
 TEST(ServicesDeathTest, AskingBeforeAnyAreInstalledStopsTheProgram) {
-  EXPECT_EXIT(platform::currentDate(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(platform::currentDate());
 }
 
 TEST(ServicesDeathTest, AskingForOneThatIsNotInstalledStopsTheProgram) {
   test::TestServices services;
-  EXPECT_EXIT(platform::FileManager::defaultManager(), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(platform::currentDate(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(platform::FileManager::defaultManager());
+  EXPECT_FATAL_STOP(platform::currentDate());
 }
 
 TEST(Services, AreThoseInstalledLast) {

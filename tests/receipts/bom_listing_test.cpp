@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <string>
 
 #include "platform/task.h"
 #include "receipts/bom.h"
+#include "tests/support/fatal_stop.h"
 #include "tests/support/test_services.h"
 
 namespace pelmarix {
@@ -115,7 +115,7 @@ TEST_F(Listing, OfAListerThatCannotBeStartedFailsOutwards) {
 
 TEST_F(Listing, ThatIsNotUtf8StopsTheProgram) {
   lister.output = "./caf\xE9\t1\n";
-  EXPECT_EXIT(list(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(list());
 }
 
 }  // namespace

@@ -2,8 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <csignal>
-
+#include "tests/support/fatal_stop.h"
 #include "tests/ui/main_window_fixture.h"
 
 namespace pelmarix::test {
@@ -71,7 +70,7 @@ TEST_F(Sheet, WithoutATextStorageShowsNothing) {
 
 TEST_F(Sheet, WithoutItsTextViewStopsTheProgram) {
   controller.outputTextbox = nullptr;
-  EXPECT_EXIT(controller.viewDidLoad(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(controller.viewDidLoad());
 }
 
 TEST_F(Sheet, AsksToBeDismissedByItsCloseButton) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -98,7 +99,10 @@ class PlainTableView final : public platform::TableView {
   platform::View* makeViewWithIdentifier(const std::string& identifier) override {
     return cells.make(identifier);
   }
-  void reloadData() override { ++reloads; }
+  void reloadData() override {
+    ++reloads;
+    whileReloading();
+  }
   std::ptrdiff_t selectedRow() const override { return selected; }
   const std::vector<platform::TableColumn*>& tableColumns() const override { return columns; }
 
@@ -106,6 +110,7 @@ class PlainTableView final : public platform::TableView {
   platform::TableColumn first{"a"}, second{"b"}, third{"c"};
   std::vector<platform::TableColumn*> columns{&first, &second, &third};
   int reloads = 0;
+  std::function<void()> whileReloading = [] {};
   std::ptrdiff_t selected = -1;
 };
 

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <csignal>
-
+#include "tests/support/fatal_stop.h"
 #include "tests/ui/main_window_fixture.h"
 
 namespace pelmarix::test {
@@ -47,10 +46,9 @@ TEST_F(HistoryOutline, TakesAnyOtherItemForTheRoot) {
 }
 
 TEST_F(HistoryOutline, StopsTheProgramAtAnIndexOutOfRange) {
-  EXPECT_EXIT(controller.outlineViewChildOfItem(outline, 2, nullptr), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(controller.outlineViewChildOfItem(outline, -1, nullptr), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(controller.outlineViewChildOfItem(outline, 0, emptyGroup.get()),
-              testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(controller.outlineViewChildOfItem(outline, 2, nullptr));
+  EXPECT_FATAL_STOP(controller.outlineViewChildOfItem(outline, -1, nullptr));
+  EXPECT_FATAL_STOP(controller.outlineViewChildOfItem(outline, 0, emptyGroup.get()));
 }
 
 TEST_F(HistoryOutline, ExpandsOnlyGroupsWithEntries) {
@@ -137,7 +135,7 @@ TEST_F(DoubleClick, BelowTheLastRowChangesNothingButReloads) {
 }
 
 TEST_F(DoubleClick, FromAnotherSenderStopsTheProgram) {
-  EXPECT_EXIT(controller.doubleClickedItem(&stranger), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(controller.doubleClickedItem(&stranger));
 }
 
 }  // namespace

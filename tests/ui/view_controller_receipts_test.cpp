@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <csignal>
-
 #include "platform/task.h"
+#include "tests/support/fatal_stop.h"
 #include "tests/ui/main_window_fixture.h"
 #include "ui/bom_over_view_controller.h"
 
@@ -13,9 +12,13 @@ using testing::IsEmpty;
 using testing::IsNull;
 using testing::NotNull;
 
-class SilentPipe final : public platform::Pipe {
+class EchoingPipe final : public platform::Pipe {
  public:
-  std::string readDataToEndOfFile() override { return {}; }
+  explicit EchoingPipe(std::vector<std::string>& listed) : listed_(listed) {}
+  std::string readDataToEndOfFile() override { return listed_.back() + "\n"; }
+
+ private:
+  std::vector<std::string>& listed_;
 };
 
 /// A lister that prints the file it was given, so that a test sees which receipt was listed.
@@ -41,7 +44,7 @@ class EchoingTask final : public platform::Task {
 class ReceiptsTable : public MainWindow {
  protected:
   ReceiptsTable() {
-    services.services.makePipe = [] { return std::make_unique<SilentPipe>(); };
+    services.services.makePipe = [this] { return std::make_unique<EchoingPipe>(listed); };
     services.services.makeTask = [this] { return std::make_unique<EchoingTask>(listed, canStart); };
     addReceipt("old", "2018-01-01T00:00:00Z");
     addReceipt("new", "2019-03-26T10:11:12Z");
@@ -118,7 +121,7 @@ TEST_F(ReceiptsTable, GivesTheSheetTheListingOfTheSelectedReceipt) {
   table.selected = 1;
   controller.prepareForSegue(segue, nullptr);
   EXPECT_THAT(listed, testing::ElementsAre("/System/Library/Receipts/old.bom"));
-  EXPECT_EQ(*sheet.theOutText, "No information available from a Bom file");
+  EXPECT_EQ(*sheet.theOutText, "/System/Library/Receipts/old.bom\n");
 }
 
 TEST_F(ReceiptsTable, ListsTheReceiptThatTheReversedTableShowsInTheRow) {
@@ -147,11 +150,11 @@ TEST_F(ReceiptsTable, PassesOnThatTheListerCannotBeStarted) {
 
 TEST_F(ReceiptsTable, StopsTheProgramAtARowBeyondTheListAndAtAnotherDestination) {
   table.selected = 2;
-  EXPECT_EXIT(controller.prepareForSegue(segue, nullptr), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(controller.prepareForSegue(segue, nullptr));
   table.selected = 0;
   platform::ViewController other;
   platform::Segue elsewhere(other);
-  EXPECT_EXIT(controller.prepareForSegue(elsewhere, nullptr), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(controller.prepareForSegue(elsewhere, nullptr));
 }
 
 TEST_F(ReceiptsTable, LetsASegueElsewherePassWithoutASelectedRow) {

@@ -2,8 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <csignal>
-
+#include "tests/support/fatal_stop.h"
 #include "tests/ui/main_window_fixture.h"
 #include "ui/px_window.h"
 
@@ -89,8 +88,8 @@ TEST_F(Start, WithoutHistoryShowsTwoLineFeeds) {
 TEST_F(Start, ScansTheReceiptsAndReloadsTheirTableOnly) {
   addReceipt("a", "2019-03-01T00:00:00Z");
   addReceipt("b", "2020-05-02T00:00:00Z");
+  table.whileReloading = [this] { EXPECT_THAT(receiptNames(), ElementsAre("b", "a")); };
   controller.viewDidLoad();
-  EXPECT_THAT(receiptNames(), ElementsAre("b", "a"));
   EXPECT_EQ(table.reloads, 1);
   EXPECT_EQ(outline.reloads, 0);
 }
@@ -119,12 +118,12 @@ TEST_F(Start, WithAnUnconnectedOutletStopsTheProgram) {
     controller.*outlet = nullptr;
     controller.viewDidLoad();
   };
-  EXPECT_EXIT(loadWithout(&ui::ViewController::outputText), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(loadWithout(&ui::ViewController::BoMTable), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(loadWithout(&ui::ViewController::skipCheckbox), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(loadWithout(&ui::ViewController::newestLastCheckbox), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(loadWithout(&ui::ViewController::outputText));
+  EXPECT_FATAL_STOP(loadWithout(&ui::ViewController::BoMTable));
+  EXPECT_FATAL_STOP(loadWithout(&ui::ViewController::skipCheckbox));
+  EXPECT_FATAL_STOP(loadWithout(&ui::ViewController::newestLastCheckbox));
   controller.bsvOutlineView = nullptr;
-  EXPECT_EXIT(controller.viewDidAppear(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_FATAL_STOP(controller.viewDidAppear());
 }
 
 using Appearance = MainWindow;
