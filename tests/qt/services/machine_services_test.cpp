@@ -45,6 +45,7 @@ TEST_F(MachineServicesTest, ReadFilesOfTheVolume) {
 TEST_F(MachineServicesTest, StoreDefaults) {
   platform::UserDefaults::standardUserDefaults().setDoubleForKey(14.0, "fontSize");
   EXPECT_EQ(platform::UserDefaults::standardUserDefaults().doubleForKey("fontSize"), 14.0);
+  EXPECT_EQ(test::contentsOf(folder / "configuration/pelmarix/pelmarix.ini"), "[General]\nfontSize=14\n");
 }
 
 TEST_F(MachineServicesTest, RunChildProcesses) {
