@@ -41,9 +41,11 @@ class Tree final : public platform::OutlineViewDataSource, public platform::Outl
                                                     platform::Object* item) override {
     ++cellQuestions;
     platform::View* view = outlineView.makeViewWithIdentifier(column->identifier() + "Cell");
-    if (auto* cell = dynamic_cast<platform::TableCellView*>(view))
-      cell->textField()->setStringValue(column->identifier() == "Name" ? dynamic_cast<Item&>(*item).name
-                                                                       : "");
+    const std::string& name = dynamic_cast<Item&>(*item).name;
+    // A cell without a text is left as it was made.
+    if (auto* cell = dynamic_cast<platform::TableCellView*>(view);
+        cell != nullptr && column->identifier() == "Name" && !name.empty())
+      cell->textField()->setStringValue(name);
     return view;
   }
 
