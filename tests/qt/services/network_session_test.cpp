@@ -120,12 +120,22 @@ TEST_F(NetworkSessionTest, HandsOverWhatTheServerAnsweredOnAThreadOfItsOwn) {
 }
 
 TEST_F(NetworkSessionTest, SendsNothingBeforeTheTaskIsResumedNorWhenItIsDropped) {
-  int calls = 0;
-  {
-    NetworkSession session;
-    const auto task = session.dataTaskWithURLCompletionHandler(server->address("good", "list?dropped"),
-                                                               [&](auto&&...) { ++calls; });
-  }
+  std::atomic<int> calls = 0;
+  NetworkSession session;
+  auto task = session.dataTaskWithURLCompletionHandler(server->address("good", "list?dropped"),
+                                                       [&](auto&&...) { ++calls; });
+  // What was sent before it has long arrived when this one is answered.
+  const auto sendAnother = [&] {
+    std::promise<void> answered;
+    session
+        .dataTaskWithURLCompletionHandler(server->address("good", "redirect/5"),
+                                          [&](auto&&...) { answered.set_value(); })
+        ->resume();
+    ASSERT_EQ(answered.get_future().wait_for(60s), std::future_status::ready);
+  };
+  sendAnother();
+  task.reset();
+  sendAnother();
   EXPECT_EQ(calls, 0);
   EXPECT_EQ(get("count/list?dropped").body, "0");
 }
