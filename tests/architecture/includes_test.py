@@ -99,7 +99,7 @@ class TheProgram(unittest.TestCase):
     def test_keeps_to_the_rule(self):
         found = []
         for folder in BELOW:
-            files = sorted(path for path in (SOURCES / folder).iterdir() if SOURCE_NAME.fullmatch(path.name))
+            files = sorted(path for path in (SOURCES / folder).rglob("*") if SOURCE_NAME.fullmatch(path.name))
             self.assertTrue(files, f"{folder}/ has no sources")
             for path in files:
                 found += violations(str(path.relative_to(SOURCES)), path.read_text(encoding="utf-8"))

@@ -33,9 +33,9 @@ def main():
             if seconds > 1 or status != 0 or error:
                 failed += 1
                 print(f"launch {i}, {path}: {seconds:.3f} s, status {status}, {error!r}")
-    print(f"{launches} launches, the slowest ended in {slowest:.3f} s")
+    print(f"{launches} launches, {len(server.requests)} requests, the slowest ended in {slowest:.3f} s")
     print(f"{launches - failed} passed, {failed} failed")
-    return 1 if failed else 0
+    return 1 if failed or not server.requests else 0
 
 
 if __name__ == "__main__":

@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* nowhere = "/dev/null/nowhere";  // below what is no folder
+constexpr const char* nowhere = "/dev/null/nowhere";  // no machine has such a folder
 constexpr const char* printReceived = PELMARIX_PRINT_RECEIVED;
 
 struct Ended {

@@ -173,7 +173,7 @@ TEST_F(OutputText, WithoutATextStorageChangesNothing) {
   EXPECT_EQ(shownReport(), "");
 }
 
-TEST(PXWindow, PassesItsArgumentsOnUnchanged) {
+TEST(PXWindow, HasTheContentRectThatItIsMadeWith) {
   class ShownWindow final : public ui::PXWindow {
    public:
     using PXWindow::PXWindow;
