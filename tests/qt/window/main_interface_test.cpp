@@ -252,6 +252,7 @@ TEST_F(MainInterface, TellsItsVersionAndItsLicense) {
   choose("actionAbout");
   auto* box = window().findChild<QMessageBox*>();
   ASSERT_NE(box, nullptr);
+  EXPECT_TRUE(box->isVisible());
   EXPECT_EQ(box->text(), QStringLiteral("Pelmarix 1.2"));
   EXPECT_TRUE(box->informativeText().contains(QStringLiteral("MIT License")));
   box->close();
