@@ -158,8 +158,8 @@ class Saving(WindowTestCase):
                     program.keys("Escape", window=panel)
                 program.wait_for_no_dialog()
                 self.assertEqual(program.windows("alert"), [])
-                self.assertEqual(os.listdir(self.folder), [])
                 self.assert_leaves_well(program)
+                self.assertEqual(os.listdir(self.folder), [])
 
     def test_window_stays_usable_while_the_panel_is_open(self):
         program = self.start(options.sample)
