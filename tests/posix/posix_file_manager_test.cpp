@@ -115,6 +115,21 @@ TEST(DirectoryEnumerator, YieldsAFolderThatVanishedOrBecameALinkAndGoesOn) {
   EXPECT_EQ(enumerator->nextObject(), std::nullopt);
 }
 
+TEST(DirectoryEnumerator, FollowsNoLinkInAFoldersPlaceAfterItHasLeftAnotherFolder) {
+  const TemporaryFolder folder;
+  folder.addFile("elsewhere/secret");
+  folder.addFile("walked/a/inside");
+  folder.addFile("walked/b/inside");
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const std::string first(enumerator->nextObject().value());
+  EXPECT_EQ(enumerator->nextObject(), first + "/inside");
+  const std::string second(enumerator->nextObject().value());
+  std::filesystem::remove_all(folder / "walked/" + second);
+  folder.addLink("walked/" + second, folder / "elsewhere");
+  EXPECT_EQ(enumerator->nextObject(), std::nullopt);
+}
+
 TEST(DirectoryEnumerator, YieldsAFolderThatMayNotBeOpenedAndPassesItOver) {
   const TemporaryFolder folder;
   folder.addFile("closed/inside");
