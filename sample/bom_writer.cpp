@@ -93,7 +93,8 @@ std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std:
   sorted.reserve(entries.size() + added.size());
   for (const BomEntry& entry : entries) sorted.push_back(&entry);
   for (const BomEntry& entry : added) sorted.push_back(&entry);
-  std::ranges::stable_sort(sorted, {}, &BomEntry::path);
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const BomEntry* one, const BomEntry* other) { return one->path < other->path; });
 
   std::map<std::string_view, std::uint32_t> ids;
   std::vector<Path> paths;
@@ -104,7 +105,9 @@ std::vector<Path> arrangedPaths(const std::vector<BomEntry>& entries, const std:
     paths.push_back({entry, name, above.empty() ? 0 : ids.at(above), id});
     id += layout.idStep;
   }
-  std::ranges::sort(paths, {}, [](const Path& path) { return std::tie(path.parent, path.name, path.id); });
+  std::sort(paths.begin(), paths.end(), [](const Path& one, const Path& other) {
+    return std::tie(one.parent, one.name, one.id) < std::tie(other.parent, other.name, other.id);
+  });
   return paths;
 }
 

@@ -193,7 +193,7 @@ void addSeries(std::vector<Entry>& entries, std::size_t count, Random& random) {
   for (std::size_t i = 0; i < count; ++i) {
     // What is found in one look for updates is installed in the same second, each thing once.
     std::size_t picked = pickSeries(together, random);
-    if (i == 0 || random.below(3) == 0 || std::ranges::find(burst, picked) != burst.end()) {
+    if (i == 0 || random.below(3) == 0 || std::find(burst.begin(), burst.end(), picked) != burst.end()) {
       together = begin + step * (static_cast<double>(i) + random.fraction());
       burst.clear();
       picked = pickSeries(together, random);
@@ -228,7 +228,8 @@ PropertyList installHistory(std::size_t entries) {
   std::vector<Entry> all;
   addMilestones(all, entries, random);
   addSeries(all, entries - all.size(), random);
-  std::ranges::stable_sort(all, {}, &Entry::seconds);
+  std::stable_sort(all.begin(), all.end(),
+                   [](const Entry& one, const Entry& other) { return one.seconds < other.seconds; });
 
   Array array;
   array.reserve(all.size());
