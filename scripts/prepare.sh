@@ -16,21 +16,20 @@ packages_of() {
   done
 }
 
-# Prints those of the packages named from $2 on that are no line of the text $1.
+# Prints those of the lines read that are no line of the text $1.
 not_among() {
   local lines=$'\n'$1$'\n' package
-  shift
-  for package in "$@"; do
+  while read -r package; do
     case $lines in *$'\n'"$package"$'\n'*) ;; *) echo "$package" ;; esac
   done
 }
 
 missing_from_debian() {
-  # A package that dpkg never heard of is an error to it, and here no more than one that isn't installed.
-  not_among "$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null | sed -n 's/ installed$//p')" "$@"
+  packages_of 2 "$@" |
+    not_among "$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' | sed -n 's/ installed$//p')"
 }
 
-missing_from_homebrew() { not_among "$(brew list --formula -1)" "$@"; }
+missing_from_homebrew() { packages_of 3 "$@" | not_among "$(brew list --formula -1)"; }
 
 # Runs a command as root.
 as_root() {
@@ -53,21 +52,17 @@ install_missing() {
   if [ "$(uname)" = Darwin ]; then
     xcode-select -p >/dev/null 2>&1 || fail "a compiler is needed; please run xcode-select --install"
     command -v brew >/dev/null || fail "Homebrew is needed to install: $(packages_of 3 "$@" | xargs)"
-    # shellcheck disable=SC2046  # names of packages have no blanks
-    missing=$(missing_from_homebrew $(packages_of 3 "$@") | xargs)
+    missing=$(missing_from_homebrew "$@" | xargs)
     [ -n "$missing" ] || return 0
     echo "Installing with brew: $missing"
-    # shellcheck disable=SC2086
-    brew install $missing
+    xargs brew install <<<"$missing"
   elif command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; then
-    # shellcheck disable=SC2046
-    missing=$(missing_from_debian $(packages_of 2 "$@") | xargs)
+    missing=$(missing_from_debian "$@" | xargs)
     [ -n "$missing" ] || return 0
     echo "Installing with apt-get: $missing"
     as_root apt-get update --quiet --quiet || echo "The lists of packages are not all up to date; going on with them."
-    # shellcheck disable=SC2086
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install --quiet --quiet --yes --no-install-recommends $missing \
-      >build/install.log 2>&1 </dev/null || fail "apt-get couldn't install them; build/install.log says why"
+    as_root xargs env DEBIAN_FRONTEND=noninteractive apt-get install --quiet --quiet --yes --no-install-recommends \
+      <<<"$missing" >build/install.log 2>&1 || fail "apt-get couldn't install them; build/install.log says why"
     # Packages of fonts can leave the system's cache of fonts out of date, and each user's programs would make their own.
     if command -v fc-cache >/dev/null; then as_root fc-cache --system-only; fi
   else
@@ -77,7 +72,7 @@ install_missing() {
   fi
 }
 
-# Configures where that was never done, and builds the targets named (everything, where none is).
+# Configures where that was never done, and builds the targets named.
 build() {
   if [ ! -f build/build.ninja ]; then
     if [ "$(uname)" = Darwin ]; then
