@@ -10,15 +10,6 @@ constexpr qsizetype blockSize = 32;
 constexpr char16_t firstNonAscii = 0x80;
 constexpr char16_t caseBit = 0x20;
 
-// Unit by unit: the letters outside the basic plane that have two cases are of scripts that are dead or
-// rare.
-char16_t folded(QChar letter) {
-  const char16_t unit = letter.unicode();
-  if (unit < firstNonAscii)
-    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | caseBit) : unit;
-  return unit == QChar::Nbsp ? u' ' : letter.toCaseFolded().unicode();
-}
-
 bool isSameLetter(QChar letter, QChar other) { return folded(letter) == folded(other); }
 
 // False when none of a block's places has both the first and the last unit of what is sought. So simple that
@@ -36,6 +27,13 @@ bool mayBeginInBlock(const char16_t* firsts, const char16_t* lasts, char16_t fir
 
 }  // namespace
 
+char16_t folded(QChar letter) {
+  const char16_t unit = letter.unicode();
+  if (unit < firstNonAscii)
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | caseBit) : unit;
+  return unit == QChar::Nbsp ? u' ' : letter.toCaseFolded().unicode();
+}
+
 qsizetype indexOfIgnoringCase(QStringView text, QStringView sought, qsizetype from) {
   if (sought.isEmpty()) return -1;
   const char16_t first = folded(sought.front());
@@ -52,19 +50,6 @@ qsizetype indexOfIgnoringCase(QStringView text, QStringView sought, qsizetype fr
       if (folded(text[place]) == first &&
           std::equal(sought.begin(), sought.end(), text.begin() + place, isSameLetter))
         return place;
-  }
-  return -1;
-}
-
-qsizetype lastIndexOfIgnoringCase(QStringView text, QStringView sought) {
-  // Part by part from the end; within a part a match is followed by the next, up to the last.
-  constexpr qsizetype partSize = 262144;
-  for (qsizetype end = text.size(); end > 0; end -= partSize) {
-    const qsizetype begin = std::max<qsizetype>(end - partSize, 0);
-    const QStringView part = text.sliced(begin, std::min(end + sought.size(), text.size()) - begin);
-    qsizetype last = -1;
-    for (qsizetype at = -1; (at = indexOfIgnoringCase(part, sought, at + 1)) >= 0;) last = at;
-    if (last >= 0) return begin + last;
   }
   return -1;
 }

@@ -1,6 +1,7 @@
 #include "qt/window/bill_of_materials_sheet.h"
 
 #include <QFontDatabase>
+#include <algorithm>
 
 #include "ui_bill_of_materials_sheet.h"
 
@@ -11,10 +12,6 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   ui_->listing->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  const auto setTabStops = [listing = ui_->listing] {
-    listing->setTabStopDistance(8 * QFontMetricsF(listing->font()).horizontalAdvance(QLatin1Char(' ')));
-  };
-  setTabStops();
   resize(window->size() * 9 / 10);
 
   text_ = std::make_unique<TextAdapter>(*ui_->listing);
@@ -24,9 +21,10 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
 
   ui_->findBar->setTarget(*ui_->listing, *ui_->listing);
-  connect(ui_->listing, &PlainTextWidget::zoomRequested, this, [this, setTabStops](int steps) {
-    ui_->listing->zoomIn(steps);
-    setTabStops();
+  connect(ui_->listing, &PlainTextView::zoomRequested, this, [listing = ui_->listing](int steps) {
+    QFont font = listing->font();
+    font.setPointSizeF(std::max(font.pointSizeF() + steps, 1.0));
+    listing->setFont(font);
   });
 }
 

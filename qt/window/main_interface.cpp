@@ -34,7 +34,7 @@ void withFocused(Action action) {
   QWidget* const focused = QApplication::focusWidget();
   if (auto* outline = qobject_cast<OutlineWidget*>(focused)) return action(*outline);
   if (auto* table = qobject_cast<TableWidget*>(focused)) return action(*table);
-  if (auto* text = qobject_cast<QPlainTextEdit*>(focused)) return action(*text);
+  if (auto* text = qobject_cast<PlainTextView*>(focused)) return action(*text);
   if (auto* line = qobject_cast<QLineEdit*>(focused)) return action(*line);
 }
 
@@ -117,7 +117,7 @@ void MainInterface::connectControls() {
   on(ui_->save, &QPushButton::clicked, [this] { controller_.saveButton(nullptr); });
   on(ui_->biggerText, &QPushButton::clicked, [this] { changeFontSize(1); });
   on(ui_->smallerText, &QPushButton::clicked, [this] { changeFontSize(-1); });
-  on(ui_->report, &PlainTextWidget::zoomRequested, [this](int steps) { changeFontSize(steps); });
+  on(ui_->report, &PlainTextView::zoomRequested, [this](int steps) { changeFontSize(steps); });
 }
 
 void MainInterface::changeFontSize(int steps) {

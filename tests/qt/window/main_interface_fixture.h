@@ -103,15 +103,15 @@ class MainInterface : public testing::Test {
   }
   qt::OutlineWidget& outline() { return find<qt::OutlineWidget>("outline"); }
   qt::TableWidget& table() { return find<qt::TableWidget>("receiptsTable"); }
-  qt::PlainTextWidget& report() { return find<qt::PlainTextWidget>("report"); }
+  qt::PlainTextView& report() { return find<qt::PlainTextView>("report"); }
   void click(const char* name) { QTest::mouseClick(&find<QAbstractButton>(name), Qt::LeftButton); }
   void choose(const char* action) { find<QAction>(action).trigger(); }
   std::string receiptName(int row) { return table().model()->index(row, 1).data().toString().toStdString(); }
-  std::string shownReport() { return report().toPlainText().toStdString(); }
+  std::string shownReport() { return *report().text(); }
   double reportSize() { return report().font().pointSizeF(); }
   QPointer<qt::BillOfMaterialsSheet> sheet() { return window().findChild<qt::BillOfMaterialsSheet*>(); }
   static std::string listing(const qt::BillOfMaterialsSheet& sheet) {
-    return sheet.findChild<qt::PlainTextWidget*>(QStringLiteral("listing"))->toPlainText().toStdString();
+    return *sheet.findChild<qt::PlainTextView*>(QStringLiteral("listing"))->text();
   }
   static void finishClosing() {
     QApplication::processEvents();

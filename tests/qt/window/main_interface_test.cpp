@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScrollBar>
 
 #include "app/addresses.h"
 #include "tests/qt/window/main_interface_fixture.h"
@@ -111,6 +112,38 @@ TEST_F(MainInterface, TurnsReportAndReceiptsRound) {
   click("newestLast");
   EXPECT_EQ(shownReport(), allNewestFirst);
   EXPECT_EQ(receiptName(0), "com.example.new");
+}
+
+TEST_F(MainInterface, KeepsTheFirstLineOfTheReportThatIsInViewWhereItStillIsInTheText) {
+  std::vector<EntryText> entries{{"macOS Mojave", "10.14", "", "2018-09-25T08:00:00Z"}};
+  for (int i = 100; i < 400; ++i) {
+    const std::string number = std::to_string(i);
+    entries.push_back({"Security Update " + number, "10.14", "", "2018-09-25T08:00:00Z"});
+    entries.push_back({"Words " + number, "1", "config-data", "2018-09-25T08:00:00Z"});
+  }
+  setHistory(entries);
+  show();
+  QScrollBar& bar = *report().verticalScrollBar();
+  const auto firstInView = [&] {
+    return std::string(report().index().part(report().index().line(static_cast<std::size_t>(bar.value()))));
+  };
+  const auto lineOf = [](const char* name, const char* version) {
+    return std::string(name) + ": " + version + " 2018-09-25 08:00:00 +0000";
+  };
+  click("newestLast");
+  EXPECT_EQ(bar.value(), 0) << "what is at the top stays there";
+  bar.setValue(150);
+  const std::string line = firstInView();
+  EXPECT_EQ(line, lineOf("Security Update 247", "10.14"));
+  for (const char* option : {"skipConfigurationData", "newestLast", "skipConfigurationData", "newestLast"}) {
+    click(option);
+    EXPECT_EQ(firstInView(), line) << option;
+  }
+  click("skipConfigurationData");
+  bar.setValue(bar.value() + 1);
+  EXPECT_EQ(firstInView(), lineOf("Words 247", "1"));
+  click("skipConfigurationData");
+  EXPECT_EQ(firstInView(), lineOf("Security Update 248", "10.14")) << "the next that is still there";
 }
 
 TEST_F(MainInterface, HasCheckedMenuItemsInStepWithTheCheckBoxes) {
@@ -321,12 +354,12 @@ TEST_F(MainInterface, FindsInWhatHadTheFocusLast) {
   report().setFocus();
   choose("actionFind");
   text.setText(QStringLiteral("10.15"));
-  EXPECT_EQ(report().textCursor().selectedText(), QStringLiteral("10.15"));
-  const int first = report().textCursor().position();
+  EXPECT_EQ(report().index().part(report().selection()), "10.15");
+  const std::size_t first = report().caret();
   choose("actionFindNext");
-  EXPECT_GT(report().textCursor().position(), first);
+  EXPECT_GT(report().caret(), first);
   choose("actionFindPrevious");
-  EXPECT_EQ(report().textCursor().position(), first);
+  EXPECT_EQ(report().caret(), first);
 }
 
 TEST_F(MainInterface, GivesTheFocusBackToWhatWasSearchedAndSearchesThatOn) {

@@ -1,0 +1,218 @@
+#include "qt/widgets/text_pane.h"
+
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <unordered_map>
+#include <utility>
+
+#include "qt/services/text_conversion.h"
+#include "qt/widgets/visible_text.h"
+
+namespace pelmarix::qt {
+namespace {
+
+constexpr int margin = 4;
+constexpr std::size_t partSize = 2048;
+
+std::size_t partCount(TextRange line) {
+  return std::max<std::size_t>((line.end - line.begin + partSize - 1) / partSize, 1);
+}
+
+}  // namespace
+
+TextPane::TextPane(QWidget* parent) : QAbstractScrollArea(parent) {
+  // Lines begin at the left on every desktop.
+  horizontalScrollBar()->setLayoutDirection(Qt::LeftToRight);
+  measureLetters();
+}
+
+void TextPane::measureLetters() {
+  const QFontMetricsF metrics(font());
+  lineHeight_ = std::ceil(metrics.lineSpacing());
+  letterWidth_ = metrics.averageCharWidth();
+  partWidths_.clear();
+  widest_ = 0;
+}
+
+void TextPane::setText(platform::SharedText text) {
+  const TextIndex before = std::exchange(index_, TextIndex(std::move(text)));
+  partWidths_.clear();
+  widest_ = 0;
+  const std::size_t first = sameLine(before, static_cast<std::size_t>(verticalScrollBar()->value()));
+  layOut();
+  verticalScrollBar()->setValue(static_cast<int>(first));
+}
+
+std::size_t TextPane::sameLine(const TextIndex& before, std::size_t first) const {
+  const auto isThere = [&](std::size_t line) {
+    return line < index_.lineCount() && index_.part(index_.line(line)) == before.part(before.line(line));
+  };
+  if (first == 0 || isThere(first)) return first;
+  std::unordered_map<std::string_view, std::size_t> sought;
+  std::size_t best = std::min(first + static_cast<std::size_t>(linesInView()), before.lineCount());
+  for (std::size_t line = first; line < best; ++line) sought.emplace(before.part(before.line(line)), line);
+  std::size_t same = first;
+  std::string_view rest = *index_.text();
+  for (std::size_t line = 0; line < index_.lineCount() && best > first; ++line) {
+    const std::string_view letters = rest.substr(0, rest.find('\n'));
+    const auto found = sought.find(letters);
+    if (found != sought.end() && found->second < best) {
+      best = found->second;
+      same = line;
+    }
+    rest.remove_prefix(std::min(letters.size() + 1, rest.size()));
+  }
+  return same;
+}
+
+// Where things are.
+
+int TextPane::linesInView() const {
+  return std::max(static_cast<int>((viewport()->height() - margin) / lineHeight_), 1);
+}
+
+qreal TextPane::topOf(std::size_t line) const {
+  return margin + (static_cast<qreal>(line) - verticalScrollBar()->value()) * lineHeight_;
+}
+
+TextRange TextPane::wholeLine(std::size_t line) const {
+  const TextRange letters = index_.line(line);
+  return {letters.begin, std::min(letters.end + 1, index_.text()->size())};
+}
+
+TextRange TextPane::partOfLine(TextRange line, std::size_t number) const {
+  const std::size_t begin = line.begin + number * partSize;
+  return {index_.placeAt(begin), std::min(index_.placeAt(begin + partSize), line.end)};
+}
+
+qreal TextPane::widthOf(std::size_t line, std::size_t number) const {
+  const auto known = partWidths_.find({line, number});
+  return known != partWidths_.end() ? known->second : partSize * letterWidth_;
+}
+
+TextPane::Part TextPane::part(std::size_t line, std::size_t number, qreal left) {
+  const TextRange range = partOfLine(wholeLine(line), number);
+  Part part{range, line, left, TextLine(visible(toQString(index_.part(range))), font())};
+  if (partCount(wholeLine(line)) > 1) partWidths_[{line, number}] = part.layout.width();
+  return part;
+}
+
+TextPane::Part TextPane::partWith(std::size_t place) {
+  const std::size_t line = index_.lineAt(place);
+  const TextRange whole = wholeLine(line);
+  const std::size_t number = std::min((place - whole.begin) / partSize, partCount(whole) - 1);
+  qreal left = 0;
+  for (std::size_t before = 0; before < number; ++before) left += widthOf(line, before);
+  return part(line, number, left);
+}
+
+qreal TextPane::xOf(std::size_t place) {
+  const Part part = partWith(place);
+  return part.left +
+         part.layout.xOf(static_cast<qsizetype>(utf16Length(index_.part({part.range.begin, place}))));
+}
+
+QRectF TextPane::rectOf(std::size_t place) {
+  const Part part = partWith(place);
+  const std::string_view after = index_.part({place, part.range.end});
+  const auto unit = static_cast<qsizetype>(utf16Length(index_.part({part.range.begin, place})));
+  const qsizetype size = after.empty() ? 0 : bytesOfUtf16(after, 1) > 0 ? 1 : 2;
+  const qreal left = part.left + part.layout.xOf(unit);
+  const qreal right = part.left + part.layout.xOf(unit + size);
+  return QRectF(std::min(left, right) + margin - horizontalScrollBar()->value(), topOf(part.line),
+                std::abs(right - left), lineHeight_);
+}
+
+std::size_t TextPane::placeInLine(std::size_t line, qreal x) {
+  const std::size_t last = partCount(wholeLine(line)) - 1;
+  std::size_t number = 0;
+  qreal left = 0;
+  for (; number < last && x >= left + widthOf(line, number); ++number) left += widthOf(line, number);
+  const Part found = part(line, number, left);
+  return found.range.begin +
+         bytesOfUtf16(index_.part(found.range), static_cast<std::size_t>(found.layout.unitAt(x - left)));
+}
+
+std::size_t TextPane::placeAt(QPointF point) {
+  const qreal line = verticalScrollBar()->value() + std::floor((point.y() - margin) / lineHeight_);
+  const qreal last = static_cast<qreal>(index_.lineCount() - 1);
+  return placeInLine(static_cast<std::size_t>(std::clamp(line, 0.0, last)),
+                     point.x() - margin + horizontalScrollBar()->value());
+}
+
+// What is in view.
+
+void TextPane::layOut() {
+  const int linesAbove = static_cast<int>(std::min<std::size_t>(index_.lineCount(), INT_MAX)) - linesInView();
+  verticalScrollBar()->setRange(0, std::max(linesAbove, 0));
+  verticalScrollBar()->setPageStep(linesInView());
+  parts_.clear();
+  auto line = static_cast<std::size_t>(verticalScrollBar()->value());
+  for (; line < index_.lineCount() && topOf(line) < viewport()->height(); ++line)
+    widest_ = std::max(widest_, layOutLine(line));
+  const int width = viewport()->width();
+  const qreal hidden = std::ceil(widest_ + 2 * margin) - width;
+  horizontalScrollBar()->setRange(0, static_cast<int>(std::clamp<qreal>(hidden, 0, INT_MAX / 2)));
+  horizontalScrollBar()->setPageStep(width);
+  horizontalScrollBar()->setSingleStep(static_cast<int>(lineHeight_));
+  viewport()->update();
+}
+
+qreal TextPane::layOutLine(std::size_t line) {
+  const std::size_t count = partCount(wholeLine(line));
+  const int leftEdge = horizontalScrollBar()->value() - margin;
+  qreal left = 0;
+  for (std::size_t number = 0; number < count; ++number) {
+    const bool isInView = left + widthOf(line, number) >= leftEdge && left <= leftEdge + viewport()->width();
+    if (count > 1 && !isInView) {
+      left += widthOf(line, number);
+      continue;
+    }
+    parts_.push_back(part(line, number, left));
+    left += parts_.back().layout.width();
+  }
+  return left;
+}
+
+void TextPane::reveal(std::size_t place) {
+  const int line = static_cast<int>(index_.lineAt(place));
+  QScrollBar& vertical = *verticalScrollBar();
+  vertical.setValue(std::clamp(vertical.value(), line - linesInView() + 1, line));
+  const int x = static_cast<int>(xOf(place));
+  const int farthest = viewport()->width() - 2 * margin;
+  QScrollBar& horizontal = *horizontalScrollBar();
+  horizontal.setValue(std::clamp(horizontal.value(), std::min(x - farthest, x), x));
+}
+
+void TextPane::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::Text));
+  for (const Part& part : parts_) {
+    QList<QTextLayout::FormatRange> ranges;
+    for (const Highlight& highlight : highlightsIn(part.range)) {
+      const std::size_t begin = std::max(highlight.range.begin, part.range.begin);
+      const std::size_t end = std::min(highlight.range.end, part.range.end);
+      if (begin >= end) continue;
+      ranges += {static_cast<int>(utf16Length(index_.part({part.range.begin, begin}))),
+                 static_cast<int>(utf16Length(index_.part({begin, end}))), highlight.format};
+    }
+    part.layout.draw(painter, {margin - horizontalScrollBar()->value() + part.left, topOf(part.line)},
+                     ranges);
+  }
+}
+
+void TextPane::resizeEvent(QResizeEvent* /*event*/) { layOut(); }
+
+void TextPane::scrollContentsBy(int /*dx*/, int /*dy*/) { layOut(); }
+
+void TextPane::changeEvent(QEvent* event) {
+  QAbstractScrollArea::changeEvent(event);
+  if (event->type() != QEvent::FontChange) return;
+  measureLetters();
+  layOut();
+}
+
+}  // namespace pelmarix::qt
