@@ -1,68 +1,142 @@
-// A listing of 100,000 lines on screen: the program's sheet beside the toolkit's own widget for text. The
+// A listing of a million lines on screen: the program's sheet beside the toolkit's own widget for text. The
 // display is in memory unless QT_QPA_PLATFORM names another.
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
+#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QFontDatabase>
-#include <QPlainTextEdit>
+#include <QKeyEvent>
 #include <QVBoxLayout>
 #include <QWidget>
+#include <cstring>
+#include <functional>
+#include <map>
 #include <string>
 
 #include "bench/paired_times.h"
+#include "bench/plain_text_widget.h"
 #include "platform/text.h"
+#include "qt/widgets/plain_text_view.h"
 #include "qt/window/bill_of_materials_sheet.h"
 
 namespace pelmarix::bench {
 namespace {
 
-std::string listing() {
-  std::string lines;
-  for (int line = 0; line < 100'000; ++line)
-    lines += "./Applications/Example.app/Contents/Resources/Table " + std::to_string(line) +
-             ".dat\t189789\tMon Dec 28 11:09:55 2020\n";
-  return lines;
+std::string listing(int lines) {
+  std::string text;
+  for (int line = 0; line < lines; ++line)
+    text += "./Applications/Example.app/Table " + std::to_string(100'000 + line) + "\t1\tMon Dec 28 2020\n";
+  return text;
 }
 
-void sheetBesidePlainTextEdit(benchmark::State& state) {
-  const platform::SharedText text = platform::shareText(listing());
-  const QString sameText = QString::fromStdString(*text);
+/// A dialog with the toolkit's widget, as the sheet is with the program's.
+class ToolkitSheet final : public QDialog {
+ public:
+  explicit ToolkitSheet(QWidget* window) : QDialog(window), layout_(this) {
+    layout_.addWidget(&widget);
+    resize(window->size() * 9 / 10);
+    widget.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  }
+  PlainTextWidget widget;
+
+ private:
+  QVBoxLayout layout_;
+};
+
+class Measured {
+ public:
+  explicit Measured(std::string name) : name_(std::move(name)) {}
+
+  void take(const std::string& action, QAbstractScrollArea& text, const std::function<void()>& work) {
+    times_[action].take([&] {
+      work();
+      text.viewport()->repaint();
+    });
+  }
+  void keys(const std::string& action, QAbstractScrollArea& text, Qt::Key key,
+            Qt::KeyboardModifiers modifiers) {
+    take(action, text, [&] {
+      QKeyEvent press(QEvent::KeyPress, key, modifiers);
+      QApplication::sendEvent(&text, &press);
+    });
+  }
+  /// What is done with the text, once it is there.
+  template <typename Widget, typename Find>
+  void use(Widget& text, Find find) {
+    keys("page_down", text, Qt::Key_PageDown, {});
+    take("find_next", text, [&] { find(text, "example"); });
+    take("find_nothing", text, [&] { find(text, "exbmple"); });
+    keys("end", text, Qt::Key_End, Qt::ControlModifier);
+    keys("select_all", text, Qt::Key_A, Qt::ControlModifier);
+    keys("copy", text, Qt::Key_C, Qt::ControlModifier);
+    QApplication::clipboard()->clear();
+  }
+  void tell(benchmark::State& state) const {
+    for (const auto& [action, times] : times_)
+      state.counters[name_ + "_" + action + "_ms"] = times.median() * 1e3;
+  }
+
+ private:
+  std::string name_;
+  std::map<std::string, Times> times_;
+};
+
+double megabytesInUse() {
+  const struct mallinfo2 memory = mallinfo2();
+  return static_cast<double>(memory.uordblks + memory.hblkhd) / 1e6;
+}
+
+void sheetBesideToolkitsWidget(benchmark::State& state) {
+  const platform::SharedText text = platform::shareText(listing(static_cast<int>(state.range(0))));
   QWidget window;
   window.resize(1000, 800);
   window.show();
-  Times plainTextEdit;
-  Times sheet;
+  Measured toolkit("toolkit");
+  Measured own("sheet");
+  Times memmemPass;
+  double toolkitMegabytes = 0;
+  double ownMegabytes = 0;
   for (auto _ : state) {
-    QDialog dialog(&window);
-    QVBoxLayout layout(&dialog);
-    QPlainTextEdit widget;
-    layout.addWidget(&widget);
-    dialog.resize(window.size() * 9 / 10);
-    widget.setReadOnly(true);
-    widget.setLineWrapMode(QPlainTextEdit::NoWrap);
-    widget.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    plainTextEdit.take([&] {
-      widget.setPlainText(sameText);
-      dialog.open();
-      dialog.repaint();
+    {
+      ToolkitSheet sheet(&window);
+      const double before = megabytesInUse();
+      toolkit.take("show", sheet.widget, [&] {
+        sheet.widget.showText(text);
+        sheet.open();
+      });
+      toolkitMegabytes = megabytesInUse() - before;
+      toolkit.use(sheet.widget, [](PlainTextWidget& widget, const char* sought) {
+        widget.selectMatch(QLatin1String(sought));
+      });
+    }
+    qt::BillOfMaterialsSheet sheet(&window);
+    sheet.setAttribute(Qt::WA_DeleteOnClose, false);
+    auto& view = *sheet.findChild<qt::PlainTextView*>();
+    const double before = megabytesInUse();
+    own.take("show", view, [&] {
+      sheet.controller().setRepresentedObject(text);
+      sheet.present();
     });
-    dialog.close();
-
-    qt::BillOfMaterialsSheet shown(&window);
-    shown.setAttribute(Qt::WA_DeleteOnClose, false);
-    sheet.take([&] {
-      shown.controller().setRepresentedObject(text);
-      shown.present();
-      shown.repaint();
+    ownMegabytes = megabytesInUse() - before;
+    own.use(view, [](qt::PlainTextView& shown, const char* sought) {
+      shown.selectMatch(QLatin1String(sought), qt::SearchStart::pastSelection, qt::SearchDirection::forward);
     });
-    shown.close();
+    memmemPass.take([&] {
+      for (const char* const letterCase : {"exbmple", "EXBMPLE"})
+        benchmark::DoNotOptimize(memmem(text->data(), text->size(), letterCase, std::strlen(letterCase)));
+    });
   }
-  state.counters["plain_text_edit_ms"] = plainTextEdit.median() * 1e3;
-  state.counters["sheet_ms"] = sheet.median() * 1e3;
-  state.counters["ratio"] = sheet.median() / plainTextEdit.median();
+  toolkit.tell(state);
+  own.tell(state);
+  state.counters["memmem_of_both_cases_ms"] = memmemPass.median() * 1e3;
+  state.counters["text_MB"] = static_cast<double>(text->size()) / 1e6;
+  state.counters["toolkit_MB"] = toolkitMegabytes;
+  state.counters["sheet_MB"] = ownMegabytes;
 }
-BENCHMARK(sheetBesidePlainTextEdit)->Unit(benchmark::kMillisecond)->Iterations(20);
+BENCHMARK(sheetBesideToolkitsWidget)->Arg(1'000'000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 }  // namespace
 }  // namespace pelmarix::bench
