@@ -50,6 +50,7 @@ std::unique_ptr<Task> Task::make() { return call(services().makeTask); }
 
 Date currentDate() { return call(services().currentDate); }
 std::string composedForm(std::string_view text) { return call(services().composedForm, text); }
+bool isValidAddress(const std::string& text) { return call(services().isValidAddress, text); }
 void dispatchAsyncToMainQueue(std::function<void()> block) {
   call(services().dispatchAsyncToMainQueue, std::move(block));
 }

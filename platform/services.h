@@ -44,6 +44,9 @@ struct Services {
   std::function<Date()> currentDate;
   /// Unicode's composed form (NFC) of a text; bytes that are not UTF-8 become U+FFFD.
   std::function<std::string(std::string_view)> composedForm;
+  /// True when the text keeps to the generic syntax of RFC 3986, as the platform's own parser reads it, so
+  /// that what is taken for an address here is one everywhere. An address need not have a scheme.
+  std::function<bool(const std::string&)> isValidAddress;
   /// Runs a block on the main thread, after what runs there now. Callable from any thread.
   std::function<void(std::function<void()>)> dispatchAsyncToMainQueue;
 };
@@ -55,6 +58,8 @@ const Services* installServices(const Services* services);
 Date currentDate();
 
 std::string composedForm(std::string_view text);
+
+bool isValidAddress(const std::string& text);
 
 void dispatchAsyncToMainQueue(std::function<void()> block);
 

@@ -10,9 +10,7 @@ namespace pelmarix::platform {
 /// A valid address; there is no other way to one than fromString.
 class URL {
  public:
-  /// Nothing when the text is empty or breaks the generic syntax of RFC 3986: a character outside its set
-  /// (blanks, control characters, anything beyond ASCII, "<>\"{}|\\^`"), a "%" that two hexadecimal digits
-  /// don't follow.
+  /// Nothing when the platform doesn't take the text for an address, see Services::isValidAddress.
   static std::optional<URL> fromString(const std::string& text);
 
   const std::string& absoluteString() const { return text_; }

@@ -10,7 +10,8 @@ class Workspace {
   static Workspace& sharedWorkspace();
 
   virtual ~Workspace() = default;
-  /// Opens the address in the user's default browser. A browser that can't be opened is not reported.
+  /// Opens the address in the user's default browser, every byte as it stands. One without a scheme opens
+  /// nothing. A browser that can't be opened is not reported.
   virtual void openURL(const URL& url) = 0;
 };
 

@@ -31,6 +31,7 @@ MachineServices::MachineServices()
   };
   services_.currentDate = now;
   services_.composedForm = composedForm;
+  services_.isValidAddress = isValidAddress;
   services_.dispatchAsyncToMainQueue = [this](auto block) { mainQueue_.dispatch(std::move(block)); };
 }
 

@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include "base/utf8.h"
+
 namespace pelmarix::qt {
 
 QString toQString(std::string_view utf8) {
@@ -12,6 +14,11 @@ QString toQString(std::string_view utf8) {
 }
 
 std::string toUtf8(const QString& text) { return text.toUtf8().toStdString(); }
+
+bool isValidAddress(const std::string& text) {
+  // Qt takes letters beyond ASCII, and encodes them on its own.
+  return isAscii(text) && QUrl(toQString(text), QUrl::StrictMode).isValid();
+}
 
 QUrl toQUrl(const platform::URL& url) { return QUrl(toQString(url.absoluteString()), QUrl::StrictMode); }
 

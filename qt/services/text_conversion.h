@@ -17,6 +17,9 @@ QString toQString(std::string_view utf8);
 /// A lone surrogate becomes a question mark.
 std::string toUtf8(const QString& text);
 
+/// What Services::isValidAddress asks for.
+bool isValidAddress(const std::string& text);
+
 QUrl toQUrl(const platform::URL& url);
 
 /// The bytes of a file name that Qt gave.

@@ -2,6 +2,7 @@
 """update_check_test.py PROGRAM VERSION: the update check of the program itself, against a server on the loopback."""
 
 import os
+import signal
 import sys
 import tempfile
 import time
@@ -140,7 +141,7 @@ class UpdateCheckTest(unittest.TestCase):
         self.assert_ends_well(program)
 
     def test_download_opens_the_address_in_the_browser(self):
-        self.server.list = update_list(("7.0", DOWNLOADS + "pelmarix7.zip?a=%20&amp;b=1"))
+        self.server.list = update_list(("7.0", DOWNLOADS + "%41.zip?a=%20&amp;b=1#a#b"))
         opened = os.path.join(self.home.folder, "opened")
         browser = os.path.join(self.home.folder, "xdg-open")
         with open(browser, "w", encoding="utf-8") as script:
@@ -152,7 +153,18 @@ class UpdateCheckTest(unittest.TestCase):
         until(lambda: os.path.exists(opened), "the browser's start")
         self.assert_ends_well(program)
         with open(opened, encoding="utf-8") as lines:
-            self.assertEqual(lines.read(), DOWNLOADS + "pelmarix7.zip?a=%20&b=1\n")
+            self.assertEqual(lines.read(), DOWNLOADS + "%41.zip?a=%20&b=1#a#b\n")
+
+    def test_download_of_what_is_no_address_stops_the_program(self):
+        for address in ("https://[::1/", "https://host:99999/", "https://a b/"):
+            with self.subTest(address):
+                self.home.write_settings()
+                self.server.list = update_list(("7.0", address + "?" + DOWNLOADS))
+                program = self.launch()
+                program.wait_for("alert")
+                program.say("press Download")
+                program.process.wait(60)
+                self.assertEqual(program.close()[1:], (-signal.SIGABRT, ""))
 
     def test_the_program_can_be_left_whatever_the_check_is_doing(self):
         self.server.list = update_list(("7.0", DOWNLOADS))

@@ -51,6 +51,7 @@ class TestServices {
  public:
   TestServices() {
     services.userDefaults = &userDefaults;
+    services.isValidAddress = [](const std::string& text) { return text.find(' ') == std::string::npos; };
     services.makeAlert = [this] { return std::make_unique<RecordingAlert>(*this); };
     previous_ = platform::installServices(&services);
   }

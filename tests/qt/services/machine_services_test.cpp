@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDesktopServices>
-#include <QUrl>
 #include <ctime>
 
 #include "platform/bundle.h"
@@ -99,24 +97,10 @@ TEST_F(MachineServicesTest, DoNotKnowTheSystemOfAVolumeThatDoesNotTell) {
 }
 #endif
 
-/// Stands for the browser.
-class Browser : public QObject {
-  Q_OBJECT
- public:
-  Browser() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "open"); }
-  ~Browser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
-  Q_INVOKABLE void open(const QUrl& url) { opened = url.toEncoded().toStdString(); }
-  std::string opened;
-};
-
-TEST_F(MachineServicesTest, OpenAnAddressInTheBrowserAsItIs) {
-  Browser browser;
-  const std::string address = "https://pelmarix.example/a%20b%2Fc?q=1%262#part";
-  platform::Workspace::sharedWorkspace().openURL(*platform::URL::fromString(address));
-  EXPECT_EQ(browser.opened, address);
+TEST_F(MachineServicesTest, KnowAddresses) {
+  EXPECT_TRUE(platform::isValidAddress("https://pelmarix.example/"));
+  EXPECT_FALSE(platform::isValidAddress("https://[::1/"));
 }
 
 }  // namespace
 }  // namespace pelmarix::qt
-
-#include "machine_services_test.moc"

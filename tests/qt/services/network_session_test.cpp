@@ -19,6 +19,9 @@
 #include <utility>
 #include <vector>
 
+#include "qt/services/text_conversion.h"
+#include "tests/support/test_services.h"
+
 namespace pelmarix::qt {
 namespace {
 
@@ -79,6 +82,7 @@ class TestServer {
 
 class NetworkSessionTest : public testing::Test {
  protected:
+  NetworkSessionTest() { services.services.isValidAddress = isValidAddress; }
   static void SetUpTestSuite() { server = std::make_unique<TestServer>(); }
   static void TearDownTestSuite() { server.reset(); }
 
@@ -106,6 +110,7 @@ class NetworkSessionTest : public testing::Test {
     return answers.empty() ? Answer{} : answers.front();
   }
 
+  test::TestServices services;
   static inline std::unique_ptr<TestServer> server;
 };
 

@@ -37,6 +37,32 @@ TEST(TextConversion, KeepsFileNamesInUtf8) {
   EXPECT_EQ(toFileName(toQString("/tmp/caf\xC3\xA9.txt")), "/tmp/caf\xC3\xA9.txt");
 }
 
+TEST(Address, IsWhatKeepsToTheGenericSyntax) {
+  for (const char* text :
+       {"https://downloads.example/a/b.zip?x=1&y=%C3%A9#top", "https://[::1]:8080/", "https://a.example/%41",
+        "https://a.example/#a#b", "mailto:x", "//host/x", "-x", "a%4A"})
+    EXPECT_TRUE(isValidAddress(text)) << text;
+}
+
+TEST(Address, IsNoEmptyText) { EXPECT_FALSE(isValidAddress("")); }
+
+TEST(Address, IsNoTextWithCharactersOutsideTheSyntax) {
+  for (const char* text : {"https://a.example/b c", "https://a.example/<b>", "https://a.example/{b}", "a\nb",
+                           "a\\b", "https://a.example/\xC3\xA9", "\"a\"", "a|b", "a^b", "a`b"})
+    EXPECT_FALSE(isValidAddress(text)) << text;
+  EXPECT_FALSE(isValidAddress(std::string("a\0b", 3)));
+}
+
+TEST(Address, IsNoTextWithABrokenPercentEscape) {
+  for (const char* text : {"a%", "a%4", "a%4g", "a%g4", "100%"}) EXPECT_FALSE(isValidAddress(text)) << text;
+}
+
+TEST(Address, HasAHostAndAPortThatCanBe) {
+  for (const char* text : {"https://[::1/x", "https://[::g]/", "https://host:99999/", "https://host:x/",
+                           "https://a..b/", "https://a!b/"})
+    EXPECT_FALSE(isValidAddress(text)) << text;
+}
+
 TEST(ComposedForm, JoinsALetterAndItsAccent) {
   EXPECT_EQ(composedForm("macOS Sierra U\xCC\x88"), "macOS Sierra \xC3\x9C");
   EXPECT_EQ(composedForm("\xC3\x9C"), "\xC3\x9C");

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "platform/task.h"
+#include "qt/services/text_conversion.h"
 #include "qt/window/main_interface.h"
 #include "tests/app/app_fixture.h"
 #include "tests/ui/main_window_fixture.h"
@@ -68,6 +69,7 @@ class MainInterface : public testing::Test {
     platform.bundle = &bundle;
     platform.currentDate = [] { return Date{575287872}; };
     platform.composedForm = [](std::string_view text) { return std::string(text); };
+    platform.isValidAddress = qt::isValidAddress;
     platform.makeSavePanel = [this] { return savePanels.emplace_back(std::make_shared<PlainSavePanel>()); };
     setHistory({{"macOS Mojave", "10.14", "", "2018-09-25T08:00:00Z"},
                 {"Core Suggestions", "5", "config-data", "2018-10-01T08:00:00Z"},

@@ -271,6 +271,12 @@ TEST_F(MainInterface, OpensTheHelpPages) {
   EXPECT_THAT(workspace.opened, ElementsAre(supportPageAddress, newerSystemUpdatesPageAddress));
 }
 
+TEST_F(MainInterface, HasTheMakersAddressesRight) {
+  for (const char* address : {updateListAddress, downloadHostPrefix, supportPageAddress,
+                              olderSystemUpdatesPageAddress, newerSystemUpdatesPageAddress})
+    EXPECT_TRUE(platform::URL::fromString(address)) << address;
+}
+
 TEST_F(MainInterface, HasAMenuItemThatTellsOfTheUpdateCheck) {
   show();
   qt::MenuAdapter menu(interface->helpMenu());
