@@ -1,21 +1,33 @@
 #include "qt/window/file_save_panel.h"
 
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QPushButton>
 #include <utility>
 
 #include "qt/services/text_conversion.h"
 
 namespace pelmarix::qt {
 
+// The Mac's own panel judges names itself. Qt's takes quotes for marks around each of several names, and
+// doesn't answer to a name that no file can have: here what is typed becomes a path, and where there can't be
+// such a file the one who writes it is told.
 class FileSavePanel::Dialog final : public QFileDialog {
  public:
   explicit Dialog(QWidget* parent) : QFileDialog(parent) {
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
-    // The Mac's own panel completes names by itself; the dialogs of other desktops don't.
 #ifndef Q_OS_MACOS
     setOption(DontUseNativeDialog);
+    name_ = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    // After the dialog, which switches Save off for names that it takes for impossible.
+    connect(name_, &QLineEdit::textChanged, this, [this](const QString& text) {
+      auto* buttons = findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
+      if (!text.isEmpty()) buttons->button(QDialogButtonBox::Save)->setEnabled(true);
+    });
 #endif
   }
 
@@ -29,24 +41,63 @@ class FileSavePanel::Dialog final : public QFileDialog {
 #endif
   }
 
+#ifdef Q_OS_MACOS
+  QString chosenFile() const { return selectedFiles().value(0); }
+#else
+  QString chosenFile() const { return chosenFile_; }
+
  protected:
   void accept() override {
-    // Before the dialog asks whether an existing file is to be replaced, so that it asks for the right one.
-    // There is no public way: selectFile leaves the name alone while it is being typed, and the default
-    // suffix is not added to "report 10.14".
-    auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    if (name != nullptr && needsType(name->text()))
-      name->setText(name->text() + QLatin1Char('.') + types_.value(0));
-    QFileDialog::accept();
+    if (name_->text().isEmpty()) return QFileDialog::accept();  // it may open a folder that is selected
+    const QString path = typedPath();
+    if (QFileInfo(path).isDir()) {
+      setDirectory(path);
+      name_->clear();
+      return;
+    }
+    const QFileInfo file(withType(path));
+    if (file.exists() && !file.isDir() && !isToBeReplaced(file)) return;
+    chosenFile_ = file.filePath();
+    QDialog::accept();
   }
 
  private:
-  bool needsType(const QString& name) const {
-    if (types_.isEmpty() || name.isEmpty() || name.endsWith(QLatin1Char('/'))) return false;
-    const QFileInfo file(directory(), name);
-    return !file.isDir() && !types_.contains(file.suffix(), Qt::CaseInsensitive);
+  QString typedPath() {
+    const QString name = name_->text();
+    const QString first = name.section(QLatin1Char('/'), 0, 0);
+    if (!first.startsWith(QLatin1Char('~')) || first.contains(QLatin1Char('"')))
+      return directory().absoluteFilePath(name);
+    // Whose home folder that is only the dialog knows, and it tells for what stands in its line, unless it
+    // has something selected to tell.
+    const QSignalBlocker blocker(name_);
+    findChild<QListView*>(QStringLiteral("listView"))->clearSelection();
+    name_->setText(first);
+    const QString home = selectedFiles().value(0);
+    name_->setText(name);
+    return home + name.mid(first.size());
   }
 
+  QString withType(const QString& path) const {
+    const bool isFolder = path.endsWith(QLatin1Char('/'));
+    if (isFolder || types_.isEmpty() || types_.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive))
+      return path;
+    return path + (path.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".")) + types_.front();
+  }
+
+  bool isToBeReplaced(const QFileInfo& file) {
+    QMessageBox question(QMessageBox::Warning, windowTitle(),
+                         tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
+                         QMessageBox::Yes | QMessageBox::No, this);
+    question.setTextFormat(Qt::PlainText);
+    question.setDefaultButton(QMessageBox::No);
+    return question.exec() == QMessageBox::Yes;
+  }
+
+  QLineEdit* name_;
+  QString chosenFile_;
+#endif
+
+ private:
   QStringList types_;
 };
 
@@ -79,9 +130,9 @@ void FileSavePanel::beginWithCompletionHandler(std::function<void(int response)>
 }
 
 std::optional<std::string> FileSavePanel::path() const {
-  const QStringList files = dialog_->selectedFiles();
-  if (files.isEmpty()) return std::nullopt;
-  return toFileName(files.first());
+  const QString file = dialog_->chosenFile();
+  if (file.isEmpty()) return std::nullopt;
+  return toFileName(file);
 }
 
 }  // namespace pelmarix::qt

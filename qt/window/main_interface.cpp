@@ -1,5 +1,6 @@
 #include "qt/window/main_interface.h"
 
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -114,7 +115,7 @@ void MainInterface::connectControls() {
   newestLast_->setAction(&connections_,
                          guarded([this] { controller_.newestNonCheckbox(newestLast_.get()); }));
   on(ui_->showBillOfMaterials, &QPushButton::clicked, [this] { showBillOfMaterials(); });
-  on(ui_->save, &QPushButton::clicked, [this] { controller_.saveButton(nullptr); });
+  on(ui_->save, &QPushButton::clicked, [this] { save(); });
   on(ui_->biggerText, &QPushButton::clicked, [this] { changeFontSize(1); });
   on(ui_->smallerText, &QPushButton::clicked, [this] { changeFontSize(-1); });
   on(ui_->report, &PlainTextView::zoomRequested, [this](int steps) { changeFontSize(steps); });
@@ -123,6 +124,16 @@ void MainInterface::connectControls() {
 void MainInterface::changeFontSize(int steps) {
   for (int step = 0; step < steps; ++step) controller_.incFontSize(nullptr);
   for (int step = 0; step > steps; --step) controller_.decFontSize(nullptr);
+}
+
+void MainInterface::save() {
+  for (auto* panel : window_.findChildren<QFileDialog*>()) {
+    if (!panel->isVisible()) continue;  // it has ended and goes soon
+    panel->raise();
+    panel->activateWindow();
+    return;
+  }
+  controller_.saveButton(nullptr);
 }
 
 void MainInterface::showBillOfMaterials() {

@@ -44,6 +44,8 @@ class MainInterface final {
   // What the action throws ends it and nothing else.
   template <typename Sender, typename Signal, typename Action>
   void on(Sender* sender, Signal signal, Action action);
+  // A panel that is open already comes to the front.
+  void save();
   // The segue to the sheet.
   void showBillOfMaterials();
   void changeFontSize(int steps);

@@ -135,6 +135,42 @@ class Saving(WindowTestCase):
         self.expect_alert(program, errno.ENOENT)
         self.assert_leaves_well(program)
 
+    def test_name_that_is_too_long_is_told_in_the_systems_own_words(self):
+        program = self.start(options.sample)
+        for way in ("Return", "Save"):
+            with self.subTest(way):
+                program.button("Save…").press()
+                panel = program.dialog()
+                panel.one("text", "File name:").text = "x" * 300
+                if way == "Return":
+                    program.keys("Return", window=panel)
+                else:
+                    panel.one("push button", "Save").press()
+                self.expect_alert(program, errno.ENAMETOOLONG)
+        self.assert_leaves_well(program)
+
+    def test_name_with_quotes_and_a_tilde_is_what_it_says(self):
+        home = self.new_home()
+        program = self.start(options.sample, home)
+        moments = self.save_as(program, '~/my "best" report')
+        program.wait_for_no_dialog()
+        file = home.folder / 'my "best" report.text'
+        self.expect_file(file, expectation.report(self.groups), *moments)
+        file.unlink()
+        self.assert_leaves_well(program)
+
+    def test_panel_that_is_open_comes_to_the_front_when_save_is_chosen_again(self):
+        program = self.start(options.sample)
+        program.keys("ctrl+s")
+        panel = program.dialog()
+        program.activate(program.window)
+        program.keys("ctrl+s")
+        wait_until(lambda: panel.is_("active"), "the panel to be active")
+        self.assertEqual(len(program.dialogs()), 1)
+        program.keys("Escape", window=panel)
+        program.wait_for_no_dialog()
+        self.assert_leaves_well(program)
+
     def test_write_that_stops_half_way_is_told(self):
         # The limit comes with a signal, which would end the program.
         program = self.start(options.sample, preexec=lambda: signal.signal(signal.SIGXFSZ, signal.SIG_IGN))

@@ -4,9 +4,11 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 #include <optional>
@@ -24,6 +26,7 @@ class FileSavePanel : public testing::Test {
  protected:
   /// The panel on screen, its handler noting what it is called with.
   QFileDialog& begin() {
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // one before, if there was one
     auto panel = std::make_shared<qt::FileSavePanel>(&window);
     panel->setCanCreateDirectories(true);
     panel->setAllowedFileTypes({"text", "txt"});
@@ -36,12 +39,14 @@ class FileSavePanel : public testing::Test {
     dialog.setDirectory(QString::fromStdString(folder.path()));
     return dialog;
   }
-  /// Types a name and presses Return.
-  std::optional<std::string> choose(const std::string& name) {
-    QFileDialog& dialog = begin();
+  static void type(QFileDialog& dialog, const std::string& name) {
     auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     line->setText(QString::fromStdString(name));
     QTest::keyClick(line, Qt::Key_Return);
+  }
+  /// Types a name and presses Return.
+  std::optional<std::string> choose(const std::string& name) {
+    type(begin(), name);
     EXPECT_THAT(responses, ElementsAre(platform::modalResponseOK));
     return path;
   }
@@ -73,6 +78,62 @@ TEST_F(FileSavePanel, GivesANameWithAnotherTypeTheFirst) {
   EXPECT_EQ(choose("report 10.14"), folder / "report 10.14.text");
 }
 
+TEST_F(FileSavePanel, GivesANameThatEndsInADotNoSecondOne) {
+  EXPECT_EQ(choose("report."), folder / "report.text");
+}
+
+TEST_F(FileSavePanel, TakesQuotesForLetters) {
+  folder.addFolder("best");
+  EXPECT_EQ(choose("my \"best\" report"), folder / "my \"best\" report.text");
+}
+
+TEST_F(FileSavePanel, TakesAQuoteAloneForALetter) {
+  EXPECT_EQ(choose("19\" screen.txt"), folder / "19\" screen.txt");
+  responses.clear();
+  EXPECT_EQ(choose("\"\""), folder / "\"\".text");
+}
+
+TEST_F(FileSavePanel, KnowsTheHomeFolder) {
+  const std::string home = qEnvironmentVariable("HOME").toStdString();
+  EXPECT_EQ(choose("~/report"), home + "/report.text");
+  responses.clear();
+  EXPECT_EQ(choose("~/my \"best\" report.txt"), home + "/my \"best\" report.txt");
+  responses.clear();
+  EXPECT_EQ(choose("~root/report"), "/root/report.text");
+  responses.clear();
+  EXPECT_EQ(choose("~nobody of that name"), folder / "~nobody of that name.text");
+}
+
+TEST_F(FileSavePanel, TakesAnAbsolutePathAsItStands) {
+  EXPECT_EQ(choose("/" + folder / "REPORT.text"), "/" + folder / "REPORT.text");
+}
+
+TEST_F(FileSavePanel, LetsTheWriterTellWhatIsWrongWithANameThatNoFileCanHave) {
+  const std::string name(300, 'x');
+  EXPECT_EQ(choose(name), folder / name + ".text");
+  responses.clear();
+  QFileDialog& dialog = begin();
+  dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
+  QPushButton* const save = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
+  EXPECT_TRUE(save->isEnabled());
+  save->click();
+  EXPECT_THAT(responses, ElementsAre(platform::modalResponseOK));
+  EXPECT_EQ(path, folder / name + ".text");
+}
+
+TEST_F(FileSavePanel, DoesNothingWithoutAName) {
+  QFileDialog& dialog = begin();
+  auto* save = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
+  auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  line->setText(QStringLiteral("x"));
+  EXPECT_TRUE(save->isEnabled());
+  line->clear();
+  EXPECT_FALSE(save->isEnabled());
+  QTest::keyClick(line, Qt::Key_Return);
+  EXPECT_THAT(responses, IsEmpty());
+  EXPECT_TRUE(dialog.isVisible());
+}
+
 TEST_F(FileSavePanel, GivesNamesAsTheFileSystemHasThem) {
   EXPECT_EQ(choose("b\u00e9richt \U0001f600.txt"), folder / "b\u00e9richt \U0001f600.txt");
 }
@@ -90,14 +151,45 @@ TEST_F(FileSavePanel, AsksBeforeItReplacesTheFileThatTheTypeWasAddedFor) {
   EXPECT_TRUE(question.contains(QStringLiteral("report.text"))) << question.toStdString();
 }
 
-TEST_F(FileSavePanel, EntersAFolderThatIsNamed) {
-  folder.addFolder("inner");
+TEST_F(FileSavePanel, AsksForTheVeryNameAndReplacesNothingWithoutAYes) {
+  folder.addFile("<b>\"best\".text", "old");
+  QString question;
+  QTimer::singleShot(0, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    question = box->text();
+    QTest::keyClick(box, Qt::Key_Return);
+  });
   QFileDialog& dialog = begin();
-  auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-  line->setText(QStringLiteral("inner"));
-  QTest::keyClick(line, Qt::Key_Return);
+  type(dialog, "<b>\"best\"");
+  EXPECT_TRUE(question.startsWith(QStringLiteral("<b>\"best\".text already"))) << question.toStdString();
   EXPECT_THAT(responses, IsEmpty());
-  EXPECT_EQ(dialog.directory().path().toStdString(), folder / "inner");
+  EXPECT_TRUE(dialog.isVisible());
+}
+
+TEST_F(FileSavePanel, EntersAFolderThatIsNamed) {
+  const std::filesystem::path home = qEnvironmentVariable("HOME").toStdString();
+  folder.addFolder("inner/my \"best\" reports");
+  std::filesystem::create_directory(home / "Documents");
+  QFileDialog& dialog = begin();
+  const auto entered = [&](const std::string& name) {
+    type(dialog, name);
+    EXPECT_THAT(responses, IsEmpty()) << path.value_or("");
+    EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(), QString());
+    return dialog.directory().path().toStdString();
+  };
+  EXPECT_EQ(entered("inner"), folder / "inner");
+  EXPECT_EQ(entered("my \"best\" reports"), folder / "inner/my \"best\" reports");
+  EXPECT_EQ(entered(".."), folder / "inner");
+  EXPECT_EQ(entered("~/Documents"), home / "Documents");
+  EXPECT_EQ(entered("~"), home.native());
+  std::filesystem::remove(home / "Documents");
+}
+
+TEST_F(FileSavePanel, EntersNoFolderThatOnlyTheTypeMakesOfTheName) {
+  folder.addFolder("report.text");
+  EXPECT_EQ(choose("report"), folder / "report.text");
 }
 
 TEST_F(FileSavePanel, TellsWhenItWasCancelled) {

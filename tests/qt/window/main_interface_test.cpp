@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 
 #include <QClipboard>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScrollBar>
 
 #include "app/addresses.h"
+#include "qt/window/file_save_panel.h"
 #include "tests/qt/window/main_interface_fixture.h"
 
 namespace pelmarix::test {
@@ -228,6 +230,28 @@ TEST_F(MainInterface, SavesTheReportWithItsStamp) {
   savePanels[1]->completionHandler(platform::modalResponseOK);
   EXPECT_EQ(fileManager.files.at("/home/report.text"),
             skippedNewestFirst + "Checked by Pelmarix at: 2019-03-26 10:11:12 +0000\n");
+}
+
+TEST_F(MainInterface, BringsTheSavePanelThatIsOpenToTheFront) {
+  services.services.makeSavePanel = [this] { return std::make_shared<qt::FileSavePanel>(&window()); };
+  show();
+  const auto panels = [this] {
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return window().findChildren<QFileDialog*>();
+  };
+  const auto press = [this] { window().findChild<QAction*>(QStringLiteral("actionSave"))->trigger(); };
+  press();
+  ASSERT_EQ(panels().size(), 1);
+  QFileDialog& first = *panels().front();
+  window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  press();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&first));
+  EXPECT_EQ(panels().size(), 1);
+  first.reject();
+  press();
+  EXPECT_EQ(window().findChildren<QFileDialog*>().size(), 2) << "the one that has ended is still to go";
+  EXPECT_EQ(panels().size(), 1);
 }
 
 TEST_F(MainInterface, SavesTheTextItselfNotItsPicture) {
