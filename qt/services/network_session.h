@@ -3,23 +3,24 @@
 
 #include <QThread>
 #include <chrono>
-#include <cstddef>
 #include <memory>
 
 #include "platform/url_session.h"
 
 namespace pelmarix::qt {
 
-/// A larger body is an error, counted after decompression. An update list has a few kilobytes; the bound only
-/// keeps a mistaken or hostile server from filling the memory.
-inline constexpr std::size_t maximumBodySize = std::size_t{16} << 20U;
-
-/// The thread starts with the first request. Redirects are followed five times at most, and none from a
-/// protected address to an unprotected one. Cookies last as long as the session, nothing is cached.
+/// The thread starts with the first request. Redirects are followed five times at most. Only protected
+/// addresses (https) are asked, whoever names them. Nothing is cached and nothing kept from one request to
+/// the next.
+///
+/// Not by QNetworkAccessManager: it has no bound for what comes before the body and between its chunks, and
+/// takes a packed body that was cut for a whole one.
 class NetworkSession final : public platform::URLSession {
  public:
-  /// `timeout` is how long a request may go without receiving anything before it ends with an error.
-  explicit NetworkSession(std::chrono::milliseconds timeout = std::chrono::seconds(60));
+  /// A request ends with an error when it has received nothing for `timeout`, and when it takes longer than
+  /// `timeLimit` in all.
+  explicit NetworkSession(std::chrono::milliseconds timeout = std::chrono::seconds(60),
+                          std::chrono::milliseconds timeLimit = std::chrono::minutes(2));
 
   /// Drops all requests, and waits for whatever shutDown doesn't wait for.
   ~NetworkSession() override;
@@ -39,7 +40,7 @@ class NetworkSession final : public platform::URLSession {
   [[nodiscard]] ShutDown shutDown();
 
  private:
-  class PendingRequest;
+  class Request;
   class Task;
   class Worker;
 

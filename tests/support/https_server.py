@@ -142,6 +142,44 @@ class Handler(http.server.BaseHTTPRequestHandler):
             time.sleep(int(pause) / 1000)
             self.wfile.write(LIST[len(LIST) * i // int(count):len(LIST) * (i + 1) // int(count)])
 
+    def serve_chunks(self):
+        self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nTransfer-Encoding: chunked\r\n\r\n")
+        for byte in LIST:
+            self.wfile.write(b"1;x=y\r\n%c\r\n" % byte)
+        self.wfile.write(b"0\r\nX: y\r\n\r\n")
+
+    def serve_until_close(self):
+        self.wfile.write(b"HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n\r\n" + LIST)
+        self.close_connection = True
+
+    def serve_cut(self, size):
+        """So many bytes of an answer."""
+        head = b"HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nContent-Length: %d\r\n\r\n" % len(LIST)
+        self.wfile.write((head + LIST)[:int(size)])
+        self.close_connection = True
+
+    def serve_endless(self, part):
+        """An answer of which one part never ends."""
+        start = b"HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n"
+        chunked = start + b"Transfer-Encoding: chunked\r\n\r\n"
+        start, repeated = {
+            "status": (b"HTTP/1.1 200 ", b"x"),
+            "hints": (b"", b"HTTP/1.1 103 Early hints\r\nX: y\r\n\r\n"),
+            "headers": (start, b"X: y\r\n"),
+            "header": (start + b"X: ", b"y"),
+            "body": (start + b"\r\n", b"<!-- -->"),
+            "chunks": (chunked, b"1\r\n \r\n"),
+            "extensions": (chunked + b"1;", b"x"),
+            "trailers": (chunked + b"0\r\n", b"X: y\r\n"),
+            "drip": (start + b"\r\n", None),
+        }[part]
+        self.wfile.write(start)
+        while repeated is None:
+            self.wfile.write(b" ")
+            time.sleep(0.02)
+        while True:
+            self.wfile.write(repeated * 10_000)
+
     def serve_silent(self):
         self.rfile.read(1)  # until the other side gives up
         self.close_connection = True
