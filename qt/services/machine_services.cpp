@@ -18,8 +18,7 @@ Date now() {
 
 }  // namespace
 
-MachineServices::MachineServices()
-    : fileManager_(volume_), processInfo_(fileManager_, volume_) {
+MachineServices::MachineServices() : fileManager_(volume_), processInfo_(fileManager_, volume_) {
   services_.bundle = &bundle_;
   services_.fileManager = &fileManager_;
   services_.processInfo = &processInfo_;

@@ -27,8 +27,9 @@ constexpr QChar popDirectionalIsolate(0x2069);
 QString isolated(const QString& field) { return firstStrongIsolate + field + popDirectionalIsolate; }
 
 bool mayHoldRightToLeft(const QString& text) {
-  constexpr QChar firstOfHebrew(0x0590);
-  return std::any_of(text.begin(), text.end(), [](QChar character) { return character >= firstOfHebrew; });
+  constexpr char16_t firstOfHebrew = 0x0590;
+  return std::any_of(text.begin(), text.end(),
+                     [](QChar character) { return character.unicode() >= firstOfHebrew; });
 }
 
 // A group is named after its first entry, and a version follows.
