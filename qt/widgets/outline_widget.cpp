@@ -1,7 +1,5 @@
 #include "qt/widgets/outline_widget.h"
 
-#include <QKeyEvent>
-
 namespace pelmarix::qt {
 
 OutlineWidget::OutlineWidget(QWidget* parent) : QTreeView(parent), RowsView(*this, *header()) {
@@ -16,9 +14,22 @@ void OutlineWidget::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return copy();
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const QModelIndex current = currentIndex().siblingAtColumn(0);
-  if (isReturn && event->modifiers() == Qt::NoModifier && model()->hasChildren(current))
+  if (isReturn && isAlone(*event) && model()->hasChildren(current))
     return setExpanded(current, !isExpanded(current));
   QTreeView::keyPressEvent(event);
+}
+
+bool OutlineWidget::isArrowByAnotherButton(const QMouseEvent& event) const {
+  const QPoint place = event.position().toPoint();
+  return event.button() != Qt::LeftButton && place.x() < visualRect(indexAt(place)).left();
+}
+
+void OutlineWidget::mousePressEvent(QMouseEvent* event) {
+  if (!isArrowByAnotherButton(*event)) QTreeView::mousePressEvent(event);
+}
+
+void OutlineWidget::mouseReleaseEvent(QMouseEvent* event) {
+  if (!isArrowByAnotherButton(*event)) QTreeView::mouseReleaseEvent(event);
 }
 
 void OutlineWidget::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -22,9 +22,15 @@ class OutlineWidget final : public QTreeView, public RowsView {
  protected:
   bool isOpen(const QModelIndex& row) const override { return isExpanded(row); }
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+
+ private:
+  // By which Qt's outline would open a group.
+  bool isArrowByAnotherButton(const QMouseEvent& event) const;
 };
 
 }  // namespace pelmarix::qt

@@ -129,6 +129,7 @@ void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell,
 
 QList<QTextLayout::FormatRange> RowDelegate::matches(const QString& drawn,
                                                      const QTextCharFormat& mark) const {
+  if (marked_.isEmpty()) return {};
   QString shown;
   std::vector<int> places;  // of its characters in what is drawn
   for (int place = 0; place < drawn.size(); ++place) {

@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <vector>
 
 #include "qt/widgets/columns.h"
@@ -35,6 +36,11 @@ class RowsView : public Searchable {
 
   /// True for a row that shows those below it.
   virtual bool isOpen(const QModelIndex& row) const = 0;
+
+  /// True when no key that changes its meaning is held down with it.
+  static bool isAlone(const QKeyEvent& key) {
+    return key.modifiers().setFlag(Qt::KeypadModifier, false) == Qt::NoModifier;
+  }
 
   /// Goes to the next shown row whose name begins with what was typed without a pause. Not Qt's own, which
   /// searches the current cell's column and takes a name's indentation for a part of it.

@@ -1,7 +1,5 @@
 #include "qt/widgets/table_widget.h"
 
-#include <QKeyEvent>
-
 namespace pelmarix::qt {
 
 TableWidget::TableWidget(QWidget* parent) : QTableView(parent), RowsView(*this, *horizontalHeader()) {
@@ -28,8 +26,7 @@ void TableWidget::keyPressEvent(QKeyEvent* event) {
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   // A blank goes on with a name that is being typed.
   const bool isSpace = event->key() == Qt::Key_Space && !isTyping();
-  if ((isReturn || isSpace) && event->modifiers() == Qt::NoModifier && selectionModel()->hasSelection())
-    return emit rowOpened();
+  if ((isReturn || isSpace) && isAlone(*event) && selectionModel()->hasSelection()) return emit rowOpened();
   QTableView::keyPressEvent(event);
 }
 

@@ -67,6 +67,17 @@ TEST_F(OutlineAdapter, SendsNoActionForADoubleClickOfAnotherButton) {
   EXPECT_EQ(actions, 0);
 }
 
+TEST_F(OutlineAdapter, OpensAGroupByAClickOnItsArrowWithTheLeftButtonOnly) {
+  const QRect row = widget.visualRect(group(0));
+  const QPoint arrow(row.left() - widget.indentation() / 2, row.center().y());
+  for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
+    QTest::mouseClick(widget.viewport(), button, {}, arrow);
+    EXPECT_FALSE(widget.isExpanded(group(0))) << button;
+  }
+  QTest::mouseClick(widget.viewport(), Qt::LeftButton, {}, arrow);
+  EXPECT_TRUE(widget.isExpanded(group(0)));
+}
+
 TEST_F(OutlineAdapter, TellsTheActionWhichItemWasDoubleClickedWhicheverKeysAreHeldDown) {
   std::vector<platform::Object*> clicked;
   outline.setDoubleAction([&] { clicked.push_back(outline.itemAtClickedRow()); });

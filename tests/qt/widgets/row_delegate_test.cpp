@@ -182,6 +182,12 @@ TEST_F(DrawnOutline, ToggleAGroupByReturn) {
   EXPECT_TRUE(widget.isExpanded(group(0)));
   QTest::keyClick(&widget, Qt::Key_Enter);
   EXPECT_FALSE(widget.isExpanded(group(0)));
+  QTest::keyClick(&widget, Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_TRUE(widget.isExpanded(group(0)));
+  QTest::keyClick(&widget, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_TRUE(widget.isExpanded(group(0)));
+  QTest::keyClick(&widget, Qt::Key_Left);
+  EXPECT_FALSE(widget.isExpanded(group(0)));
   QTest::keyClick(&widget, Qt::Key_Right);
   EXPECT_TRUE(widget.isExpanded(group(0)));
   widget.setCurrentIndex(entry(0, 0));

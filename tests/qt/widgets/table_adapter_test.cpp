@@ -130,6 +130,15 @@ TEST_F(TableAdapter, OpensTheSelectedRowByReturnSpaceAndDoubleClick) {
   EXPECT_EQ(table.selectedRow(), 1);
 }
 
+TEST_F(TableAdapter, OpensTheSelectedRowByEnterOfTheKeypad) {
+  const QSignalSpy opened(&widget, &qt::TableWidget::rowOpened);
+  widget.selectRow(0);
+  QTest::keyClick(&widget, Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_EQ(opened.count(), 1);
+  QTest::keyClick(&widget, Qt::Key_Enter, Qt::KeypadModifier | Qt::ControlModifier);
+  EXPECT_EQ(opened.count(), 1);
+}
+
 TEST_F(TableAdapter, OpensNoRowByADoubleClickOfAnotherButton) {
   const QSignalSpy opened(&widget, &qt::TableWidget::rowOpened);
   const QPoint place = widget.visualRect(cell(1, 1)).center();
