@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 
 #include "posix/regular_file.h"
 #include "tests/support/temporary_folder.h"
@@ -221,17 +219,6 @@ TEST(ReadingAFile, FailsForADeviceEvenOneWithoutAnEnd) {
   EXPECT_FALSE(canRead("/dev/zero"));
   const TemporaryFolder folder;
   EXPECT_FALSE(canRead(folder.addLink("x.plist", "/dev/zero")));
-}
-
-TEST(ReadingAFile, FailsForASocket) {
-  const TemporaryFolder folder;
-  sockaddr_un address = {};
-  address.sun_family = AF_UNIX;
-  (folder / "x.plist").copy(address.sun_path, sizeof address.sun_path - 1);
-  const int socketDescriptor = socket(AF_UNIX, SOCK_STREAM, 0);
-  ASSERT_EQ(bind(socketDescriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  EXPECT_FALSE(canRead(folder / "x.plist"));
-  close(socketDescriptor);
 }
 
 TEST(ReadingAFile, FailsWithoutPermission) {

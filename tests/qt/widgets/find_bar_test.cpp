@@ -123,6 +123,14 @@ TEST_F(FindBarInAWindow, MarksMatchesUntilTheSearchEnds) {
   EXPECT_EQ(picture(), plain);
 }
 
+TEST_F(FindBarInAWindow, MarksTheMatchesOfItsLastTextWhenItIsOpenedAgain) {
+  find("safari");
+  const QImage marked = picture();
+  QTest::keyClick(line, Qt::Key_Escape);
+  bar.open();
+  EXPECT_EQ(picture(), marked);
+}
+
 TEST_F(FindBarInAWindow, MarksMatchesUntilSomethingElseIsSearched) {
   find("safari");
   EXPECT_NE(picture(), plain);

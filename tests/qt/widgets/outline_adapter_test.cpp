@@ -180,6 +180,25 @@ TEST_F(OutlineAdapter, StaysWhereItIsWhenOnlyHiddenEntriesBeginWithWhatIsTyped) 
   EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
 }
 
+TEST_F(OutlineAdapter, FindsTextInEntriesThatCollapsedGroupsHideInBothDirections) {
+  using enum qt::SearchStart;
+  using enum qt::SearchDirection;
+  const auto found = [this](qt::SearchDirection direction) {
+    EXPECT_TRUE(widget.selectMatch(QStringLiteral("o"), pastSelection, direction));
+    EXPECT_TRUE(widget.currentIndex().parent() == QModelIndex() ||
+                widget.isExpanded(widget.currentIndex().parent()));
+    return text(widget.currentIndex());
+  };
+  // From the first group, which has the letter, too.
+  const std::vector<std::string> others{"macOS Mojave", "Rosetta", "Nothing followed", "macOS Catalina",
+                                        "\tWord List"};
+  for (const std::string& row : others) EXPECT_EQ(found(forward), row);
+  EXPECT_EQ(found(forward), "Mojave");
+  widget.collapseAll();
+  for (auto row = others.rbegin(); row != others.rend(); ++row) EXPECT_EQ(found(backward), *row);
+  EXPECT_EQ(found(backward), "Mojave");
+}
+
 TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheClipboardWithNoneSelected) {
   QApplication::clipboard()->setText(QStringLiteral("before"));
   widget.copy();

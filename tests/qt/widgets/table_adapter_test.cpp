@@ -229,6 +229,10 @@ TEST_F(TableAdapter, FindsTextInAnyColumnAllTheWayRound) {
   EXPECT_EQ(table.selectedRow(), 0);
   EXPECT_TRUE(widget.selectMatch(QStringLiteral("today"), pastSelection, backward));
   EXPECT_EQ(table.selectedRow(), 2);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("today"), pastSelection, backward));
+  EXPECT_EQ(table.selectedRow(), 1);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("maps"), pastSelection, backward));
+  EXPECT_EQ(table.selectedRow(), 2);
   EXPECT_FALSE(widget.selectMatch(QStringLiteral("Notes"), pastSelection, forward));
   EXPECT_EQ(table.selectedRow(), 2);
 }
