@@ -9,11 +9,12 @@ PELMARIX_ZIG=$(scripts/mac/get_compiler.sh)
 ZIG_GLOBAL_CACHE_DIR=$PWD/build/mac/cache
 ZIG_LOCAL_CACHE_DIR=$ZIG_GLOBAL_CACHE_DIR
 export PELMARIX_ZIG ZIG_GLOBAL_CACHE_DIR ZIG_LOCAL_CACHE_DIR
+qt_headers=$(qmake6 -query QT_INSTALL_HEADERS)
 
 for processor in aarch64 x86_64; do
   build=build/mac/$processor
   mkdir -p "$build"
-  cmake --preset mac -B "$build" -DPELMARIX_MAC_PROCESSOR="$processor" >"$build/configure.log"
+  cmake --preset mac -B "$build" -DPELMARIX_MAC_PROCESSOR="$processor" -DPELMARIX_QT_HEADERS="$qt_headers" >"$build/configure.log"
   ninja -C "$build" --quiet
   file "$build"/bin/lsbom "$build"/sample/pelmarix-sample "$build"/tests/posix_tests | grep -c 'Mach-O 64-bit .*executable' |
     grep -qx 3 || { echo "What was linked for $processor is no program of macOS" >&2; exit 1; }
