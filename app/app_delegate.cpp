@@ -31,6 +31,12 @@ constexpr const char* errorMessage = "An error occurred:";
 constexpr const char* versionKey = "CFBundleShortVersionString";
 constexpr std::string_view nameInList = "Pelmarix";
 
+// The list is read while the window waits: a larger one is none, and no more is looked at in it than so much
+// would hold (a binary list can name one entry of many keys, or one long text, in a million places).
+constexpr std::size_t maximumListSize = std::size_t{256} << 10U;
+// Looking through an entry's keys takes time, for which each of them counts as so many bytes.
+constexpr std::size_t costOfKey = 16;
+
 constexpr int minorVersionOfSierra = 12;
 
 // The maker's addresses are trusted: one that is not valid stops the program.
@@ -50,12 +56,19 @@ bool isAcceptable(const platform::URLResponse* response) {
   return http->mimeType() == "text/xml" || http->mimeType() == "text/plain";
 }
 
-std::string stringUnder(std::string_view key, plist::Value entry) {
+std::string_view stringUnder(std::string_view key, plist::Value entry) {
   const std::optional<plist::Value> value = entry.find(key);
   if (!value) fatalStop("an entry of the update list lacks a key");
   const std::optional<std::string_view> text = value->string();
   if (!text) fatalStop("a value in the update list is not a string");
-  return std::string(*text);
+  return *text;
+}
+
+// Takes `cost` off the budget; false when it isn't there.
+bool spend(std::size_t cost, std::size_t& budget) {
+  if (cost > budget) return false;
+  budget -= cost;
+  return true;
 }
 
 void markHelpMenu() {
@@ -124,7 +137,7 @@ void AppDelegate::checkForUpdate() {
 void AppDelegate::handleUpdateResponse(const std::string& runningVersion, std::optional<std::string> body,
                                        const std::shared_ptr<const platform::URLResponse>& response,
                                        const std::optional<std::string>& error) {
-  if (error || !isAcceptable(response.get())) return;
+  if (error || !isAcceptable(response.get()) || (body && body->size() > maximumListSize)) return;
   platform::dispatchAsyncToMainQueue(
       [this, runningVersion, body = std::move(body)] { processUpdateList(body, runningVersion); });
 }
@@ -143,12 +156,17 @@ void AppDelegate::processUpdateList(const std::optional<std::string>& body,
     platform::showErrorAlert(errorMessage, "Update Property List has no entries.");
     return;
   }
+  std::size_t budget = maximumListSize;
   for (const plist::Value entry : root.elements()) {
     if (entry.type() != plist::Type::dictionary) fatalStop("an entry of the update list is not a dictionary");
-    if (!platform::textEquals(stringUnder("AppName", entry), nameInList)) continue;
+    if (!spend(entry.count() * costOfKey, budget)) return;
+    const std::string_view name = stringUnder("AppName", entry);
+    if (!spend(name.size(), budget)) return;
+    if (!platform::textEquals(name, nameInList)) continue;
     markHelpMenu();
-    const std::string version = stringUnder("Version", entry);
-    const std::string address = stringUnder("URL", entry);
+    const std::string version(stringUnder("Version", entry));
+    const std::string address(stringUnder("URL", entry));
+    if (!spend(version.size() + address.size(), budget)) return;
     if (platform::textEquals(version, runningVersion)) continue;
     if (platform::textContains(address, downloadHostPrefix)) offerUpdate(version, runningVersion, address);
   }

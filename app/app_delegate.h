@@ -34,14 +34,14 @@ class AppDelegate : public platform::Object {
   void checkForUpdate();
 
   /// What the server answered, on the session's background thread. A list is handed to the main queue; any
-  /// other answer ends the check silently.
+  /// other answer ends the check silently, one of more than 256 KiB too.
   void handleUpdateResponse(const std::string& runningVersion, std::optional<std::string> body,
                             const std::shared_ptr<const platform::URLResponse>& response,
                             const std::optional<std::string>& error);
 
-  /// Looks for this program in the list, marks the Help menu when it is there, and offers each of its
-  /// versions that is not the running one. The list is the maker's own and trusted: one that breaks the form
-  /// stops the program, and so does a missing body.
+  /// Looks for this program in the list, no further than a list of 256 KiB can go, marks the Help menu when
+  /// it is there, and offers each of its versions that is not the running one. The list is the maker's own
+  /// and trusted: one that breaks the form stops the program, and so does a missing body.
   void processUpdateList(const std::optional<std::string>& body, const std::string& runningVersion);
 
   /// Opens the support page in the user's browser. A browser that can't be opened is not reported.

@@ -12,6 +12,17 @@
 namespace pelmarix::qt {
 namespace {
 
+// To measure and to paint a text takes time, and nobody reads this much.
+constexpr qsizetype longestText = 10'000;
+
+QString shown(const std::string& text) {
+  QString result = visible(toQString(text));
+  if (result.size() <= longestText) return result;
+  result.truncate(longestText - 1);
+  if (result.back().isHighSurrogate()) result.chop(1);
+  return result + QChar(u'…');
+}
+
 // Texts can come from files and from the network: nothing in them is markup. The box itself can be told so
 // for the message only, and its labels can be reached as its children only.
 void showPlainly(QMessageBox& box) {
@@ -35,8 +46,8 @@ int MessageAlert::runModal() {
   const QPointer<QMessageBox> box(new QMessageBox(parent_));
   box->setWindowTitle(QStringLiteral("Pelmarix"));
   box->setIcon(style_ == platform::AlertStyle::critical ? QMessageBox::Critical : QMessageBox::Information);
-  box->setText(visible(toQString(messageText_)));
-  box->setInformativeText(visible(toQString(informativeText_)));
+  box->setText(shown(messageText_));
+  box->setInformativeText(shown(informativeText_));
   showPlainly(*box);
   int answer = platform::alertFirstButtonReturn;
   for (std::size_t i = 0; i < buttons_.size(); ++i) {

@@ -12,6 +12,7 @@ class QWidget;
 
 namespace pelmarix::qt {
 
+/// A text of more than 10,000 characters is cut.
 class MessageAlert final : public platform::Alert {
  public:
   /// `parent`, null for none, is the window that the alert belongs to; one that goes while the alert is up

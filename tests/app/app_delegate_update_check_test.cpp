@@ -1,8 +1,11 @@
+#include <array>
+#include <csignal>
 #include <string>
 #include <vector>
 
 #include "app/addresses.h"
 #include "tests/app/app_fixture.h"
+#include "tests/plist/binary_builder.h"
 #include "tests/support/fatal_stop.h"
 
 namespace pelmarix {
@@ -320,6 +323,58 @@ TEST_F(UpdateCheck, ReadsBinaryListsToo) {
   answerWithList(body);
   EXPECT_TRUE(services.alerts.empty());
   EXPECT_TRUE(isHelpMenuMarked());
+}
+
+TEST_F(UpdateCheck, DropsAListThatIsFarTooLarge) {
+  const std::size_t largest = std::size_t{256} << 10U;
+  answerWithList(goodList + std::string(largest + 1 - goodList.size(), ' '));
+  EXPECT_TRUE(nothingShown());
+  session.requests.clear();
+  answerWithList(goodList + std::string(largest - goodList.size(), ' '));
+  EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
+}
+
+/// A binary list that names one entry of another program in so many places, and this program's entry behind.
+/// The other one has so many keys and a name of so many letters.
+std::string sharingList(std::size_t places, std::size_t keys, std::size_t letters) {
+  using namespace plist;
+  const auto text = [](const std::string& contents) {
+    return hex("5F 12") + bigEndianBytes(contents.size(), 4) + contents;
+  };
+  const auto repeated = [](std::size_t count, char reference) { return std::string(count, reference); };
+  return BinaryPlist{
+      .objects =
+          {
+              hex("AF 12") + bigEndianBytes(places + 1, 4) + repeated(places, 1) + '\2',
+              hex("DF 12") + bigEndianBytes(keys, 4) + '\3' + repeated(keys - 1, 4) + repeated(keys, 8),
+              hex("D3 03 04 05 06 07 09"),
+              text("AppName"),
+              text("Version"),
+              text("URL"),
+              text("Pelmarix"),
+              text("1.3"),
+              text(std::string(letters, 'a')),
+              text(download),
+          },
+      .offsetWidth = 4}
+      .bytes();
+}
+
+TEST_F(UpdateCheck, LooksOnlySoFarIntoAListThatRepeatsOneEntry) {
+  for (const auto& [places, keys, letters] :
+       std::vector<std::array<std::size_t, 3>>{{1, 10'000, 1}, {1, 1, 100'000}, {10'000, 1, 1}}) {
+    answerWithList(sharingList(places, keys, letters));
+    EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
+    services.alerts.clear();
+    session.requests.clear();
+  }
+  application.help.item = {};
+  for (const auto& [places, keys, letters] :
+       std::vector<std::array<std::size_t, 3>>{{10'000, 10'000, 1}, {10'000, 1, 100'000}, {100'000, 1, 1}}) {
+    answerWithList(sharingList(places, keys, letters));
+    EXPECT_TRUE(nothingShown());
+    session.requests.clear();
+  }
 }
 
 // The list is trusted: what breaks its form ends the program.

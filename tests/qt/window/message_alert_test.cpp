@@ -109,6 +109,27 @@ TEST_F(MessageAlert, TakesNothingForMarkup) {
   });
 }
 
+TEST_F(MessageAlert, CutsATextThatNobodyReads) {
+  const std::string cut = std::string(9'999, 'x') + "\u2026";
+  for (const auto& [text, shown] : std::vector<std::pair<std::string, std::string>>{
+           {std::string(10'000, 'x'), std::string(10'000, 'x')},
+           {std::string(10'001, 'x'), cut},
+           {std::string(1'000'000, 'x'), cut},
+           {std::string(9'998, 'x') + "\U0001F4BE and more", std::string(9'998, 'x') + "\u2026"}}) {
+    qt::MessageAlert longAlert(nullptr, mainQueue, [] { return false; });
+    longAlert.setMessageText(text);
+    longAlert.setInformativeText(text);
+    QTimer::singleShot(0, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      EXPECT_EQ(box->text().toStdString(), shown);
+      EXPECT_EQ(box->informativeText().toStdString(), shown);
+      box->close();
+    });
+    longAlert.runModal();
+  }
+}
+
 TEST_F(MessageAlert, PrintsTheMessageBold) {
   alert.setMessageText("message");
   alert.setInformativeText("information");
