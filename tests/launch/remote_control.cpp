@@ -3,14 +3,19 @@
 //   window                 the main window has been painted
 //   alert TEXT             a message box is up
 //   menu TITLE, CHECKED    an item of the Help menu, when asked for
+//   work MS MS             how long the main thread has worked on end at most since that was asked for last:
+//   in
+//                          milliseconds of the processor and on the clock
 //
 // What the test wants is read from standard input, a line each:
 //
 //   press TITLE            presses the button of the message box that is up
 //   menu                   asks for the Help menu's items
+//   work                   asks for the longest work
 //   close                  closes the windows; the end of the input does the same
 //
 // PELMARIX_TEST_AUTHORITY names the only certificate authority that is trusted.
+#include <time.h>
 #include <unistd.h>
 
 #include <QAction>
@@ -24,6 +29,8 @@
 #include <QSocketNotifier>
 #include <QSslCertificate>
 #include <QSslConfiguration>
+#include <QTimer>
+#include <algorithm>
 #include <string>
 
 namespace {
@@ -38,6 +45,8 @@ class RemoteControl final : public QObject {
   explicit RemoteControl(QObject* parent) : QObject(parent), input_(STDIN_FILENO, QSocketNotifier::Read) {
     parent->installEventFilter(this);
     connect(&input_, &QSocketNotifier::activated, this, [this] { read(); });
+    beat_.callOnTimeout(this, [this] { noteWork(); });
+    beat_.start(5);
   }
 
  private:
@@ -67,8 +76,27 @@ class RemoteControl final : public QObject {
     }
   }
 
-  static void perform(const std::string& line) {
+  static double milliseconds(clockid_t clock) {
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+  }
+  void noteWork() {
+    const double work = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+    const double clock = milliseconds(CLOCK_MONOTONIC);
+    longestWork_ = std::max(longestWork_, work - lastWork_);
+    longestClock_ = std::max(longestClock_, clock - lastClock_);
+    lastWork_ = work;
+    lastClock_ = clock;
+  }
+
+  void perform(const std::string& line) {
     if (line == "close") QApplication::closeAllWindows();
+    if (line == "work") {
+      noteWork();
+      tell("work " + std::to_string(longestWork_) + " " + std::to_string(longestClock_));
+      longestWork_ = longestClock_ = 0;
+    }
     if (line == "menu") tellHelpMenu();
     if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); box != nullptr)
       for (QAbstractButton* button : box->buttons())
@@ -87,6 +115,9 @@ class RemoteControl final : public QObject {
   QSocketNotifier input_;
   std::string pending_;
   bool windowWasTold_ = false;
+  QTimer beat_;
+  double lastWork_ = milliseconds(CLOCK_THREAD_CPUTIME_ID), longestWork_ = 0;
+  double lastClock_ = milliseconds(CLOCK_MONOTONIC), longestClock_ = 0;
 };
 
 void lead() {

@@ -62,7 +62,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.server.owner.requests.append(self.path)
         address = urllib.parse.urlsplit(self.path)
         name, *arguments = address.path.strip("/").split("/")
-        getattr(self, "serve_" + name.replace("-", "_"))(*arguments)
+        try:
+            getattr(self, "serve_" + name.replace("-", "_"))(*arguments)
+        finally:
+            self.server.owner.left.append(self.path)
 
     def log_message(self, *_):
         pass
@@ -80,6 +83,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def serve_list(self):
         self.answer(self.server.owner.list)
+
+    def serve_waited(self, _):
+        """The list; ends when the other side has left."""
+        self.serve_list()
+        self.serve_silent()
 
     def serve_status(self, status):
         self.answer(self.server.owner.list if status not in ("204", "304") else b"", int(status))
@@ -176,6 +184,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.wfile.write(start)
         while repeated is None:
             self.wfile.write(b" ")
+            self.server.owner.drops += 1
             time.sleep(0.02)
         while True:
             self.wfile.write(repeated * 10_000)
@@ -226,6 +235,8 @@ class Server:
         self.authority = os.path.join(os.path.abspath(folder), "authority.pem")
         self.list = LIST
         self.requests = []
+        self.left = []  # the requests that have been dealt with
+        self.drops = 0
         self.listeners = {"unprotected": Listener(self, None)}
         for name in ("good", "wrong-name", "expired", "self-signed"):
             self.listeners[name] = Listener(self, os.path.join(folder, f"{name}.pem"))
