@@ -36,7 +36,10 @@ QTextLayout::CursorMode stepOf(TextUnit unit) {
 std::size_t nextPlace(const TextIndex& text, std::size_t place, TextUnit unit) {
   const Surroundings around(text, place);
   if (place == around.line.end) return std::min(place + 1, text.text()->size());
-  return around.placeAt(QTextLayout(around.text).nextCursorPosition(around.at, stepOf(unit)));
+  const int next = QTextLayout(around.text).nextCursorPosition(around.at, stepOf(unit));
+  // The toolkit sometimes stops between the two units of one character.
+  const bool isInside = next < around.text.size() && around.text[next].isLowSurrogate();
+  return around.placeAt(isInside ? next + 1 : next);
 }
 
 std::size_t previousPlace(const TextIndex& text, std::size_t place, TextUnit unit) {

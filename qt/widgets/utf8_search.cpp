@@ -2,13 +2,13 @@
 
 #include <QList>
 #include <algorithm>
+#include <cstring>
 
 #include "qt/widgets/text_search.h"
 
 namespace pelmarix::qt {
 namespace {
 
-constexpr std::size_t blockSize = 64;
 constexpr char32_t firstBeyondBasicPlane = 0x10000;
 
 struct Letter {
@@ -70,14 +70,18 @@ SoughtText::SoughtText(const QString& sought) {
     second_ = {};
 }
 
-bool SoughtText::mayBeginInBlock(const char* block) const {
-  // Copies, for the compiler to compare many bytes with one instruction.
+bool SoughtText::findCandidates(const char* block, Candidates& candidates) const {
+  // All in objects of its own, for the compiler to compare many bytes with one instruction.
   const PossibleBytes first = first_;
   const PossibleBytes second = second_;
-  std::uint8_t hits = 0;
-  for (std::size_t i = 0; i < blockSize; ++i)
-    hits = static_cast<std::uint8_t>(hits | (first.has(block[i]) & second.has(block[i + 1])));
-  return hits != 0;
+  Candidates found;
+  std::uint8_t any = 0;
+  for (std::size_t i = 0; i < blockSize; ++i) {
+    found[i] = static_cast<std::uint8_t>(first.has(block[i]) & second.has(block[i + 1]));
+    any = static_cast<std::uint8_t>(any | found[i]);
+  }
+  candidates = found;
+  return any != 0;
 }
 
 std::optional<std::size_t> SoughtText::endOfMatch(std::string_view text, std::size_t begin) const {
@@ -92,13 +96,21 @@ std::optional<std::size_t> SoughtText::endOfMatch(std::string_view text, std::si
 
 std::optional<TextRange> SoughtText::firstIn(std::string_view text, TextRange where) const {
   if (letters_.empty()) return std::nullopt;
+  Candidates candidates;
+  std::array<char, blockSize + 1> lastBytes{};
   for (std::size_t begin = where.begin; begin < where.end; begin += blockSize) {
-    const std::size_t end = std::min(begin + blockSize, where.end);
-    if (begin + blockSize < text.size() && !mayBeginInBlock(text.data() + begin)) continue;
-    for (std::size_t place = begin; place < end; ++place) {
-      if (first_.has(text[place]) == 0) continue;
-      if (place + 1 < text.size() && second_.has(text[place + 1]) == 0) continue;
-      if (const auto matchEnd = endOfMatch(text, place)) return TextRange{place, *matchEnd};
+    const char* block = text.data() + begin;
+    if (begin + blockSize >= text.size()) {
+      text.copy(lastBytes.data(), blockSize, begin);
+      block = lastBytes.data();
+    }
+    if (!findCandidates(block, candidates)) continue;
+    const std::size_t size = std::min(blockSize, where.end - begin);
+    for (std::size_t i = 0; i < size; ++i) {
+      const void* const candidate = std::memchr(&candidates[i], 1, size - i);
+      if (candidate == nullptr) break;
+      i = static_cast<std::size_t>(static_cast<const std::uint8_t*>(candidate) - candidates.data());
+      if (const auto matchEnd = endOfMatch(text, begin + i)) return TextRange{begin + i, *matchEnd};
     }
   }
   return std::nullopt;

@@ -38,7 +38,11 @@ class SoughtText final {
     std::uint8_t mask = 0;
     int count = 0;
   };
-  bool mayBeginInBlock(const char* block) const;
+  static constexpr std::size_t blockSize = 64;
+  // 1 for each byte of a block where a match may begin.
+  using Candidates = std::array<std::uint8_t, blockSize>;
+  // False when there is none. Reads the byte after the block, too.
+  bool findCandidates(const char* block, Candidates& candidates) const;
   std::optional<std::size_t> endOfMatch(std::string_view text, std::size_t begin) const;
 
   std::vector<char32_t> letters_;
