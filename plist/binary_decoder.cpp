@@ -28,6 +28,8 @@
 #include <bit>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "base/utf8.h"
 #include "plist/unicode.h"
@@ -84,13 +86,16 @@ Result<Trailer, Error> readTrailer(std::string_view bytes) {
 class Decoder {
  public:
   Decoder(std::string_view bytes, const Trailer& trailer)
-      : bytes_(bytes), trailer_(trailer), bytesToCover_(overlapFactor * bytes.size() + overlapAllowance) {}
+      : bytes_(bytes),
+        trailer_(trailer),
+        bytesToCover_(std::min(overlapFactor * bytes.size() + overlapAllowance, maximumSize)) {}
 
   Result<Tree, Error> decode();
 
  private:
   // Objects may overlap, which lets a small file describe objects far larger than itself. Nobody writes such
-  // files; all the objects together may be this many times the file, and in small files any size.
+  // files; all the objects together may be this many times the file, and in small files any size, but never
+  // more than the longest file.
   static constexpr std::size_t overlapFactor = 16;
   static constexpr std::size_t overlapAllowance = 262144;
 
@@ -135,6 +140,8 @@ class Decoder {
   bool decodeData(unsigned nibble, Node& node);
   bool decodeString(unsigned nibble, Node& node);
   bool decodeUtf16(unsigned nibble, Node& node);
+  // Takes text that the file doesn't hold as it is.
+  bool keepString(std::string text, Node& node);
   bool decodeContainer(Type type, unsigned nibble, Node& node);
 
   // Takes the next bytes of the object at hand, which must all stand before the table.
@@ -163,6 +170,7 @@ Result<Tree, Error> Decoder::decode() {
 }
 
 bool Decoder::checkTable() {
+  if (trailer_.objectCount > maximumNodes) return fail(Reason::tooLarge, trailer_.tableStart);
   for (std::size_t object = 0; object < trailer_.objectCount; ++object)
     if (offset(object) >= trailer_.tableStart) return fail(Reason::badOffset, tableEntry(object));
   tree_.nodes.resize(trailer_.objectCount);
@@ -205,8 +213,8 @@ bool Decoder::enter(std::size_t object) {
   if (!checkDepth(1, object)) return false;
   heights_[object] = beingDecoded;
   const Node& node = tree_.nodes[object];
-  const std::size_t first = node.children.first;
-  const std::size_t size = node.children.count * trailer_.referenceWidth;
+  const std::size_t first = node.firstChild;
+  const std::size_t size = node.count * trailer_.referenceWidth;
   const std::size_t endOfKeys = node.type == Type::dictionary ? first + size : first;
   levels_.push_back({object, first, endOfKeys, endOfKeys + size, 1});
   return true;
@@ -330,15 +338,22 @@ bool Decoder::decodeData(unsigned nibble, Node& node) {
 bool Decoder::decodeString(unsigned nibble, Node& node) {
   std::string_view text;
   if (!takeCounted(nibble, 1, text)) return false;
-  node = Node(Type::string, isAscii(text) ? text : tree_.keep(latin1ToUtf8(text)));
-  return true;
+  if (isAscii(text)) {
+    node = Node(Type::string, text);
+    return true;
+  }
+  return keepString(latin1ToUtf8(text), node);
 }
 
 bool Decoder::decodeUtf16(unsigned nibble, Node& node) {
   std::string_view text;
   if (!takeCounted(nibble, 2, text)) return false;
-  node = Node(Type::string, tree_.keep(lenientUtf16ToUtf8(text)));
-  return true;
+  return keepString(lenientUtf16ToUtf8(text), node);
+}
+
+bool Decoder::keepString(std::string text, Node& node) {
+  node = Node(Type::string, tree_.keep(std::move(text)));
+  return tree_.nodes.size() + tree_.nodesForKept <= maximumNodes || fail(Reason::tooLarge, start_);
 }
 
 bool Decoder::decodeContainer(Type type, unsigned nibble, Node& node) {

@@ -11,6 +11,7 @@ namespace pelmarix::plist {
 Document::Document(Tree tree) : tree_(std::make_shared<Tree>(std::move(tree))) {}
 
 Result<Document, Error> Document::decode(std::string_view bytes) {
+  if (bytes.size() > maximumSize) return Error{Reason::tooLarge};
   // A damaged binary file is not tried as XML: the error would then speak of a text that isn't there.
   Result<Tree, Error> tree = bytes.starts_with(binaryMagic) ? decodeBinary(bytes) : decodeXml(bytes);
   if (!tree) return tree.error();

@@ -2,8 +2,9 @@
 //
 // Both forms in use are read, XML and binary; the first bytes say which one it is. Decoding is strict: a file
 // decodes as a whole or not at all. It takes time and memory in proportion to the bytes, whatever they are:
-// at most 64 times their number and 1 MiB of memory. Containers may be nested 512 deep. Nothing is printed,
-// and nothing thrown but what tells that this memory is not to be had.
+// at most 64 times their number and 1 MiB of memory, and less than 768 MiB in any case. A file of more than
+// 256 MiB, or of more than twelve million values, is refused. Containers may be nested 512 deep. Nothing is
+// printed, and nothing thrown but what tells that this memory is not to be had.
 //
 //   const auto document = plist::Document::decode(bytes);
 //   if (!document) return description(document.error());

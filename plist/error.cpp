@@ -4,6 +4,8 @@ namespace pelmarix::plist {
 
 std::string_view description(Reason reason) {
   switch (reason) {
+    case Reason::tooLarge:
+      return "The property list is too large.";
     case Reason::nestedTooDeep:
       return "Containers are nested more than 512 deep.";
     case Reason::unknownEncoding:

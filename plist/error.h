@@ -10,6 +10,7 @@ namespace pelmarix::plist {
 
 enum class Reason : std::uint8_t {
   // Both forms.
+  tooLarge,
   nestedTooDeep,
   // XML: the text and its markup.
   unknownEncoding,

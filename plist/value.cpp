@@ -10,7 +10,7 @@ Type Value::type() const { return node_->type; }
 
 std::optional<std::string_view> Value::string() const {
   if (node_->type != Type::string) return std::nullopt;
-  return node_->bytes;
+  return node_->bytes();
 }
 
 std::optional<Date> Value::date() const {
@@ -47,10 +47,10 @@ std::optional<std::uint32_t> Value::uid() const {
 
 std::optional<std::string_view> Value::data() const {
   if (node_->type != Type::data) return std::nullopt;
-  return node_->bytes;
+  return node_->bytes();
 }
 
-std::size_t Value::count() const { return node_->isContainer() ? node_->children.count : 0; }
+std::size_t Value::count() const { return node_->isContainer() ? node_->count : 0; }
 
 Contents<Value> Value::elements() const {
   return {*tree_, *node_, node_->type == Type::dictionary ? 0 : count()};
@@ -63,20 +63,20 @@ Contents<Entry> Value::entries() const {
 std::optional<Value> Value::find(std::string_view key) const {
   if (node_->type != Type::dictionary) return std::nullopt;
   for (std::size_t i = count(); i-- > 0;)
-    if (tree_->child(node_->children, i).bytes == key)
-      return Value(*tree_, tree_->child(node_->children, count() + i));
+    if (tree_->child(node_->children(), i).bytes() == key)
+      return Value(*tree_, tree_->child(node_->children(), count() + i));
   return std::nullopt;
 }
 
 template <>
 Value Contents<Value>::Iterator::operator*() const {
-  return {*tree_, tree_->child(container_->children, index_)};
+  return {*tree_, tree_->child(container_->children(), index_)};
 }
 
 template <>
 Entry Contents<Entry>::Iterator::operator*() const {
-  const Children& children = container_->children;
-  return {tree_->child(children, index_).bytes, {*tree_, tree_->child(children, children.count + index_)}};
+  const Children children = container_->children();
+  return {tree_->child(children, index_).bytes(), {*tree_, tree_->child(children, children.count + index_)}};
 }
 
 }  // namespace pelmarix::plist

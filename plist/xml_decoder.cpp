@@ -138,6 +138,8 @@ Result<Tree, Error> Decoder::decode() {
 }
 
 bool Decoder::decodeNext() {
+  if (waiting_.size() + tree_.nodes.size() + tree_.nodesForKept > maximumNodes)
+    return fail(Reason::tooLarge, at_);
   skipSpace();
   if (at_ == text_.size())
     return fail(levels_.size() == 1 ? Reason::noObject : Reason::unexpectedEnd, text_.size());
@@ -405,6 +407,7 @@ Result<Tree, Error> decodeXml(std::string_view bytes) {
   Tree tree;
   const Result<std::string_view, Error> text = xmlTextAsUtf8(bytes, tree);
   if (!text) return text.error();
+  if (text->size() > maximumSize) return Error{Reason::tooLarge};
   const std::size_t start = bytes.starts_with(utf8ByteOrderMark) ? utf8ByteOrderMark.size() : 0;
   return Decoder(*text, start, std::move(tree)).decode();
 }

@@ -118,7 +118,7 @@ std::string overlapping(const std::string& marker, const std::string& filling, s
   std::string references;
   for (std::size_t i = 1; i <= objectCount; ++i) references += bigEndianBytes(i, 3);
   BinaryPlist file{.objects = {hex("AF 12") + bigEndianBytes(objectCount, 4) + references, object},
-                   .offsetWidth = 3,
+                   .offsetWidth = 4,
                    .referenceWidth = 3};
   file.furtherOffsets.assign(objectCount - 1, 8 + file.objects[0].size());
   return file.bytes();
@@ -140,12 +140,79 @@ TEST(Heap, staysWithinItsBoundWhateverTheFile) {
       "\xFE\xFF" + repeated(hex("20 AC"), 500000),
       binary({hex("AF 12 FF FF FF FF")}),
       binary({hex("5F 13 00 00 7F FF FF FF FF FF")}),
-      BinaryPlist{.objects = {hex("09")}, .furtherOffsets = std::vector<std::uint64_t>(200000, 8)}.bytes(),
+      BinaryPlist{.objects = {hex("09")},
+                  .referenceWidth = 3,
+                  .furtherOffsets = std::vector<std::uint64_t>(200000, 8)}
+          .bytes(),
       overlapping(hex("5F 12"), std::string(100000, '\xE9'), 50000),
       overlapping(hex("6F 12"), repeated(hex("20 AC"), 50000), 50000),
   };
   for (const std::string& file : files)
     EXPECT_LE(peakOfDecoding(file), heapBound(file)) << file.substr(0, 60);
+}
+
+TEST(Heap, takesForABinaryFileLittleMoreThanOneNodePerObject) {
+  const std::string file = BinaryPlist{.objects = {hex("09")},
+                                       .referenceWidth = 3,
+                                       .furtherOffsets = std::vector<std::uint64_t>(200000, 8)}
+                               .bytes();
+  EXPECT_TRUE(Document::decode(file));
+  EXPECT_LE(peakOfDecoding(file), 20 * std::size_t{200000});
+}
+
+/// What the largest file may take beside its own bytes.
+constexpr std::size_t largestHeap = std::size_t{768} << 20U;
+
+void expectRefused(std::string_view bytes, Reason reason, std::size_t mostHeap = largestHeap) {
+  const HeapMeter heap;
+  const Result<Document, Error> document = Document::decode(bytes);
+  EXPECT_LE(heap.peak(), mostHeap);
+  ASSERT_FALSE(document);
+  EXPECT_EQ(document.error().reason, reason);
+}
+
+TEST(Size, of256MebibytesIsTheMost) {
+  std::string file(std::size_t{256} << 20U, ' ');
+  file.replace(0, 7, "<true/>");
+  EXPECT_TRUE(Document::decode(file));
+  file += ' ';
+  expectRefused(file, Reason::tooLarge, 0);
+}
+
+TEST(Size, of256MebibytesIsTheMostForTheTextInUtf8) {
+  const auto latin1 = [](std::size_t letters) {
+    return "<?xml version='1.0' encoding='ISO-8859-1'?><string>" + std::string(letters, '\xE9') + "</string>";
+  };
+  EXPECT_TRUE(Document::decode(latin1(1000)));
+  expectRefused(latin1(std::size_t{128} << 20U), Reason::tooLarge);
+}
+
+TEST(Size, isBoundedByTheNumberOfValues) {
+  const std::string many = "<array>" + repeated("<key/>", std::size_t{13} << 20U) + "</array>";
+  expectRefused(many, Reason::tooLarge);
+}
+
+TEST(Size, isBoundedByTheNumberOfTextsThatHaveToBeMade) {
+  const std::string many = "<array>" + repeated("<key>&lt;</key>", std::size_t{13} << 18U) + "</array>";
+  expectRefused(many, Reason::tooLarge);
+}
+
+TEST(Size, isBoundedByTheNumberOfObjectsBeforeAnythingIsTakenForThem) {
+  std::string file = "bplist00\x09" + std::string((std::size_t{12} << 20U) + 1, '\x08');
+  file += hex("00 00 00 00 00 00 01 04") + bigEndianBytes((std::size_t{12} << 20U) + 1, 8) +
+          bigEndianBytes(0, 8) + bigEndianBytes(9, 8);
+  expectRefused(file, Reason::tooLarge, 1000);
+}
+
+/// Each object is another place of the same text, which has to be made for each.
+TEST(Size, isBoundedByTheNumberOfObjectsThatHaveToBeMade) {
+  const std::string file = overlapping(hex("5F 12"), "\xE9", std::size_t{4} << 20U);
+  expectRefused(file, Reason::tooLarge);
+}
+
+TEST(Overlap, isRefusedWhenItMakesMoreThanTheLargestFileHas) {
+  const std::string file = overlapping(hex("5F 12"), std::string(std::size_t{40} << 20U, '\xE9'), 15);
+  expectRefused(file, Reason::tooMuchOverlap);
 }
 
 TEST(Overlap, isAcceptedWhileTheObjectsTogetherAreOfTheFilesOrder) {
