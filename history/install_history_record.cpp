@@ -9,18 +9,26 @@
 namespace pelmarix {
 namespace {
 
-// Bytes of memory for each byte of the list, and beside that.
+// Bytes of memory for each byte of the list, beside that, and at most.
 constexpr std::size_t maximumGrowth = 64;
-constexpr std::size_t minimumBudget = std::size_t{1} << 20U;
+constexpr std::size_t minimumBudget = std::size_t{16} << 20U;
+constexpr std::size_t maximumBudget = std::size_t{384} << 20U;
+// What an entry takes as record, as item and as line of the report, beside its texts; and how often those are
+// held then: by group, item and line, by the report as it grows, and by the screen, in two bytes a character.
+constexpr std::size_t costOfEntry = 400;
+constexpr std::size_t copiesOfText = 10;
 // Looking through an entry's keys takes time, for which each of them counts as so much memory.
 constexpr std::size_t costOfKey = 16;
 
-std::size_t costOf(const theReceipts& record) {
-  return sizeof record + record.displayName.size() + record.displayVersion.size() +
-         (record.contentType ? record.contentType->size() : 0);
+// Takes `cost` off the budget; false when it isn't there.
+bool spend(std::size_t cost, std::size_t& budget) {
+  if (cost > budget) return false;
+  budget -= cost;
+  return true;
 }
 
-std::optional<theReceipts> decodeEntry(plist::Value entry) {
+std::optional<theReceipts> decodeEntry(plist::Value entry, std::size_t& budget) {
+  if (!spend(entry.count() * costOfKey, budget)) return std::nullopt;
   const auto dateValue = entry.find("date");
   const auto nameValue = entry.find("displayName");
   const auto versionValue = entry.find("displayVersion");
@@ -30,20 +38,15 @@ std::optional<theReceipts> decodeEntry(plist::Value entry) {
   const auto version = versionValue->string();
   if (!date || !isFinite(*date) || !name || !version) return std::nullopt;
 
-  theReceipts record{std::nullopt, *date, std::string(*name), std::string(*version)};
+  std::optional<std::string_view> contentType;
   if (const auto contentTypeValue = entry.find("contentType")) {
-    const auto contentType = contentTypeValue->string();
+    contentType = contentTypeValue->string();
     if (!contentType) return std::nullopt;
-    record.contentType = *contentType;
   }
-  return record;
-}
-
-// Takes `cost` off the budget; false when it isn't there.
-bool spend(std::size_t cost, std::size_t& budget) {
-  if (cost > budget) return false;
-  budget -= cost;
-  return true;
+  const std::size_t textSize = name->size() + version->size() + contentType.value_or("").size();
+  if (!spend(costOfEntry + copiesOfText * textSize, budget)) return std::nullopt;
+  return theReceipts{contentType ? std::optional<std::string>(*contentType) : std::nullopt, *date,
+                     std::string(*name), std::string(*version)};
 }
 
 }  // namespace
@@ -52,13 +55,13 @@ std::optional<std::vector<theReceipts>> decodeInstallHistory(std::string_view by
   const auto document = plist::Document::decode(bytes);
   if (!document || document->root().type() != plist::Type::array) return std::nullopt;
 
-  std::size_t budget = bytes.size() * maximumGrowth + minimumBudget;
+  std::size_t budget = std::min(bytes.size() * maximumGrowth + minimumBudget, maximumBudget);
   std::vector<theReceipts> records;
-  records.reserve(std::min(document->root().count(), budget / sizeof(theReceipts)));
   for (const plist::Value entry : document->root().elements()) {
-    if (!spend(entry.count() * costOfKey, budget)) return std::nullopt;
-    std::optional<theReceipts> record = decodeEntry(entry);
-    if (!record || !spend(costOf(*record), budget)) return std::nullopt;
+    std::optional<theReceipts> record = decodeEntry(entry, budget);
+    if (!record) return std::nullopt;
+    // Not before there is an entry: a count alone may be that of twenty million places of one number.
+    if (records.empty()) records.reserve(std::min(document->root().count(), budget / costOfEntry + 1));
     records.push_back(*std::move(record));
   }
   return records;

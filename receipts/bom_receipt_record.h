@@ -15,8 +15,8 @@ struct theBoMReceipt {
 };
 
 /// The receipt in `bytes`, a property list, XML or binary, whose root is a dictionary; keys are compared
-/// exactly and others are ignored. Nothing when it is anything else, lacks a key or has a value of another
-/// type.
+/// exactly and others are ignored. Nothing when it is anything else, lacks a key, has a value of another type
+/// or an identifier of more than 1 MiB.
 std::optional<theBoMReceipt> decodeBoMReceipt(std::string_view bytes);
 
 }  // namespace pelmarix

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/plist/heap_meter.h"
 #include "tests/support/property_list_text.h"
 
 namespace pelmarix {
@@ -102,9 +103,10 @@ TEST(InstallHistoryRecord, OfAnEmptyArrayIsAnEmptyList) {
 }
 
 /// A binary property list: an array that names one entry `count` times. The entry has a date of these
-/// big-endian bytes, the name, a version, and `moreKeys` times the version under its key again.
+/// big-endian bytes, the name, a version, and `moreKeys` times the version under its key again. `unused`
+/// bytes are part of nothing.
 std::string binaryHistory(std::size_t count, const std::string& name, const std::string& dateBytes,
-                          std::size_t moreKeys = 0) {
+                          std::size_t moreKeys = 0, std::size_t unused = 0) {
   std::string bytes = "bplist00";
   std::vector<std::size_t> offsets;
   const auto appendBigEndian = [&](std::size_t value, int width) {
@@ -135,6 +137,7 @@ std::string binaryHistory(std::size_t count, const std::string& name, const std:
   bytes += '\x33' + dateBytes;
   appendText(name);
   appendText("1");
+  bytes.append(unused, 'u');
   const std::size_t table = bytes.size();
   for (const std::size_t offset : offsets) appendBigEndian(offset, 4);
   bytes += std::string("\0\0\0\0\0\0\x04\x01", 8);
@@ -164,6 +167,31 @@ TEST(InstallHistoryRecord, NamingOneLongTextInManyPlacesIsRefusedBeforeItFillsTh
   const std::string bytes = binaryHistory(200'000, std::string(200'000, 'a'), oneSecond);
   ASSERT_LT(bytes.size(), 500'000u);  // the copies would take 40 gigabytes
   EXPECT_FALSE(decodeInstallHistory(bytes));
+}
+
+TEST(InstallHistoryRecord, NamingANumberInManyPlacesIsRefusedBeforeAnythingIsTakenForThePlaces) {
+  constexpr std::size_t places = 20'000'000;
+  std::string bytes = binaryHistory(places, "a", oneSecond);
+  const std::size_t firstPlace = std::string("bplist00").size() + 6;
+  bytes.replace(firstPlace, places, places, '\x07');  // the version is no entry
+  const HeapMeter heap;
+  EXPECT_FALSE(decodeInstallHistory(bytes));
+  EXPECT_LE(heap.peak(), 10'000u);
+}
+
+TEST(InstallHistoryRecord, OfALongTextIsRefusedBeforeTheTextIsCopied) {
+  const std::string bytes = binaryHistory(1, std::string(60'000'000, 'a'), oneSecond);
+  const HeapMeter heap;
+  EXPECT_FALSE(decodeInstallHistory(bytes));
+  EXPECT_LE(heap.peak(), 10'000u);
+}
+
+TEST(InstallHistoryRecord, TakesLittleMemoryHoweverLargeTheFile) {
+  const std::string bytes = binaryHistory(1'000'000, "a", oneSecond, 0, 20'000'000);
+  const HeapMeter heap;
+  EXPECT_FALSE(decodeInstallHistory(bytes));
+  EXPECT_LE(heap.peak(), 200'000'000u);
+  EXPECT_TRUE(decodeInstallHistory(binaryHistory(200'000, "a", oneSecond, 0, 20'000'000)));
 }
 
 TEST(InstallHistoryRecord, OfManyKeysNamedInManyPlacesIsRefusedBeforeItTakesForEver) {

@@ -66,6 +66,14 @@ TEST(BoMReceiptRecord, IsReadFromABinaryPropertyListToo) {
   EXPECT_EQ(record->InstallDate, Date{2});
 }
 
+TEST(BoMReceiptRecord, RefusesAnIdentifierOfMoreThanAMebibyte) {
+  const auto identified = [](std::size_t size) {
+    return decode(key("PackageIdentifier", string(std::string(size, 'i'))) + aDate);
+  };
+  EXPECT_TRUE(identified(1048576));
+  EXPECT_FALSE(identified(1048577));
+}
+
 TEST(BoMReceiptRecord, RefusesADateThatIsNotFinite) {
   EXPECT_FALSE(decodeBoMReceipt(binaryReceipt("pkg", std::numeric_limits<double>::infinity())));
   EXPECT_FALSE(decodeBoMReceipt(binaryReceipt("pkg", std::numeric_limits<double>::quiet_NaN())));
