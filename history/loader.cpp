@@ -64,19 +64,19 @@ std::optional<std::int64_t> classify(const theReceipts& entry) {
   return std::nullopt;
 }
 
-std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theReceipts>& entries) {
+std::vector<std::shared_ptr<History>> groupInstallHistory(std::vector<theReceipts> entries) {
   std::vector<std::shared_ptr<History>> groups;
   // Shown only where no system install begins another: what came before the first one is left out.
   auto current = std::make_shared<History>("Listing 0");
-  for (const theReceipts& entry : entries) {
+  for (theReceipts& entry : entries) {
     const std::optional<std::int64_t> type = classify(entry);
     if (!type) continue;
     if (*type == history_type::systemInstall) {
       current = std::make_shared<History>(entry.displayName + " " + entry.displayVersion);
       groups.push_back(current);
     }
-    current->children.push_back(
-        std::make_shared<HistoryItem>(entry.displayName, entry.displayVersion, entry.date, *type));
+    current->children.push_back(std::make_shared<HistoryItem>(
+        std::move(entry.displayName), std::move(entry.displayVersion), entry.date, *type));
   }
   if (groups.empty() && !entries.empty()) groups.push_back(std::move(current));
   return groups;
@@ -85,8 +85,13 @@ std::vector<std::shared_ptr<History>> groupInstallHistory(const std::vector<theR
 }  // namespace
 
 std::vector<std::shared_ptr<History>> readInstallHistory() {
-  if (const auto bytes = platform::FileManager::defaultManager().readFile(installHistoryPath))
-    if (const auto entries = decodeInstallHistory(*bytes)) return groupInstallHistory(*entries);
+  auto groups = platform::FileManager::defaultManager().decodeFile(
+      installHistoryPath, [](std::string_view bytes) -> std::optional<std::vector<std::shared_ptr<History>>> {
+        auto entries = decodeInstallHistory(bytes);
+        if (!entries) return std::nullopt;
+        return groupInstallHistory(*std::move(entries));
+      });
+  if (groups && *groups) return **std::move(groups);
   platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read install history.");
   return {};
 }

@@ -5,10 +5,12 @@
 #pragma once
 
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 #include <vector>
 
 #include "base/result.h"
@@ -37,6 +39,18 @@ class FileManager {
   /// The whole file's bytes. Fails when the file is missing, can't be read, is too large, or isn't a regular
   /// file: a folder, a FIFO or a device is refused without being read or waited for.
   virtual Result<std::string, std::error_code> readFile(const std::string& path) = 0;
+
+  /// What `decode` makes of the whole file's bytes. Fails where readFile does, and where there is not enough
+  /// memory for either.
+  template <typename Decode>
+  Result<std::invoke_result_t<Decode, std::string_view>, std::error_code> decodeFile(const std::string& path,
+                                                                                     Decode decode) try {
+    const auto bytes = readFile(path);
+    if (!bytes) return bytes.error();
+    return decode(std::string_view(*bytes));
+  } catch (const std::bad_alloc&) {
+    return std::make_error_code(std::errc::not_enough_memory);
+  }
 
   /// Writes the parts one after the other into the file in place, replacing what it held. `path` is one that
   /// the user chose and is taken as it stands. The error's message is the system's own description. A write

@@ -3,8 +3,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <new>
-
 namespace pelmarix::posix {
 
 Result<RegularFile, std::error_code> RegularFile::open(const std::string& path) {
@@ -28,7 +26,7 @@ Result<std::size_t, std::error_code> RegularFile::read(char* bytes, std::size_t 
   return total;
 }
 
-Result<std::string, std::error_code> RegularFile::readToEnd() try {
+Result<std::string, std::error_code> RegularFile::readToEnd() {
   if (size_ > maximumSize) return std::make_error_code(std::errc::file_too_large);
   // One byte more than expected, so that one call both reads the file and finds its end.
   std::string contents(static_cast<std::size_t>(size_) + 1, '\0');
@@ -43,8 +41,6 @@ Result<std::string, std::error_code> RegularFile::readToEnd() try {
   }
   contents.resize(total);
   return contents;
-} catch (const std::bad_alloc&) {
-  return std::make_error_code(std::errc::not_enough_memory);
 }
 
 }  // namespace pelmarix::posix

@@ -25,12 +25,11 @@ class RegularFile {
   /// Reads on from where the last call ended: `size` bytes, or fewer where the file ends.
   Result<std::size_t, std::error_code> read(char* bytes, std::size_t size);
 
-  /// Reads on to the end. Files of more than maximumSize bytes are refused, and so are those that there isn't
-  /// enough memory for.
+  /// Reads on to the end. Files of more than maximumSize bytes are refused.
   Result<std::string, std::error_code> readToEnd();
 
-  /// 1 GiB: a property list of the system has less than a thousandth of it.
-  static constexpr std::size_t maximumSize = std::size_t{1} << 30U;
+  /// 256 MiB: a property list of the system has less than a hundredth of it.
+  static constexpr std::size_t maximumSize = std::size_t{256} << 20U;
 
  private:
   RegularFile(FileDescriptor file, std::uintmax_t size) : file_(std::move(file)), size_(size) {}

@@ -42,16 +42,15 @@ void BoM::readBoMPLists() {
       if (!entry->ends_with(extension)) continue;
       std::string path = receiptsFolder;
       path += *entry;
-      const auto contents = files.readFile(path);
-      if (!contents) {
+      auto receipt = files.decodeFile(path, decodeBoMReceipt);
+      if (!receipt) {
         platform::showErrorAlert(platform::lastActionErrorMessage, "Couldn't read BoM PLists.");
         continue;
       }
-      auto receipt = decodeBoMReceipt(*contents);
-      if (!receipt) continue;
+      if (!*receipt) continue;
       path.resize(path.size() - extension.size());
-      items.push_back(std::make_shared<BoMItem>(std::move(receipt->PackageIdentifier), receipt->InstallDate,
-                                                std::move(path)));
+      items.push_back(std::make_shared<BoMItem>(std::move((*receipt)->PackageIdentifier),
+                                                (*receipt)->InstallDate, std::move(path)));
     }
   }
   std::stable_sort(items.begin(), items.end(),

@@ -20,10 +20,25 @@ int number(std::string_view digits) {
   return error == std::errc() && stop == end && result >= 0 ? result : 0;
 }
 
-// The text under a key; empty when it is missing or no text.
+// In bytes. It stands in the window's title.
+constexpr std::size_t longestVersion = 255;
+
+// The text under a key; empty when it is missing, no text, or longer than versions are.
 std::string text(plist::Value dictionary, std::string_view key) {
   const std::optional<plist::Value> value = dictionary.find(key);
-  return std::string(value ? value->string().value_or("") : "");
+  const std::string_view found = value ? value->string().value_or("") : "";
+  return std::string(found.size() > longestVersion ? "" : found);
+}
+
+struct ToldVersion {
+  std::string version;  // empty when the file doesn't tell
+  std::string build;
+};
+
+ToldVersion decodeSystemVersion(std::string_view bytes) {
+  const auto decoded = plist::Document::decode(bytes);
+  if (!decoded) return {};
+  return {text(decoded->root(), "ProductVersion"), text(decoded->root(), "ProductBuildVersion")};
 }
 
 }  // namespace
@@ -43,15 +58,10 @@ VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files, const posix::
     versionString_ = toUtf8(QSysInfo::prettyProductName());
     version_ = versionNumbers(toUtf8(QSysInfo::productVersion()));
   }
-  const auto contents = files.readFile(systemVersionFile);
-  if (!contents) return;
-  const auto decoded = plist::Document::decode(*contents);
-  if (!decoded) return;
-  const std::string version = text(decoded->root(), "ProductVersion");
-  if (version.empty()) return;
-  const std::string build = text(decoded->root(), "ProductBuildVersion");
-  versionString_ = "Version " + version + (build.empty() ? "" : " (Build " + build + ")");
-  version_ = versionNumbers(version);
+  const auto told = files.decodeFile(systemVersionFile, decodeSystemVersion);
+  if (!told || told->version.empty()) return;
+  versionString_ = "Version " + told->version + (told->build.empty() ? "" : " (Build " + told->build + ")");
+  version_ = versionNumbers(told->version);
 }
 
 }  // namespace pelmarix::qt

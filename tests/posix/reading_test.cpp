@@ -1,7 +1,10 @@
 // The two readers of the system's files on real files: the install history and the receipts.
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include <filesystem>
+#include <fstream>
+#include <functional>
 
 #include "history/loader.h"
 #include "posix/posix_file_manager.h"
@@ -209,6 +212,41 @@ TEST_F(ReceiptScan, AlertsForAReceiptWithAHoleOfATerabyte) {
   EXPECT_THAT(services.alerts, ElementsAre(receiptAlert));
 }
 
+#ifndef PELMARIX_SANITIZED  // a sanitizer's allocator ends the process where the real one throws
+
+/// Runs `body` in a child process with so little memory beside what that has already.
+std::string withMemory(std::size_t size, const std::function<std::string()>& body) {
+  return test::inChild([&]() -> std::string {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const std::size_t all = pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + size;
+    const rlimit limit = {all, all};
+    return setrlimit(RLIMIT_AS, &limit) == 0 ? body() : "no limit set";
+  });
+}
+
+TEST_F(ReceiptScan, AlertsForAReceiptThatThereIsNoMemoryToDecodeAndGoesOn) {
+  // A few kilobytes on disk: the table of eight million objects is a hole.
+  constexpr std::uintmax_t objects = std::uintmax_t{8} << 20U;
+  const std::string file = add("holes.plist", "bplist00\x09");
+  std::filesystem::resize_file(file, 9 + objects);
+  std::string trailer(32, '\0');
+  trailer[6] = 1;
+  trailer[7] = 4;
+  trailer[13] = static_cast<char>(objects >> 16U);
+  trailer[31] = 9;
+  std::ofstream(file, std::ios::binary | std::ios::app) << trailer;
+  add("good.plist", receipt("good"));
+  const std::string found = withMemory(std::size_t{64} << 20U, [&] {
+    std::string names;
+    for (const auto& name : scan()) names += name + " ";
+    return names + std::to_string(services.alerts.size());
+  });
+  EXPECT_EQ(found, "good 1");
+}
+
+#endif
+
 class HistoryLoader : public Reading {
  protected:
   void write(const std::string& contents) const {
@@ -272,6 +310,26 @@ TEST_F(HistoryLoader, AlertsOnceWhenTheFileMayNotBeRead) {
   });
   EXPECT_EQ(found, "0 groups, 1 alerts");
 }
+
+#ifndef PELMARIX_SANITIZED
+
+TEST_F(HistoryLoader, ReadsAllOrAlertsOnceHoweverLittleMemoryThereIs) {
+  std::string entries;
+  for (int i = 0; i < 20000; ++i) entries += entry("macOS Mojave of a long name", "10.14.1.18B75.100.1");
+  write("<plist><array>" + entries + "</array></plist>");
+  std::vector<std::string> outcomes;
+  for (std::size_t size = 0; outcomes.empty() || outcomes.back() != "20000 groups, 0 alerts";
+       size += 1U << 20U)
+    outcomes.push_back(withMemory(size, [&] {
+      const std::string read = std::to_string(groups().size());
+      return read + " groups, " + std::to_string(services.alerts.size()) + " alerts";
+    }));
+  outcomes.pop_back();
+  EXPECT_GT(outcomes.size(), 8U);
+  EXPECT_THAT(outcomes, testing::Each("0 groups, 1 alerts"));
+}
+
+#endif
 
 TEST_F(HistoryLoader, AlertsOnceWhenOneEntryOfTheFileIsNoEntry) {
   write("<plist><array>" + entry("macOS Mojave", "10.14") + "<dict/></array></plist>");

@@ -30,6 +30,15 @@ VolumeProcessInfo infoOf(const std::string& systemVersion) {
 
 std::string dictionary(const std::string& entries) { return "<plist><dict>" + entries + "</dict></plist>"; }
 
+TEST(VolumeProcessInfo, TellsNoVersionThatIsLongerThanVersionsAre) {
+  const auto titleOf = [](const std::string& version) {
+    return infoOf(dictionary("<key>ProductVersion</key><string>" + version + "</string>"))
+        .operatingSystemVersionString();
+  };
+  EXPECT_EQ(titleOf(std::string(255, '1')), "Version " + std::string(255, '1'));
+  EXPECT_EQ(titleOf(std::string(256, '1')), titleOf(""));
+}
+
 TEST(VolumeProcessInfo, TellsVersionAndBuildOfTheVolume) {
   const auto info =
       infoOf(dictionary("<key>ProductBuildVersion</key><string>18G103</string>"
