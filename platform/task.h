@@ -4,7 +4,10 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
+
+#include "base/result.h"
 
 namespace pelmarix::platform {
 
@@ -22,7 +25,7 @@ class Pipe {
 
   virtual ~Pipe() = default;
   /// Blocks until the child has closed its end; every byte in order. Empty when no child was started.
-  virtual std::string readDataToEndOfFile() = 0;
+  virtual Result<std::string, std::error_code> readDataToEndOfFile() = 0;
 };
 
 /// One child process, launched once. Destroying a task whose child still runs ends the child.

@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
 
@@ -110,20 +110,17 @@ PosixPipe::PosixPipe() {
   writeEnd_ = FileDescriptor(ends[1]);
 }
 
-std::string PosixPipe::readDataToEndOfFile() {
+Result<std::string, std::error_code> PosixPipe::readDataToEndOfFile() {
   // An end of our own would keep the pipe from ending, were the child never launched.
   closeWriteEnd();
-  constexpr std::size_t firstSize = std::size_t{64} << 10U;
+  std::array<char, std::size_t{64} << 10U> bytes;  // what a pipe holds
   std::string data;
-  std::size_t size = 0;
   for (;;) {
-    if (size == data.size()) data.resize(std::max(firstSize, 2 * size));
-    const auto count = readSome(readEnd_, data.data() + size, data.size() - size);
-    if (!count || *count == 0) break;
-    size += *count;
+    const auto count = readSome(readEnd_, bytes.data(), bytes.size());
+    if (!count) return count.error();
+    if (*count == 0) return data;
+    data.append(bytes.data(), *count);
   }
-  data.resize(size);
-  return data;
 }
 
 std::string locateProgram(const std::string& path, const std::string& companionFolder) {

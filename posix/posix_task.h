@@ -16,7 +16,7 @@ class PosixPipe final : public platform::Pipe {
   /// Throws TaskLaunchError when there are no descriptors to be had.
   PosixPipe();
 
-  std::string readDataToEndOfFile() override;
+  Result<std::string, std::error_code> readDataToEndOfFile() override;
 
   int writeEnd() const { return writeEnd_.get(); }
   /// Leaves the write end to the child alone, so that the child's end is the end of what is read.

@@ -25,12 +25,13 @@ std::string BoMItem::listBoM() const {
   task->launch();
   // Reading comes first: a lister with much to say would wait for room in a full pipe while it was waited
   // for.
-  std::string output = pipe->readDataToEndOfFile();
+  Result<std::string, std::error_code> output = pipe->readDataToEndOfFile();
+  if (!output) return noBomInformation;  // the end of the task is that of a lister that still writes
   task->waitUntilExit();
 
-  if (task->terminationStatus() != 0 || output.empty()) return noBomInformation;
-  if (!isValidUtf8(output)) fatalStop("the lister printed what is not UTF-8");
-  return output;
+  if (task->terminationStatus() != 0 || output->empty()) return noBomInformation;
+  if (!isValidUtf8(*output)) fatalStop("the lister printed what is not UTF-8");
+  return *std::move(output);
 }
 
 void BoM::readBoMPLists() {

@@ -25,9 +25,9 @@ class BoMItem final : public platform::Object {
       : name(std::move(nameOfPackage)), installDate(dateOfInstall), path(std::move(pathOfReceipt)) {}
 
   /// Runs the system's lister on the receipt's bill of materials and returns all that it prints, or
-  /// noBomInformation when it ends with another status than 0 or prints nothing. Blocks until the lister has
-  /// ended. Throws TaskLaunchError when it can't be started; output that is not UTF-8 from a lister that
-  /// succeeded stops the program.
+  /// noBomInformation when it ends with another status than 0, prints nothing or can't be heard. Blocks until
+  /// the lister has ended. Throws TaskLaunchError when it can't be started; output that is not UTF-8 from a
+  /// lister that succeeded stops the program.
   std::string listBoM() const;
 
   const std::string name;  ///< the package's identifier

@@ -35,7 +35,8 @@ Ended run(const std::string& program, const std::vector<std::string>& arguments 
   task.setStandardOutput(pipe);
   task.launch();
   Ended ended;
-  ended.output = pipe.readDataToEndOfFile();
+  const auto output = pipe.readDataToEndOfFile();
+  ended.output = output ? *output : output.error().message();
   task.waitUntilExit();
   ended.status = task.terminationStatus();
   return ended;
@@ -299,7 +300,23 @@ TEST(Task, GivesAnEmptyOutputAfterALaunchThatFailed) {
   task.setLaunchPath("/nonexistent/lister");
   task.setStandardOutput(pipe);
   EXPECT_THROW(task.launch(), platform::TaskLaunchError);
-  EXPECT_EQ(pipe.readDataToEndOfFile(), "");
+  EXPECT_EQ(*pipe.readDataToEndOfFile(), "");
+}
+
+TEST(Task, TellsAnErrorOfReadingFromTheEndOfTheOutput) {
+  const TemporaryFolder folder;
+  const std::string outcome = test::inChild([&]() -> std::string {
+    const std::vector<std::string> before = openDescriptors();
+    PosixPipe pipe;
+    // Something else takes the place of the end that is read from: a folder, which can't be read.
+    for (const std::string& descriptor : openDescriptors())
+      if (std::find(before.begin(), before.end(), descriptor) == before.end() &&
+          std::stoi(descriptor) != pipe.writeEnd())
+        dup2(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY), std::stoi(descriptor));
+    const auto output = pipe.readDataToEndOfFile();
+    return output ? "read [" + *output + "]" : output.error().message();
+  });
+  EXPECT_EQ(outcome, std::make_error_code(std::errc::is_a_directory).message());
 }
 
 TEST(Task, LeavesNoDescriptorOpenAndNoChildBehind) {
@@ -323,7 +340,7 @@ TEST(Task, ThatIsDestroyedEndsItsChildAndLeavesNoZombie) {
     task.setStandardOutput(pipe);
     task.launch();
   }
-  EXPECT_EQ(pipe.readDataToEndOfFile(), "");
+  EXPECT_EQ(*pipe.readDataToEndOfFile(), "");
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
 }
 
@@ -426,6 +443,23 @@ TEST_F(Listing, IsTheFixedTextWhenTheListerFailsOrPrintsNothing) {
   EXPECT_EQ(listing("exit 0\n"), noBomInformation);
   EXPECT_EQ(listing("echo partly; kill -KILL $$\n"), noBomInformation);
   EXPECT_EQ(listing("printf '\\377'; exit 1\n"), noBomInformation);
+}
+
+TEST_F(Listing, FailsToTheCallerWhenThereIsNoMemoryForItAndEndsTheLister) {
+#ifdef PELMARIX_SANITIZED
+  GTEST_SKIP() << "a sanitizer's allocator ends the process where the real one reports";
+#else
+  const std::string outcome = test::inChild([&]() -> std::string {
+    const rlimit little = {std::size_t{200} << 20U, std::size_t{200} << 20U};
+    if (setrlimit(RLIMIT_AS, &little) != 0) return "no limit set";
+    try {
+      return "listed " + std::to_string(listing("exec yes\n").size());
+    } catch (const std::bad_alloc&) {
+      return waitpid(-1, nullptr, 0) < 0 && errno == ECHILD ? "no memory and no child" : "no memory";
+    }
+  });
+  EXPECT_EQ(outcome, "no memory and no child");
+#endif
 }
 
 TEST_F(Listing, FailsToTheCallerWhenTheListerCannotBeStarted) {

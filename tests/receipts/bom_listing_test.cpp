@@ -25,6 +25,7 @@ class ScriptedLister {
   std::string output;
   int status = 0;
   bool cannotBeStarted = false;
+  bool cannotBeRead = false;
   std::string launchPath;
   std::vector<std::string> arguments;
   std::vector<std::string> steps;
@@ -33,8 +34,9 @@ class ScriptedLister {
   class ScriptedPipe final : public platform::Pipe {
    public:
     explicit ScriptedPipe(ScriptedLister& lister) : lister_(lister) {}
-    std::string readDataToEndOfFile() override {
+    Result<std::string, std::error_code> readDataToEndOfFile() override {
       lister_.steps.emplace_back("read");
+      if (lister_.cannotBeRead) return std::make_error_code(std::errc::io_error);
       return lister_.output;
     }
 
@@ -103,6 +105,13 @@ TEST_F(Listing, OfAFailedListerMayBeAnyBytes) {
   lister.output = "\xFF";
   lister.status = 9;
   EXPECT_EQ(list(), "No information available from a Bom file");
+}
+
+TEST_F(Listing, ThatCannotBeReadToItsEndIsTheFixedText) {
+  lister.output = "./half\t1\n";
+  lister.cannotBeRead = true;
+  EXPECT_EQ(list(), "No information available from a Bom file");
+  EXPECT_THAT(lister.steps, ElementsAre("connect", "launch", "read"));
 }
 
 TEST_F(Listing, OfNoOutputIsTheFixedText) { EXPECT_EQ(list(), "No information available from a Bom file"); }

@@ -15,7 +15,7 @@ using testing::NotNull;
 class EchoingPipe final : public platform::Pipe {
  public:
   explicit EchoingPipe(std::vector<std::string>& listed) : listed_(listed) {}
-  std::string readDataToEndOfFile() override { return listed_.back() + "\n"; }
+  Result<std::string, std::error_code> readDataToEndOfFile() override { return listed_.back() + "\n"; }
 
  private:
   std::vector<std::string>& listed_;

@@ -56,7 +56,7 @@ TEST_F(MachineServicesTest, RunChildProcesses) {
   task->setArguments({"text"});
   task->setStandardOutput(*pipe);
   task->launch();
-  EXPECT_EQ(pipe->readDataToEndOfFile(), "text\n");
+  EXPECT_EQ(*pipe->readDataToEndOfFile(), "text\n");
   task->waitUntilExit();
   EXPECT_EQ(task->terminationStatus(), 0);
 }
@@ -67,7 +67,7 @@ TEST_F(MachineServicesTest, FindProgramsBesideTheRunningOne) {
   task->setLaunchPath("/nonexistent/print_received");
   task->setStandardOutput(*pipe);
   task->launch();
-  EXPECT_EQ(pipe->readDataToEndOfFile().compare(0, 10, "argument ["), 0);
+  EXPECT_EQ(pipe->readDataToEndOfFile()->compare(0, 10, "argument ["), 0);
   task->waitUntilExit();
 }
 

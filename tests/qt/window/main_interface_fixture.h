@@ -38,7 +38,7 @@ class InstantLister {
  private:
   struct InstantPipe final : platform::Pipe {
     explicit InstantPipe(InstantLister& pipesLister) : lister(pipesLister) {}
-    std::string readDataToEndOfFile() override { return lister.output; }
+    Result<std::string, std::error_code> readDataToEndOfFile() override { return lister.output; }
     InstantLister& lister;
   };
   struct InstantTask final : platform::Task {
