@@ -6,25 +6,31 @@
 #include <QMessageBox>
 #include <QScopeGuard>
 #include <concepts>
-#include <exception>
+#include <new>
+#include <system_error>
 #include <utility>
 
+#include "platform/alert.h"
 #include "platform/bundle.h"
+#include "platform/task.h"
 #include "qt/services/text_conversion.h"
 #include "ui_main_window.h"
 
 namespace pelmarix::qt {
 namespace {
 
-// The same action; what it throws ends it and nothing else.
+// The same action; a lister that can't be started ends it in silence, and memory that runs out with an alert.
 template <typename Action>
 auto guarded(Action action) {
   return [action = std::move(action)](auto... arguments) requires(
       std::invocable<const Action&, decltype(arguments)...>) {
     try {
       action(arguments...);
-    } catch (const std::exception&) {
+    } catch (const platform::TaskLaunchError&) {
       return;
+    } catch (const std::bad_alloc&) {
+      platform::showErrorAlert(platform::lastActionErrorMessage,
+                               std::make_error_code(std::errc::not_enough_memory).message());
     }
   };
 }
@@ -168,7 +174,7 @@ void MainInterface::connectFocus() {
 }
 
 void MainInterface::show() {
-  controller_.viewDidLoad();
+  guarded([this] { controller_.viewDidLoad(); })();
   ui_->outline->setFocus();
   window_.show();
   controller_.viewDidAppear();

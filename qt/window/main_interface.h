@@ -41,7 +41,7 @@ class MainInterface final {
   void connectMenus(AppDelegate& delegate);
   // Lets Find, Copy and Select All work on what has the focus.
   void connectFocus();
-  // What the action throws ends it and nothing else.
+  // What the action throws ends it and nothing else; memory that runs out is told by an alert.
   template <typename Sender, typename Signal, typename Action>
   void on(Sender* sender, Signal signal, Action action);
   // A panel that is open already comes to the front.

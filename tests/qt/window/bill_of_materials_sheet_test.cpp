@@ -98,6 +98,21 @@ TEST_F(BillOfMaterialsSheet, StaysAwayWhenTheListerCannotBeStarted) {
   EXPECT_NE(sheet(), nullptr);
 }
 
+TEST_F(BillOfMaterialsSheet, StaysAwayAndAnAlertTellsThatThereIsNotEnoughMemoryForTheListing) {
+  table().selectRow(0);
+  lister.whileRunning = [] { throw std::bad_alloc(); };
+  click("showBillOfMaterials");
+  finishClosing();
+  EXPECT_EQ(sheet(), nullptr);
+  EXPECT_THAT(services.alerts,
+              testing::ElementsAre(errorAlert("An error occurred in your last action:",
+                                              std::make_error_code(std::errc::not_enough_memory).message())));
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+  lister.whileRunning = [] {};
+  click("showBillOfMaterials");
+  EXPECT_NE(sheet(), nullptr);
+}
+
 TEST_F(BillOfMaterialsSheet, ShowsABusyPointerWhileTheListerRuns) {
   table().selectRow(0);
   Qt::CursorShape shape = Qt::ArrowCursor;

@@ -78,6 +78,21 @@ TEST_F(MainInterface, IsEmptyButForTwoLineFeedsWithoutHistoryAndReceipts) {
             QStringLiteral("No receipts were found in\n/System/Library/Receipts/"));
 }
 
+TEST_F(MainInterface, AppearsWithWhatThereIsWhenMemoryRunsOutAsItLoads) {
+  fileManager.files.erase("/Library/Receipts/InstallHistory.plist");
+  services.answer = [](const ShownAlert& alert) {
+    if (alert.informativeText == "Couldn't read install history.") throw std::bad_alloc();
+    return platform::alertFirstButtonReturn;
+  };
+  show();
+  EXPECT_THAT(
+      services.alerts,
+      ElementsAre(errorAlert("An error occurred in your last action:", "Couldn't read install history."),
+                  errorAlert("An error occurred in your last action:",
+                             std::make_error_code(std::errc::not_enough_memory).message())));
+  EXPECT_TRUE(window().isVisible());
+}
+
 TEST_F(MainInterface, NamesAndDescribesWhatAPersonMeets) {
   show();
   const auto nameOf = [this](const char* widget) { return find<QWidget>(widget).accessibleName(); };
