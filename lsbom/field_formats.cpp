@@ -1,6 +1,7 @@
 #include "lsbom/field_formats.h"
 
 #include <chrono>
+#include <string_view>
 
 namespace pelmarix::lsbom {
 namespace {
@@ -30,20 +31,6 @@ std::string groupedNumber(std::uint32_t number) {
   std::string digits = std::to_string(number);
   for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, 1, ',');
   return digits;
-}
-
-std::string quoted(std::string_view path) {
-  std::string result = "\"";
-  for (const char character : path) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x20 || byte == 0x7F) {
-      result += {'\\', digit(byte / 64U), digit(byte / 8U % 8U), digit(byte % 8U)};
-    } else {
-      if (character == '"' || character == '\\') result += '\\';
-      result += character;
-    }
-  }
-  return result += '"';
 }
 
 std::array<char, 24> classicTime(std::uint32_t seconds) {

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace pelmarix::lsbom {
 
@@ -14,10 +13,6 @@ std::string symbolicMode(std::uint16_t mode);
 
 /// "1,234,567".
 std::string groupedNumber(std::uint32_t number);
-
-/// In double quotes; quotes and backslashes behind a backslash, control characters as a backslash and three
-/// octal digits.
-std::string quoted(std::string_view path);
 
 /// Seconds since 1970 in the C library's classic form and in UTC: "Thu Sep 27 04:03:27 2018".
 std::array<char, 24> classicTime(std::uint32_t seconds);

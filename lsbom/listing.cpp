@@ -14,6 +14,12 @@ constexpr std::uint16_t blockDevice = 0060000;
 // The path of the entry that was last moved to.
 class CurrentPath {
  public:
+  // Takes all the memory that it will need, so that a listing that has begun doesn't end for want of some.
+  CurrentPath() {
+    path_.reserve(longestPath);
+    components_.reserve(longestPath + 1);
+  }
+
   // The entries must come in the order of the bom.
   void moveTo(const Entry& entry) {
     while (!components_.empty() && components_.back().id != entry.parent) components_.pop_back();
@@ -61,7 +67,7 @@ class Lister {
 
   void printLine(const Record& record, std::string_view path) {
     if (options_.pathsOnly) {
-      output_.append(path);
+      output_.appendText(path);
     } else if (options_.columns.empty()) {
       printUsualFields(record, path);
     } else {
@@ -90,7 +96,7 @@ class Lister {
   }
 
   void printUsualFields(const Record& record, std::string_view path) {
-    output_.append(path);
+    output_.appendText(path);
     output_.append('\t');
     if (showsMode(record)) output_.appendNumber(record.mode, 8);
     output_.append('\t');
@@ -103,7 +109,7 @@ class Lister {
     output_.appendNumber(part.checksum);
     if (record.kind == Kind::link) {
       output_.append('\t');
-      output_.append(record.linkTarget);
+      output_.appendText(record.linkTarget);
     } else if (options_.modificationTimes) {
       output_.append('\t');
       output_.appendNumber(record.modificationTime);
@@ -122,10 +128,10 @@ class Lister {
   void printColumn(char letter, const Record& record, std::string_view path) {
     switch (letter) {
       case 'f':
-        output_.append(path);
+        output_.appendText(path);
         break;
       case 'F':
-        output_.append(quoted(path));
+        output_.appendQuoted(path);
         break;
       case 'g':
         output_.appendNumber(record.group);
@@ -177,7 +183,7 @@ class Lister {
 
   void printName(const Accounts& accounts, std::uint32_t id) {
     if (const std::string* name = accounts.name(id)) {
-      output_.append(*name);
+      output_.appendText(*name);
     } else {
       output_.appendNumber(id);
     }
@@ -194,13 +200,10 @@ Result<void, std::error_code> list(const BillOfMaterials& bom, const ListOptions
                                    const AccountNames& names, Output& output) {
   Lister lister(options, names, output);
   CurrentPath path;
-  for (std::size_t i = 0; i < bom.size(); ++i) {
+  for (std::size_t i = 0; i < bom.size() && !output.hasFailed(); ++i) {
     const Entry entry = bom.entry(i);
     path.moveTo(entry);
     if (lister.isChosen(entry.record)) lister.printLine(entry.record, path.path());
-    if (output.isFull()) {
-      if (const auto flushed = output.flush(); !flushed) return flushed;
-    }
   }
   return output.flush();
 }

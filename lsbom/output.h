@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <string>
+#include <memory>
 #include <string_view>
 #include <system_error>
 
@@ -12,27 +12,35 @@
 
 namespace pelmarix::lsbom {
 
-/// Writes to a file through a buffer of its own, which grows until it is flushed.
+/// Writes to a file through a buffer of its own. Takes no memory once it is made. After an error nothing more
+/// is written.
 class Output {
  public:
   /// The file is not owned and must outlive the output.
   explicit Output(std::FILE* file);
 
-  void append(char character) { buffer_ += character; }
-  void append(std::string_view characters) { buffer_ += characters; }
+  void append(char character) { append(std::string_view(&character, 1)); }
+  void append(std::string_view characters);
   void appendNumber(std::uint32_t number, int base = 10);
+  /// Bytes that are not UTF-8 each as a backslash and three octal digits.
+  void appendText(std::string_view text);
+  /// The same in double quotes, quotes and backslashes behind a backslash, control characters in octal too.
+  void appendQuoted(std::string_view text);
 
-  /// True when it is time to flush.
-  bool isFull() const { return buffer_.size() >= capacity; }
+  bool hasFailed() const { return bool{error_}; }
 
-  /// Hands everything to the system, and forgets it.
+  /// Hands everything to the system, and forgets it. Fails with the first error there was.
   Result<void, std::error_code> flush();
 
  private:
   static constexpr std::size_t capacity = std::size_t{1} << 17U;
 
+  void appendOctal(char byte);
+
   std::FILE* file_;
-  std::string buffer_;
+  std::unique_ptr<char[]> buffer_;
+  std::size_t size_ = 0;
+  std::error_code error_;
 };
 
 }  // namespace pelmarix::lsbom

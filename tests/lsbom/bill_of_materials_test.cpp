@@ -174,7 +174,9 @@ TEST(BillOfMaterials, ReadsSeveralLevelsOfInnerNodes) {
 TEST(BillOfMaterials, KeepsNamesAsTheyAre) {
   EditableBom bom({{.path = "."}, {.path = "./abcdef"}});
   bom.bytes.replace(bom.block(bom.nameBlock(1)) + 4, 6, "\n/\t\xFF\x01 ");
-  EXPECT_EQ(listingOf(bom.bytes, {.pathsOnly = true}), ".\n./\n/\t\xFF\x01 \n");
+  const auto read = BillOfMaterials::read(bom.bytes);
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->entry(1).name, "\n/\t\xFF\x01 ");
 }
 
 TEST(BillOfMaterials, LetsPathsShareARecord) {
@@ -202,22 +204,22 @@ TEST(BillOfMaterials, DoesNotTrustTheHeadersNumberOfBlocks) {
 TEST(BillOfMaterials, ReadsFoldersThatAreThousandsDeep) {
   std::string path = ".";
   std::vector<BomEntry> entries{{.path = path}};
-  while (entries.size() < 5000) entries.push_back({.path = path += "/d"});
+  while (entries.size() < 2048) entries.push_back({.path = path += "/d"});
   const std::vector<std::string> paths = pathsOf(writeBillOfMaterials(entries));
   ASSERT_EQ(paths.size(), entries.size());
   EXPECT_EQ(paths.back(), path);
 }
 
 TEST(BillOfMaterials, ReadsPathsUpToTheLongest) {
-  const std::string folder(30000, 'f');
+  const std::string folder(2000, 'f');
   const std::string file(longestPath - folder.size() - 1, 'n');
   EXPECT_THAT(pathsOf(writeBillOfMaterials({{.path = folder}, {.path = folder + "/" + file}})),
               ElementsAre(folder, folder + "/" + file));
 }
 
 TEST(BillOfMaterials, ReadsLongNamesAndLongFoldersThatDoNotMeet) {
-  const std::string folder(40000, 'f');
-  const std::string file(50000, 'n');
+  const std::string folder(3000, 'f');
+  const std::string file(longestPath, 'n');
   EXPECT_THAT(pathsOf(writeBillOfMaterials({{.path = folder}, {.path = folder + "/a"}, {.path = file}})),
               ElementsAre(folder, folder + "/a", file));
 }

@@ -38,12 +38,6 @@ TEST(GroupedNumber, PutsACommaEveryThreeDigits) {
   EXPECT_EQ(groupedNumber(4294967295), "4,294,967,295");
 }
 
-TEST(Quoted, KeepsWhatNeedsNoQuoting) { EXPECT_EQ(quoted("./a b/é\xFF"), "\"./a b/é\xFF\""); }
-
-TEST(Quoted, PutsABackslashBeforeQuotesAndBackslashes) { EXPECT_EQ(quoted(R"(a"b\c)"), R"("a\"b\\c")"); }
-
-TEST(Quoted, WritesControlCharactersInOctal) { EXPECT_EQ(quoted("\t\n\x1F\x7F"), R"("\011\012\037\177")"); }
-
 TEST(ClassicTime, IsInUtc) {
   EXPECT_EQ(timeOf(1538021007), "Thu Sep 27 04:03:27 2018");
   EXPECT_EQ(timeOf(0), "Thu Jan  1 00:00:00 1970");

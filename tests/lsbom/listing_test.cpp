@@ -164,6 +164,25 @@ TEST(Listing, PrintsARecordOfUnknownTypeWithoutSizeAndOnlyWhereNothingIsChosen) 
       "");
 }
 
+TEST(Listing, IsUtf8WhateverTheNamesAre) {
+  const std::string bytes = writeBillOfMaterials(
+      {{.path = "."},
+       {.path = "./caf\xE9", .size = 1},
+       {.path = "./caf\u00E9 \\351", .size = 2},
+       {.path = "./link", .kind = BomKind::link, .mode = 0120755, .linkTarget = "\xE2\x82/\u20AC"}});
+  const std::string checksum = std::to_string(sample::posixChecksum("\xE2\x82/\u20AC"));
+  EXPECT_EQ(listingOf(bytes, {.files = true, .pathsOnly = true}), ".\n./caf\u00E9 \\351\n./caf\\351\n");
+  EXPECT_EQ(listingOf(bytes, {.files = true, .columns = "sfF"}),
+            "0\t.\t\".\"\n"
+            "2\t./caf\u00E9 \\351\t\"./caf\u00E9 \\\\351\"\n"
+            "1\t./caf\\351\t\"./caf\\351\"\n");
+  EXPECT_EQ(listingOf(bytes, {.links = true}),
+            "./link\t120755\t0/0\t6\t" + checksum + "\t\\342\\202/\u20AC\n");
+  EXPECT_EQ(listingOf(bytes, {.links = true, .columns = "UG?"},
+                      {Accounts("Ren\xE9:*:0:\n"), Accounts("Ren\u00E9:*:0:\n")}),
+            "Ren\\351\tRen\u00E9\tRen\\351/Ren\u00E9\n");
+}
+
 TEST(Listing, HasWholePathsHoweverManyThereAre) {
   std::vector<BomEntry> entries{{.path = "./a/b/c/first"}};
   std::string expected = ".\n./a\n./a/b\n./a/b/c\n./a/b/c/first\n./a/b/d\n";
