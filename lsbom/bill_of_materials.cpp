@@ -16,6 +16,8 @@ namespace pelmarix::lsbom {
 namespace {
 
 constexpr std::size_t mostSharing = 16;
+// In bytes, so many whatever the size of the file.
+constexpr std::size_t sharingAllowance = std::size_t{4} << 20U;
 
 constexpr std::uint32_t none = UINT32_MAX;
 
@@ -154,6 +156,9 @@ class BillOfMaterials::Reader {
       std::uint32_t next;    // of its children
       std::size_t length;    // of its path, with the "/" behind that
     };
+    // Every path repeats those of the folders that it is in.
+    const std::size_t mostBytes = mostSharing * bom_.bytes_.size() + sharingAllowance;
+    std::size_t bytes = 0;
     bom_.order_.reserve(paths_.size());
     std::vector<Level> levels{{0, 0, 0}};
     while (!levels.empty()) {
@@ -165,6 +170,8 @@ class BillOfMaterials::Reader {
       }
       const std::size_t length = level.length + paths_[i].name.length;
       if (length > longestPath) return failureOf(Fault::pathTooLong, i);
+      bytes += length;
+      if (bytes > mostBytes) return failureOf(Fault::tooMuchSharing, i);
       bom_.order_.push_back(i);
       if (firstChild_[i] != none) levels.push_back({paths_[i].id, firstChild_[i], length + 1});
     }

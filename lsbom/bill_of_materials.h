@@ -12,9 +12,9 @@
 
 namespace pelmarix::lsbom {
 
-/// The longest path, in bytes: far above what any system opens, and a bound on what a small file can make of
-/// deep folders.
-inline constexpr std::size_t longestPath = 65535;
+/// The longest path, in bytes: four times what a Mac opens, and a bound on what a small file can make of deep
+/// folders.
+inline constexpr std::size_t longestPath = 4096;
 
 /// One path, with views into the bytes that it was read from.
 struct Entry {
@@ -27,9 +27,9 @@ struct Entry {
 /// The entries of a file, depth first, children by the bytes of their names.
 class BillOfMaterials {
  public:
-  /// Reads a whole file of at most largestStore bytes, which must outlive what is read. Work and memory are
-  /// in proportion to their number (but for what has to be sorted), whatever they say; nothing is allocated
-  /// by a count that they do not bear out.
+  /// Reads a whole file of less than 4 GiB, which must outlive what is read. Work and memory are in
+  /// proportion to their number (but for what has to be sorted), whatever they say, and so is the listing;
+  /// nothing is allocated by a count that they do not bear out.
   static Result<BillOfMaterials, Failure> read(std::string_view bytes);
 
   std::size_t size() const { return order_.size(); }

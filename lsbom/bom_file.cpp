@@ -10,7 +10,7 @@ namespace pelmarix::lsbom {
 Result<BomFile, std::error_code> BomFile::read(const std::string& path) {
   auto file = posix::RegularFile::open(path);
   if (!file) return file.error();
-  if (file->size() > largestStore) return std::make_error_code(std::errc::file_too_large);
+  if (file->size() > posix::RegularFile::maximumSize) return std::make_error_code(std::errc::file_too_large);
 
   auto beginning = std::make_unique<char[]>(storeMagic.size());
   const auto begun = file->read(beginning.get(), storeMagic.size());

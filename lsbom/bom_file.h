@@ -15,7 +15,8 @@ namespace pelmarix::lsbom {
 /// The bytes of a regular file: all of them, or the first few where those say that it is no bom.
 class BomFile {
  public:
-  /// Never waits for anybody. Fails with what the system says, also for what is no regular file.
+  /// Never waits for anybody. Fails with what the system says, also for what is no regular file or a longer
+  /// one than RegularFile::maximumSize.
   static Result<BomFile, std::error_code> read(const std::string& path);
 
   std::string_view bytes() const { return {bytes_.get(), size_}; }

@@ -73,7 +73,7 @@ std::string_view describe(Fault fault) {
     case Fault::parentCycle:
       return "paths are each other's parents";
     case Fault::pathTooLong:
-      return "a path is longer than 65535 bytes";
+      return "a path is longer than 4096 bytes";
   }
   return {};
 }

@@ -14,9 +14,6 @@ namespace pelmarix::lsbom {
 /// What every store begins with.
 inline constexpr std::string_view storeMagic = "BOMStore";
 
-/// In bytes. Every offset in a store has 32 bits, so a longer file is none.
-inline constexpr std::size_t largestStore = UINT32_MAX;
-
 /// Gives views into the bytes it was opened on, which must outlive it.
 class Store {
  public:

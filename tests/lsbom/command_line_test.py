@@ -45,10 +45,10 @@ class CommandLine(unittest.TestCase):
         self.addCleanup(scratch.cleanup)
         self.folder = pathlib.Path(scratch.name)
 
-    def write(self, name, count):
+    def write(self, name, count, *more_paths):
         path = self.folder / name
         path.parent.mkdir(parents=True, exist_ok=True)
-        subprocess.run([WRITE_BOM, path, str(count)], check=True)
+        subprocess.run([WRITE_BOM, path, str(count), *more_paths], check=True)
         return path
 
     def test_lists_a_file(self):
@@ -66,6 +66,18 @@ class CommandLine(unittest.TestCase):
         bom = self.write("My Folder/a b\tc.bom", 6)
         line = "./Applications/Überblick 1.app/Contents/MacOS/Überblick\t10000\tThu Sep 27 04:03:32 2018\n"
         self.assertEqual(outcome(run("-f", "-p", "fsT", bom)), (0, line, ""))
+
+    def test_prints_bytes_that_are_not_utf_8_in_octal(self):
+        bom = self.write("a.bom", 0, b"./caf\xe9 \xe2\x82/\\351", "./café €")
+        self.assertEqual(run("-fs", bom).stdout, "./café €\n./caf\\351 \\342\\202/\\351\n")
+        self.assertEqual(run("-fpF", bom).stdout, '"./café €"\n"./caf\\351 \\342\\202/\\\\351"\n')
+
+    def test_refuses_paths_that_no_system_opens(self):
+        self.assertEqual(run("-fs", self.write("a.bom", 0, "n" * 4096)).stdout, "n" * 4096 + "\n")
+        bom = self.write("b.bom", 5, "n" * 4097)
+        status, output, errors = outcome(run("-fs", bom))
+        self.assertEqual((status, output), (1, ""))
+        self.assertRegex(errors, f"^lsbom: {bom}: a path is longer than 4096 bytes")
 
     def test_prints_nothing_for_an_empty_list(self):
         self.assertEqual(outcome(run(self.write("a.bom", 0))), (0, "", ""))
@@ -100,7 +112,8 @@ class CommandLine(unittest.TestCase):
     def test_refuses_files_that_no_bill_of_materials_can_be(self):
         huge = self.folder / "huge"
         with huge.open("wb") as file:
-            file.truncate(1 << 32)
+            file.write(b"BOMStore")
+            file.truncate((256 << 20) + 1)
         self.assertEqual(outcome(run(huge)), (1, "", f"lsbom: {huge}: File too large\n"))
 
     def test_explains_its_use_to_who_misuses_it(self):
@@ -164,28 +177,31 @@ class CommandLine(unittest.TestCase):
     def test_refuses_a_huge_file_by_its_first_bytes(self):
         huge = self.folder / "huge.bom"
         with huge.open("wb") as file:
-            file.truncate(3 << 30)
+            file.truncate(256 << 20)
         message = f'lsbom: {huge}: not a bill of materials: it does not begin with "BOMStore" (at byte 0)\n'
-        self.assertEqual(self.run_in_memory(300 << 20, huge), (1, "", message))
+        self.assertEqual(self.run_in_memory(100 << 20, huge), (1, "", message))
 
     def test_says_so_when_there_is_too_little_memory_for_a_huge_file(self):
         huge = self.folder / "huge.bom"
         with huge.open("wb") as file:
             file.write(b"BOMStore")
-            file.truncate(3 << 30)
-        self.assertEqual(self.run_in_memory(300 << 20, huge), (1, "", "lsbom: out of memory\n"))
+            file.truncate(256 << 20)
+        self.assertEqual(self.run_in_memory(100 << 20, huge), (1, "", "lsbom: out of memory\n"))
 
     def test_lists_all_or_says_so_under_any_limit_of_memory(self):
-        bom = self.write("a.bom", 20000)
-        listing = run("-fpfsTUG", bom).stdout
-        size = 1 << 20
-        while self.run_in_memory(size, "-fpfsTUG", bom)[0] == CANNOT_BE_LOADED:
-            size += 32 << 10
-        smallest = size
-        while (result := self.run_in_memory(size, "-fpfsTUG", bom)) != (0, listing, ""):
-            self.assertEqual(result, (1, "", "lsbom: out of memory\n"), f"in {size} bytes")
-            size += 32 << 10
-        self.assertGreater(size, smallest)
+        # At the end come the longest lines that there are.
+        long_paths = (b"./z/" + b"\xff" * 4000 + b"%d" % number for number in range(20))
+        for bom in (self.write("a.bom", 20000), self.write("b.bom", 1, *long_paths), self.write("c.bom", 5000, b"./z" * 1000)):
+            listing = run("-fpfFsTUG", bom).stdout
+            self.assertNotEqual(listing, "")
+            size = 1 << 20
+            while self.run_in_memory(size, "-fpfFsTUG", bom)[0] == CANNOT_BE_LOADED:
+                size += 16 << 10
+            smallest = size
+            while (result := self.run_in_memory(size, "-fpfFsTUG", bom)) != (0, listing, ""):
+                self.assertEqual(result, (1, "", "lsbom: out of memory\n"), f"in {size} bytes")
+                size += 16 << 10
+            self.assertGreater(size, smallest)
 
     def test_notices_a_full_disk(self):
         for count in (1, 30000):

@@ -247,7 +247,7 @@ INSTANTIATE_TEST_SUITE_P(Damages, MalformedBillOfMaterials, testing::ValuesIn(da
 TEST(MalformedBillOfMaterials, IsRefusedForNamesThatTogetherAreLongerThanTheFile) {
   for (const std::uint32_t pathsPerNode : {510U, 2U}) {
     EditableBom bom(
-        {{.path = "./a"}, {.path = "./b"}, {.path = "./c"}, {.path = "./" + std::string(60000, 'n')}},
+        {{.path = "./a"}, {.path = "./b"}, {.path = "./c"}, {.path = "./" + std::string(4000, 'n')}},
         {.paddedNodes = false, .pathsPerNode = pathsPerNode});
     ASSERT_TRUE(BillOfMaterials::read(bom.bytes));
     std::vector<std::size_t> nameFields;
@@ -263,7 +263,7 @@ TEST(MalformedBillOfMaterials, IsRefusedForNamesThatTogetherAreLongerThanTheFile
       for (const std::size_t field : nameFields) {
         if (bom.block(block) == field) {
           bom.setU32(bom.indexPair(block), static_cast<std::uint32_t>(longName))
-              .setU32(bom.indexPair(block) + 4, 60005);
+              .setU32(bom.indexPair(block) + 4, 4005);
         }
       }
     }
@@ -327,6 +327,31 @@ TEST(MalformedBillOfMaterials, IsRefusedForAPathThatIsTooLongInAll) {
   const std::string folder(longestPath - 1, 'f');
   const EditableBom bom({{.path = folder}, {.path = folder + "/n"}});
   EXPECT_EQ(failureOf(bom.bytes).fault, Fault::pathTooLong);
+}
+
+// Empty names, too, make a path longer: there is a "/" ahead of each.
+TEST(MalformedBillOfMaterials, IsRefusedForFoldersThatAreTooDeepWhateverTheirNames) {
+  std::string path = "d";
+  std::vector<BomEntry> folders{{.path = path}};
+  while (folders.size() < longestPath + 2) folders.push_back({.path = path += "/d"});
+  EditableBom bom(folders, {.pathsPerNode = 5000});
+  EXPECT_EQ(failureOf(bom.bytes).fault, Fault::pathTooLong);
+  for (std::uint32_t folder = 0; folder < folders.size(); ++folder) bom.setU8(nameOf(bom, folder) + 4, 0);
+  EXPECT_EQ(failureOf(bom.bytes).fault, Fault::pathTooLong);
+}
+
+// Few of the bytes of a path that is deep in folders of long names are its own.
+TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheFile) {
+  const std::string folder = std::string(2000, 'a') + "/" + std::string(2000, 'b') + "/";
+  const auto bytesOf = [&](int count) {
+    std::vector<BomEntry> files;
+    for (int i = 0; i < count; ++i) files.push_back({.path = folder + std::to_string(10000 + i)});
+    return sample::writeBillOfMaterials(files);
+  };
+  expectWellFormed(bytesOf(1000), 1002);
+  const std::string refused = bytesOf(5000);
+  ASSERT_LT(refused.size(), 900'000U);  // the paths take 20 megabytes
+  EXPECT_EQ(failureOf(refused).fault, Fault::tooMuchSharing);
 }
 
 TEST(MalformedBillOfMaterials, TellsWhereTheDamageIs) {
