@@ -347,6 +347,11 @@ class Program:
         """How many descriptors it has open."""
         return len(os.listdir(f"/proc/{self.pid}/fd"))
 
+    def peak_memory(self):
+        """The most memory that it has had at any moment, in bytes, what it shares with others included."""
+        status = pathlib.Path(f"/proc/{self.pid}/status").read_text(encoding="utf-8")
+        return 1024 * next(int(line.split()[1]) for line in status.splitlines() if line.startswith("VmHWM"))
+
     def memory(self):
         """The memory that it has written to, in bytes: what it only reads it may share, now and then, with others."""
         rollup = pathlib.Path(f"/proc/{self.pid}/smaps_rollup").read_text(encoding="utf-8")
