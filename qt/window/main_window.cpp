@@ -32,14 +32,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::setTitle(const std::string& title) {
-  // More than any title bar shows. X ends the connection of a program that sends it a title of megabytes.
-  constexpr qsizetype longestTitle = 1000;
-  QString text = toQString(title);
-  if (text.size() > longestTitle) text = text.left(longestTitle) + QChar(0x2026);
   // Qt keeps "[*]" for the mark of an unsaved document; twice it stands for itself.
   const QLatin1String mark("[*]");
-  setWindowTitle(visible(text).replace(mark, QLatin1String("[*][*]")));
-  setAccessibleName(text);
+  setWindowTitle(visible(toQString(title)).replace(mark, QLatin1String("[*][*]")));
+  setAccessibleName(toQString(title));
 }
 
 }  // namespace pelmarix::qt

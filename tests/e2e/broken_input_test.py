@@ -106,13 +106,6 @@ class BrokenInput(WindowTestCase):
                 self.assertEqual(program.title, "Pelmarix – currently running macOS Version unknown")
                 self.assert_leaves_well(program)
 
-    def test_system_version_of_megabytes_is_cut_short_in_the_title(self):
-        self.volume.write_history([])
-        self.volume.write_plist(SYSTEM_VERSION, {"ProductVersion": "9" * 20_000_000})
-        program = self.start(self.volume)
-        self.assertRegex(program.title, "^Pelmarix – currently running macOS Version 9{500,1000}…$")
-        self.assert_leaves_well(program)
-
     def test_empty_history_is_shown_without_a_word(self):
         self.volume.write_history([])
         program = self.start(self.volume)

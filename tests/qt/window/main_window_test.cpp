@@ -40,12 +40,6 @@ TEST_F(MainWindow, HasASignInItsTitleForWhatCannotBeSeenAndTellsTheTitleAsItIs) 
             QStringLiteral("Version \u202e10.14.6\u2069\u2028"));
 }
 
-TEST_F(MainWindow, CutsATitleThatNoTitleBarHasRoomFor) {
-  const std::string title = "Version 10." + std::string(20'000'000, '9');
-  window.setTitle(title);
-  EXPECT_EQ(window.windowHandle()->title().toStdString(), title.substr(0, 1000) + "\u2026");
-}
-
 TEST_F(MainWindow, ClosesWhenItsDelegateLetsIt) {
   PlainDelegate delegate;
   window.setDelegate(&delegate);
