@@ -228,7 +228,7 @@ TEST(Task, EndsReadingWhenTheChildClosesItsOutputAndThenWaitsForItsEnd) {
       addProgram(folder, "closes", "echo text; exec >&-; read line < '" + fifo + "'; exit 5\n"));
   task.setStandardOutput(pipe);
   task.launch();
-  EXPECT_EQ(pipe.readDataToEndOfFile(), "text\n");
+  EXPECT_EQ(*pipe.readDataToEndOfFile(), "text\n");
   std::ofstream(fifo) << "go on\n";  // for which the child has waited
   task.waitUntilExit();
   EXPECT_EQ(task.terminationStatus(), 5);
