@@ -10,6 +10,7 @@ namespace pelmarix::qt {
 namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
+constexpr std::size_t longestLine = std::size_t{64} << 10U;
 // A million others would take far more memory than they have bytes.
 constexpr std::string_view usedHeaders[] = {"content-encoding", "content-length", "content-type", "location",
                                             "transfer-encoding"};
@@ -66,6 +67,7 @@ void HttpAnswer::end() {
 std::optional<std::string_view> HttpAnswer::nextLine() {
   const std::size_t end = pending_.find(lineEnd, searched_);
   if (end == std::string::npos) {
+    if (pending_.size() - at_ > longestLine) state_ = State::broken;
     // The last byte may be half of the line's end.
     searched_ = std::max(at_, pending_.empty() ? 0 : pending_.size() - 1);
     return std::nullopt;

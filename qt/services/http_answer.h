@@ -23,7 +23,7 @@ class HttpAnswer {
   void end();
 
   bool isComplete() const { return state_ == State::complete; }
-  /// Not HTTP, cut, or too large; nothing more is looked at.
+  /// Not HTTP, cut, or too large, of which a line of more than 64 KiB is a case; nothing more is looked at.
   bool isBroken() const { return state_ == State::broken; }
 
   /// 0 until the whole head is there.
