@@ -142,6 +142,9 @@ void HttpAnswer::beginBody() {
     left_ = std::numeric_limits<std::size_t>::max();
     endsWithConnection_ = true;
   }
+  // So that it never moves, which would take twice the memory; what isn't filled takes none.
+  if (!isComplete() && !isBroken())
+    body_.reserve(state_ == State::body ? std::min(left_, maximumAnswerSize) : maximumAnswerSize);
 }
 
 void HttpAnswer::takeChunkSize(std::string_view line) {
