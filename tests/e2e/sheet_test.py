@@ -194,15 +194,16 @@ class Sheet(WindowTestCase):
         binary = shutil.copy(options.program, self.new_folder())
         program = self.start(options.sample, binary=binary)
         program.select_receipt(0)
-        files = program.open_files()
         button = program.button("Show Bill of Materials")
-        for _ in range(3):
+        files = []
+        for _ in range(4):
             button.press()
             # It stays down for a moment, as under a finger, and acts as it comes up.
             wait_until(lambda: not button.is_("pressed"), "the button to come up")
             self.assertEqual(program.windows("dialog", "alert"), [])
+            files.append(program.open_files())
         self.assertEqual(program.selected_receipts(), [0])
-        self.assertEqual(program.open_files(), files)
+        self.assertEqual(files[-1], files[0])  # at first, threads may still be starting
         self.assert_leaves_well(program)
 
 
