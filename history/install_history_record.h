@@ -21,8 +21,8 @@ struct theReceipts {
 /// whose root is an array of dictionaries; keys are compared exactly and others are ignored. Nothing when any
 /// of it is anything else: another root, an entry without its date, name or version, a value of another type,
 /// or records that the program would need more than 64 bytes of memory for each byte of the list for and
-/// 16 MiB beside that, or more than 384 MiB in all (a binary list can name one long text, or one entry of many
-/// keys, in a million places).
+/// 16 MiB beside that, or more than 384 MiB in all (a binary list can name one long text, or one entry of
+/// many keys, in a million places).
 std::optional<std::vector<theReceipts>> decodeInstallHistory(std::string_view bytes);
 
 }  // namespace pelmarix

@@ -1,8 +1,7 @@
 #include "lsbom/output.h"
 
-#include <algorithm>
 #include <charconv>
-#include <cstring>
+#include <iterator>
 
 #include "base/utf8.h"
 #include "posix/file_descriptor.h"
@@ -12,17 +11,13 @@ namespace pelmarix::lsbom {
 // Not cleared first: all of it that is used is written to.
 Output::Output(std::FILE* file) : file_(file), buffer_(new char[capacity]) {}
 
-void Output::append(std::string_view characters) {
-  while (characters.size() > capacity - size_) {
-    const std::string_view head = characters.substr(0, capacity - size_);
-    std::memcpy(buffer_.get() + size_, head.data(), head.size());
-    size_ = capacity;
-    if (!flush()) return;
-    characters.remove_prefix(head.size());
+void Output::appendInPieces(std::string_view characters) {
+  while (!characters.empty()) {
+    if (size_ == capacity && !flush()) return;
+    const std::string_view piece = characters.substr(0, capacity - size_);
+    append(piece);
+    characters.remove_prefix(piece.size());
   }
-  if (characters.empty()) return;
-  std::memcpy(buffer_.get() + size_, characters.data(), characters.size());
-  size_ += characters.size();
 }
 
 void Output::appendNumber(std::uint32_t number, int base) {

@@ -1,6 +1,7 @@
 // What the lister writes its lines with.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -19,8 +20,16 @@ class Output {
   /// The file is not owned and must outlive the output.
   explicit Output(std::FILE* file);
 
-  void append(char character) { append(std::string_view(&character, 1)); }
-  void append(std::string_view characters);
+  // Both defined here, since they are called for every part of every line.
+  void append(char character) {
+    if (size_ == capacity) return appendInPieces({&character, 1});
+    buffer_[size_++] = character;
+  }
+  void append(std::string_view characters) {
+    if (characters.size() > capacity - size_) return appendInPieces(characters);
+    std::copy_n(characters.data(), characters.size(), buffer_.get() + size_);
+    size_ += characters.size();
+  }
   void appendNumber(std::uint32_t number, int base = 10);
   /// Bytes that are not UTF-8 each as a backslash and three octal digits.
   void appendText(std::string_view text);
@@ -35,6 +44,7 @@ class Output {
  private:
   static constexpr std::size_t capacity = std::size_t{1} << 17U;
 
+  void appendInPieces(std::string_view characters);
   void appendOctal(char byte);
 
   std::FILE* file_;
