@@ -4,8 +4,6 @@
 #include <charconv>
 #include <limits>
 
-#include "qt/services/gzip.h"
-
 namespace pelmarix::qt {
 namespace {
 
@@ -165,9 +163,8 @@ void HttpAnswer::takeContents() {
 
 std::optional<std::string> HttpAnswer::takeBody() {
   const std::string coding = inSmallLetters(header("content-encoding"));
-  if (coding.empty() || coding == "identity" || body_.empty()) return std::move(body_);
-  if (coding != "gzip" && coding != "x-gzip") return std::nullopt;
-  return unpackGzip(body_, maximumAnswerSize);
+  if (!coding.empty() && coding != "identity" && !body_.empty()) return std::nullopt;
+  return std::move(body_);
 }
 
 }  // namespace pelmarix::qt

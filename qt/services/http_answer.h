@@ -9,9 +9,8 @@
 
 namespace pelmarix::qt {
 
-/// A larger answer is broken: all that comes counts, and so does the body when it has been unpacked. An
-/// update list has a few kilobytes; the bound only keeps a mistaken or hostile server from filling the
-/// memory.
+/// A larger answer is broken: all that comes counts. An update list has a few kilobytes; the bound only keeps
+/// a mistaken or hostile server from filling the memory.
 inline constexpr std::size_t maximumAnswerSize = std::size_t{16} << 20U;
 
 /// The final answer to one request; those before it that only tell how the request fares are passed over.
@@ -31,8 +30,7 @@ class HttpAnswer {
   /// The value of a header that the program uses, whose name is given in small letters; empty when there is
   /// none.
   std::string header(const std::string& name) const;
-  /// Of a complete answer the body, unpacked; nothing when it is packed in an unknown way, damaged, cut or
-  /// too large.
+  /// Of a complete answer the body; nothing when the server has compressed it unasked.
   std::optional<std::string> takeBody();
 
  private:

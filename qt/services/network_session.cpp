@@ -35,7 +35,7 @@ QByteArray requestFor(QUrl url) {
   QByteArray target = url.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority | QUrl::RemoveFragment);
   if (!target.startsWith('/')) target.prepend('/');
   return "GET " + target + " HTTP/1.1\r\nHost: " + url.authority(QUrl::FullyEncoded).toLatin1() +
-         "\r\nAccept-Encoding: gzip\r\nConnection: close\r\nUser-Agent: Pelmarix\r\n\r\n";
+         "\r\nAccept-Encoding: identity\r\nConnection: close\r\nUser-Agent: Pelmarix\r\n\r\n";
 }
 
 }  // namespace
@@ -112,7 +112,7 @@ class NetworkSession::Request final : public QObject {
     if (answer_.isBroken()) return fail("The answer is broken.");
     if (!answer_.isComplete()) return;
     std::optional<std::string> body = answer_.takeBody();
-    if (!body) return fail("The body can't be unpacked.");
+    if (!body) return fail("The body is compressed.");
     finish(std::move(body), std::nullopt);
   }
 

@@ -14,7 +14,7 @@ namespace pelmarix::qt {
 /// the next.
 ///
 /// Not by QNetworkAccessManager: it has no bound for what comes before the body and between its chunks, and
-/// takes a packed body that was cut for a whole one.
+/// takes a compressed body that was cut for a whole one. A list of a few kilobytes is asked for as it is.
 class NetworkSession final : public platform::URLSession {
  public:
   /// A request ends with an error when it has received nothing for `timeout`, and when it takes longer than

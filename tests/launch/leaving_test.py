@@ -23,7 +23,7 @@ def main():
                        b"</string></dict></array></plist>")
         for i in range(launches):
             with tempfile.TemporaryDirectory() as home_folder:
-                path = chance.choice(("list", "redirect/3", "drip/10/20", "gzip", "bytes/20000000", "silent"))
+                path = chance.choice(("list", "redirect/3", "drip/10/20", "chunks", "bytes/20000000", "silent"))
                 program = Program(executable, Home(home_folder).folder, server.address("good", path),
                                   server.authority, display)
                 program.wait_for("window")

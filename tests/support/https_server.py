@@ -119,6 +119,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def serve_portal(self):
         self.answer(b"<!DOCTYPE html><title>Sign in</title><form>Room number</form>", content_type="text/html")
 
+    def serve_as_asked_for(self):
+        """The list, compressed where that isn't ruled out."""
+        if self.headers["Accept-Encoding"] == "identity":
+            self.serve_list()
+        else:
+            self.serve_gzip()
+
     def serve_gzip(self):
         self.answer(gzip.compress(LIST), Content_Encoding="gzip")
 
