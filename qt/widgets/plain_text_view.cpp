@@ -7,9 +7,9 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyleHints>
 #include <QWheelEvent>
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "qt/services/text_conversion.h"
@@ -40,21 +40,6 @@ class PartOfText final : public QMimeData {
 
 }  // namespace
 
-enum class PlainTextView::Step {
-  nextCharacter,
-  previousCharacter,
-  nextWord,
-  previousWord,
-  nextLine,
-  previousLine,
-  nextPage,
-  previousPage,
-  lineBegin,
-  lineEnd,
-  textBegin,
-  textEnd,
-};
-
 PlainTextView::PlainTextView(QWidget* parent) : TextPane(parent) {
   installAccessibleTexts();
   setFocusPolicy(Qt::StrongFocus);
@@ -74,6 +59,7 @@ void PlainTextView::showText(platform::SharedText text) {
 // What is selected.
 
 void PlainTextView::setSelection(std::size_t anchor, std::size_t caret) {
+  verticalMovesX_.reset();
   if (anchor == anchor_ && caret == caret_) return;
   anchor_ = anchor;
   caret_ = caret;
@@ -168,78 +154,53 @@ void PlainTextView::focusOutEvent(QFocusEvent* event) {
 // The keyboard.
 
 void PlainTextView::keyPressEvent(QKeyEvent* event) {
-  struct Keys {
-    QKeySequence::StandardKey go;
-    QKeySequence::StandardKey extend;
-    Step step;
+  using Keys = QKeySequence;
+  std::optional<qreal> keptX;
+  const auto next = [this](TextUnit unit) { return nextPlace(index(), caret_, unit); };
+  const auto previous = [this](TextUnit unit) { return previousPlace(index(), caret_, unit); };
+  const auto otherLine = [&](int lines) {
+    keptX = verticalMovesX_ ? verticalMovesX_ : xOf(caret_);
+    return placeInOtherLine(lines, *keptX);
   };
-  static constexpr Keys allKeys[] = {
-      {QKeySequence::MoveToNextChar, QKeySequence::SelectNextChar, Step::nextCharacter},
-      {QKeySequence::MoveToPreviousChar, QKeySequence::SelectPreviousChar, Step::previousCharacter},
-      {QKeySequence::MoveToNextWord, QKeySequence::SelectNextWord, Step::nextWord},
-      {QKeySequence::MoveToPreviousWord, QKeySequence::SelectPreviousWord, Step::previousWord},
-      {QKeySequence::MoveToNextLine, QKeySequence::SelectNextLine, Step::nextLine},
-      {QKeySequence::MoveToPreviousLine, QKeySequence::SelectPreviousLine, Step::previousLine},
-      {QKeySequence::MoveToNextPage, QKeySequence::SelectNextPage, Step::nextPage},
-      {QKeySequence::MoveToPreviousPage, QKeySequence::SelectPreviousPage, Step::previousPage},
-      {QKeySequence::MoveToStartOfLine, QKeySequence::SelectStartOfLine, Step::lineBegin},
-      {QKeySequence::MoveToEndOfLine, QKeySequence::SelectEndOfLine, Step::lineEnd},
-      {QKeySequence::MoveToStartOfDocument, QKeySequence::SelectStartOfDocument, Step::textBegin},
-      {QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument, Step::textEnd},
+  const TextRange line = index().line(index().lineAt(caret_));
+  const struct {
+    Keys::StandardKey go;
+    Keys::StandardKey extend;
+    std::function<std::size_t()> place;
+  } moves[] = {
+      {Keys::MoveToNextChar, Keys::SelectNextChar, [&] { return next(TextUnit::character); }},
+      {Keys::MoveToPreviousChar, Keys::SelectPreviousChar, [&] { return previous(TextUnit::character); }},
+      {Keys::MoveToNextWord, Keys::SelectNextWord, [&] { return next(TextUnit::word); }},
+      {Keys::MoveToPreviousWord, Keys::SelectPreviousWord, [&] { return previous(TextUnit::word); }},
+      {Keys::MoveToNextLine, Keys::SelectNextLine, [&] { return otherLine(1); }},
+      {Keys::MoveToPreviousLine, Keys::SelectPreviousLine, [&] { return otherLine(-1); }},
+      {Keys::MoveToNextPage, Keys::SelectNextPage, [&] { return otherLine(linesInView()); }},
+      {Keys::MoveToPreviousPage, Keys::SelectPreviousPage, [&] { return otherLine(-linesInView()); }},
+      {Keys::MoveToStartOfLine, Keys::SelectStartOfLine, [&] { return line.begin; }},
+      {Keys::MoveToEndOfLine, Keys::SelectEndOfLine, [&] { return line.end; }},
+      {Keys::MoveToStartOfDocument, Keys::SelectStartOfDocument, [] { return std::size_t{0}; }},
+      {Keys::MoveToEndOfDocument, Keys::SelectEndOfDocument, [&] { return text()->size(); }},
   };
-  if (event->matches(QKeySequence::Copy)) return copy();
-  if (event->matches(QKeySequence::SelectAll)) return selectAll();
-  for (const Keys& keys : allKeys) {
-    const bool extends = event->matches(keys.extend);
-    if (!extends && !event->matches(keys.go)) continue;
-    const std::size_t place = placeAfter(keys.step);
+  if (event->matches(Keys::Copy)) return copy();
+  if (event->matches(Keys::SelectAll)) return selectAll();
+  for (const auto& move : moves) {
+    const bool extends = event->matches(move.extend);
+    if (!extends && !event->matches(move.go)) continue;
+    const std::size_t place = move.place();
     select(extends ? anchor_ : place, place);
+    verticalMovesX_ = keptX;
     if (extends) offerSelection();
     return;
   }
   TextPane::keyPressEvent(event);
 }
 
-std::size_t PlainTextView::placeAfter(Step step) {
-  if (step < Step::nextLine || step > Step::previousPage) verticalMovesX_.reset();
-  const TextRange line = index().line(index().lineAt(caret_));
-  switch (step) {
-    case Step::nextCharacter:
-      return nextPlace(index(), caret_, TextUnit::character);
-    case Step::previousCharacter:
-      return previousPlace(index(), caret_, TextUnit::character);
-    case Step::nextWord:
-      return nextPlace(index(), caret_, TextUnit::word);
-    case Step::previousWord:
-      return previousPlace(index(), caret_, TextUnit::word);
-    case Step::nextLine:
-      return placeInOtherLine(1);
-    case Step::previousLine:
-      return placeInOtherLine(-1);
-    case Step::nextPage:
-      return placeInOtherLine(linesInView());
-    case Step::previousPage:
-      return placeInOtherLine(-linesInView());
-    case Step::lineBegin:
-      return line.begin;
-    case Step::lineEnd:
-      return line.end;
-    case Step::textBegin:
-      return 0;
-    case Step::textEnd:
-      break;
-  }
-  return text()->size();
-}
-
-std::size_t PlainTextView::placeInOtherLine(std::ptrdiff_t lines) {
-  if (!verticalMovesX_) verticalMovesX_ = xOf(caret_);
+std::size_t PlainTextView::placeInOtherLine(int lines, qreal x) {
   // By pages, the caret stays where it is in the view.
-  if (std::abs(lines) > 1)
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + static_cast<int>(lines));
+  if (std::abs(lines) > 1) verticalScrollBar()->setValue(verticalScrollBar()->value() + lines);
   const auto line = static_cast<std::ptrdiff_t>(index().lineAt(caret_)) + lines;
   const auto last = static_cast<std::ptrdiff_t>(index().lineCount()) - 1;
-  return placeInLine(static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(line, 0, last)), *verticalMovesX_);
+  return placeInLine(static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(line, 0, last)), x);
 }
 
 // The mouse.
@@ -259,7 +220,6 @@ std::size_t PlainTextView::placeUnder(QPointF point) {
 
 void PlainTextView::selectTo(QPointF point) {
   mouse_ = point;
-  verticalMovesX_.reset();
   const TextRange here = unitAround(index(), placeUnder(point), unit_);
   if (here.begin < origin_.begin)
     select(origin_.end, here.begin);

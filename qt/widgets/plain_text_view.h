@@ -55,11 +55,9 @@ class PlainTextView final : public TextPane, public Searchable {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  enum class Step;
   void setSelection(std::size_t anchor, std::size_t caret);
   QMimeData* selectedData() const;
-  std::size_t placeAfter(Step step);
-  std::size_t placeInOtherLine(std::ptrdiff_t lines);
+  std::size_t placeInOtherLine(int lines, qreal x);
   void beginSelecting(QPointF point, TextUnit unit);
   void selectTo(QPointF point);
   std::size_t placeUnder(QPointF point);

@@ -254,5 +254,51 @@ TEST_F(PlainTextView, FollowsADarkPalette) {
   EXPECT_TRUE(hasLightPixel);
 }
 
+TEST_F(PlainTextView, GoesThroughOneLineOfFiftyMegabytes) {
+  const std::size_t length = 50'000'000;
+  std::string line(length, 'x');
+  line.replace(length / 2, 4, "here");
+  show(line);
+  QTest::keyClick(&widget, Qt::Key_End);
+  EXPECT_EQ(widget.caret(), length);
+  EXPECT_TRUE(QRectF(widget.viewport()->rect()).contains(widget.rectOf(length).topLeft()));
+  QTest::keyClick(&widget, Qt::Key_Left);
+  EXPECT_EQ(widget.caret(), length - 1);
+  EXPECT_EQ(widget.placeAt(widget.rectOf(length - 1).center() - QPointF(1, 0)), length - 1);
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("HERE"), qt::SearchStart::pastSelection,
+                                 qt::SearchDirection::forward));
+  EXPECT_EQ(widget.selection(), (qt::TextRange{length / 2, length / 2 + 4}));
+  EXPECT_TRUE(QRectF(widget.viewport()->rect()).contains(widget.rectOf(length / 2 + 3).center()));
+  widget.horizontalScrollBar()->setValue(0);
+  EXPECT_EQ(widget.placeAt({0, 10}), 0U);
+}
+
+TEST_F(PlainTextView, HasNoGapsBetweenThePartsOfALongLine) {
+  show(std::string(10'000, 'i'));  // narrower than the average letter that is expected of parts not seen yet
+  const qreal width = widget.xOf(1) - widget.xOf(0);
+  for (const std::size_t part : {2048U, 4096U, 6144U, 8192U})
+    for (std::size_t place = part - 2; place < part + 2; ++place)
+      EXPECT_NEAR(widget.xOf(place + 1) - widget.xOf(place), width, 0.1) << place;
+}
+
+TEST_F(PlainTextView, ShowsTenMillionEmptyLines) {
+  show(std::string(10'000'000, '\n'));
+  EXPECT_EQ(widget.index().lineCount(), 10'000'001U);
+  QTest::keyClick(&widget, Qt::Key_End, Qt::ControlModifier);
+  EXPECT_EQ(widget.caret(), 10'000'000U);
+  EXPECT_EQ(widget.verticalScrollBar()->value(), widget.verticalScrollBar()->maximum());
+  QTest::keyClick(&widget, Qt::Key_Up, {});
+  EXPECT_EQ(widget.caret(), 9'999'999U);
+}
+
+TEST_F(PlainTextView, BeginsLinesAtTheLeftOnDesktopsThatReadFromTheRight) {
+  widget.setLayoutDirection(Qt::RightToLeft);
+  show(std::string(1000, 'x') + "\n\u05e9\u05dc\u05d5\u05dd: 1");
+  EXPECT_EQ(widget.horizontalScrollBar()->value(), 0);
+  EXPECT_EQ(widget.horizontalScrollBar()->layoutDirection(), Qt::LeftToRight);
+  EXPECT_LT(widget.rectOf(0).left(), 10);
+  EXPECT_LT(widget.rectOf(1001).left(), widget.rectOf(1011).left());
+}
+
 }  // namespace
 }  // namespace pelmarix::test
