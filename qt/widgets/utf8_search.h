@@ -12,7 +12,7 @@
 
 namespace pelmarix::qt {
 
-/// A text that is sought. Made in a third of a millisecond; then 60 MB that don't hold it take 20 ms.
+/// A text that is sought. Made in half a millisecond; then 60 MB that don't hold it take 9 to 75 ms.
 class SoughtText final {
  public:
   explicit SoughtText(const QString& sought);
@@ -31,8 +31,8 @@ class SoughtText final {
     void add(char byte);
     std::uint8_t has(char byte) const {
       const auto bits = static_cast<std::uint8_t>(static_cast<std::uint8_t>(byte) & mask);
-      return static_cast<std::uint8_t>((bits == values[0]) | (bits == values[1]) | (bits == values[2]) |
-                                       (bits == values[3]));
+      const auto is = [this, bits](std::size_t i) { return static_cast<int>(bits == values[i]); };
+      return static_cast<std::uint8_t>(is(0) | is(1) | is(2) | is(3));
     }
     std::array<std::uint8_t, 4> values{};
     std::uint8_t mask = 0;
