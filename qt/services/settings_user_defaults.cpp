@@ -79,11 +79,7 @@ SettingsUserDefaults::SettingsUserDefaults() : settings_(openSettings()) {}
 
 double SettingsUserDefaults::doubleForKey(const std::string& key) const { return doubleOf(value(key)); }
 
-void SettingsUserDefaults::setDoubleForKey(double value, const std::string& key) {
-  // An INI file has numbers as text. What isn't finite keeps its type there as a float.
-  const bool isText = settings_.format() == QSettings::IniFormat;
-  store(isText && !std::isfinite(value) ? QVariant(static_cast<float>(value)) : QVariant(value), key);
-}
+void SettingsUserDefaults::setDoubleForKey(double value, const std::string& key) { store(value, key); }
 
 bool SettingsUserDefaults::boolForKey(const std::string& key) const { return boolOf(value(key)); }
 
