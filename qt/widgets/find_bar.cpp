@@ -15,6 +15,8 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::Fi
   if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
   setPlaceholderColor();
   hide();
+  counting_.setSingleShot(true);
+  connect(&counting_, &QTimer::timeout, this, &FindBar::countMatches);
   connect(ui_->text, &QLineEdit::textChanged, this,
           [this] { find(SearchStart::atSelection, SearchDirection::forward); });
   connect(ui_->next, &QPushButton::clicked, this, &FindBar::findNext);
@@ -59,10 +61,21 @@ void FindBar::find(SearchStart start, SearchDirection direction) {
   if (text.isEmpty() && start == SearchStart::pastSelection) return open();
   if (isVisible()) target_->markMatches(text);
   const bool isFound = text.isEmpty() || target_->selectMatch(text, start, direction);
-  setOutcome(isFound ? QString() : tr("Not found"));
+  const QString notFound = tr("Not found");
+  if (!isFound) return setOutcome(notFound);
+  if (text.isEmpty() || ui_->outcome->text() == notFound) setOutcome({});
+  counting_.start();
+}
+
+void FindBar::countMatches() {
+  const QString text = ui_->text->text();
+  if (!isVisible() || target_ == nullptr || text.isEmpty()) return;
+  const std::size_t count = target_->countMatches(text);
+  setOutcome(count == 0 ? tr("Not found") : count == 1 ? tr("1 match") : tr("%1 matches").arg(count));
 }
 
 void FindBar::setOutcome(const QString& outcome) {
+  counting_.stop();
   ui_->outcome->setText(outcome);
   ui_->text->setAccessibleDescription(outcome.isEmpty() ? usualDescription_ : outcome);
 }

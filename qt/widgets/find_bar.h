@@ -1,6 +1,7 @@
 // The bar below a window's content that finds text in it.
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 #include <memory>
 
@@ -26,6 +27,8 @@ class FindBar final : public QWidget {
   void endSearch();
   void findNext();
   void findPrevious();
+  /// To be called when what is searched has changed.
+  void countMatches();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -39,6 +42,8 @@ class FindBar final : public QWidget {
 
   std::unique_ptr<Ui::FindBar> ui_;
   QString usualDescription_;
+  // Matches are counted when the one that was found is on screen.
+  QTimer counting_;
   QWidget* targetWidget_ = nullptr;
   Searchable* target_ = nullptr;
 };

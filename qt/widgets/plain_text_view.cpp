@@ -54,6 +54,7 @@ void PlainTextView::showText(platform::SharedText text) {
   anchor_ = caret_ = 0;
   verticalMovesX_.reset();
   tellTextChanged(*this);
+  emit textChanged();
 }
 
 // What is selected.
@@ -110,6 +111,16 @@ bool PlainTextView::selectMatch(const QString& text, SearchStart start, SearchDi
   reveal(match->begin);
   select(match->begin, match->end);
   return true;
+}
+
+std::size_t PlainTextView::countMatches(const QString& text) const {
+  const SoughtText sought(text);
+  const std::string_view all = *this->text();
+  std::size_t count = 0;
+  for (auto match = sought.firstIn(all, {0, all.size()}); match;
+       match = sought.firstIn(all, {match->end, all.size()}))
+    ++count;
+  return count;
 }
 
 // What it looks like.

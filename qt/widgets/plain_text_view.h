@@ -35,10 +35,12 @@ class PlainTextView final : public TextPane, public Searchable {
 
   void markMatches(const QString& text) override;
   bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) override;
+  std::size_t countMatches(const QString& text) const override;
 
  signals:
   /// The user turned the wheel with the control key held: bigger by so many steps, smaller when negative.
   void zoomRequested(int steps);
+  void textChanged();
 
  protected:
   std::vector<Highlight> highlightsIn(TextRange range) const override;

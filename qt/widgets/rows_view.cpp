@@ -34,6 +34,12 @@ QModelIndex rowBefore(const QAbstractItemModel& model, const QModelIndex& row) {
   return before;
 }
 
+bool holds(const QModelIndex& row, const QString& text) {
+  for (int column = 0; column < row.model()->columnCount(); ++column)
+    if (indexOfIgnoringCase(row.siblingAtColumn(column).data().toString(), text) >= 0) return true;
+  return false;
+}
+
 // The first row from `current` on, all the way round, that `matches`; `next` goes from one to the other.
 template <typename Matches, typename Next>
 QModelIndex firstMatch(const QModelIndex& current, SearchStart start, Matches matches, Next next) {
@@ -101,17 +107,21 @@ void RowsView::markMatches(const QString& text) {
 
 bool RowsView::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
   const QAbstractItemModel& model = *view_.model();
-  const auto matches = [&](const QModelIndex& row) {
-    for (int column = 0; column < model.columnCount(); ++column)
-      if (indexOfIgnoringCase(row.siblingAtColumn(column).data().toString(), text) >= 0) return true;
-    return false;
-  };
+  const auto matches = [&text](const QModelIndex& row) { return holds(row, text); };
   const auto next = [&](const QModelIndex& row) {
     return direction == SearchDirection::forward ? rowAfter(model, row, true) : rowBefore(model, row);
   };
   const QModelIndex match = firstMatch(view_.currentIndex().siblingAtColumn(0), start, matches, next);
   if (match.isValid()) selectAlone(match);
   return match.isValid();
+}
+
+std::size_t RowsView::countMatches(const QString& text) const {
+  const QAbstractItemModel& model = *view_.model();
+  std::size_t count = 0;
+  for (QModelIndex row = rowAfter(model, {}, true); row.isValid(); row = rowAfter(model, row, true))
+    if (holds(row, text)) ++count;
+  return count;
 }
 
 bool RowsView::isTyping() const {

@@ -29,6 +29,7 @@ class RowsView : public Searchable {
 
   void markMatches(const QString& text) override;
   bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) override;
+  std::size_t countMatches(const QString& text) const override;
 
  protected:
   /// `view` is the widget itself, `header` that of its columns.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 
 namespace pelmarix::qt {
 
@@ -19,6 +20,8 @@ class Searchable {
   virtual void markMatches(const QString& text) = 0;
   /// Selects the next match and brings it into view, going round at the end. False when there is none.
   virtual bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) = 0;
+  /// How many matches there are in a text; of a list, how many rows match.
+  virtual std::size_t countMatches(const QString& text) const = 0;
 };
 
 }  // namespace pelmarix::qt

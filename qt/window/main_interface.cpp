@@ -168,6 +168,7 @@ void MainInterface::connectFocus() {
     auto* searchable = dynamic_cast<Searchable*>(now);
     if (searchable != nullptr && now->window() == &window_) ui_->findBar->setTarget(*now, *searchable);
   });
+  QObject::connect(ui_->report, &PlainTextView::textChanged, ui_->findBar, &FindBar::countMatches);
   on(ui_->actionCopy, &QAction::triggered, [] { withFocused([](auto& widget) { widget.copy(); }); });
   on(ui_->actionSelectAll, &QAction::triggered,
      [] { withFocused([](auto& widget) { widget.selectAll(); }); });

@@ -116,6 +116,23 @@ TEST_F(FindBarInAWindow, TellsThatNothingWasFoundAlsoToAScreenReader) {
   EXPECT_EQ(line->accessibleDescription(), usualDescription);
 }
 
+TEST_F(FindBarInAWindow, CountsTheMatchesAlsoForAScreenReader) {
+  find("mail");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("3 matches"); }));
+  EXPECT_EQ(line->accessibleDescription(), QStringLiteral("3 matches"));
+  line->setText(QStringLiteral("Mail\u00a0"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found"));
+  line->setText(QStringLiteral("R"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("2 matches"); }));
+  QObject::connect(&report, &PlainTextView::textChanged, &bar, &FindBar::countMatches);
+  report.showText(platform::shareText("Safari"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("1 match"));
+  report.showText(platform::shareText("Mail"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found"));
+  line->clear();
+  EXPECT_EQ(outcome->text(), QString());
+}
+
 TEST_F(FindBarInAWindow, MarksMatchesUntilTheSearchEnds) {
   find("safari");
   EXPECT_NE(picture(), plain);

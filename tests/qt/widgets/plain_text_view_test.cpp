@@ -208,6 +208,15 @@ TEST_F(PlainTextView, FindsWhatOverlapsTheSelectionOnTheWayRound) {
   EXPECT_FALSE(widget.selectMatch(QStringLiteral("a string longer than the text"), pastSelection, backward));
 }
 
+TEST_F(PlainTextView, CountsMatchesThatDoNotOverlapAsItMarksThem) {
+  show("aaaaa Aa\n\u00c4 \u00e4\na");
+  EXPECT_EQ(widget.countMatches(QStringLiteral("aa")), 3U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("\u00e4")), 2U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("A")), 8U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("b")), 0U);
+  EXPECT_EQ(widget.countMatches({}), 0U);
+}
+
 TEST_F(PlainTextView, FindsNothingInNothingAndNoEmptyText) {
   using enum qt::SearchStart;
   using enum qt::SearchDirection;

@@ -237,5 +237,11 @@ TEST_F(TableAdapter, FindsTextInAnyColumnAllTheWayRound) {
   EXPECT_EQ(table.selectedRow(), 2);
 }
 
+TEST_F(TableAdapter, CountsTheRowsThatHoldATextInAnyColumn) {
+  EXPECT_EQ(widget.countMatches(QStringLiteral("MA")), 2U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("a")), 3U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("Notes")), 0U);
+}
+
 }  // namespace
 }  // namespace pelmarix::test

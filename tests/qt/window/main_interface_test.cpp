@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScrollBar>
@@ -129,6 +130,19 @@ TEST_F(MainInterface, TurnsReportAndReceiptsRound) {
   click("newestLast");
   EXPECT_EQ(shownReport(), allNewestFirst);
   EXPECT_EQ(receiptName(0), "com.example.new");
+}
+
+TEST_F(MainInterface, CountsMatchesInTheReportAnewWhenAnOptionChangesIt) {
+  show();
+  report().setFocus();
+  choose("actionFind");
+  find<QLineEdit>("text").setText(QStringLiteral(" 2018-"));
+  const auto tells = [this](const char* outcome) {
+    return QTest::qWaitFor([&] { return find<QLabel>("outcome").text() == QLatin1String(outcome); });
+  };
+  EXPECT_TRUE(tells("1 match"));
+  click("skipConfigurationData");
+  EXPECT_TRUE(tells("2 matches"));
 }
 
 TEST_F(MainInterface, KeepsTheFirstLineOfTheReportThatIsInViewWhereItStillIsInTheText) {
