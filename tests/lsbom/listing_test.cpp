@@ -193,6 +193,7 @@ TEST(Listing, HasWholePathsHoweverManyThereAre) {
   EXPECT_EQ(listingOf(writeBillOfMaterials(entries), {.pathsOnly = true}), expected);
 }
 
+#ifdef __linux__  // which has a device that is always full
 TEST(Listing, StopsWhereTheOutputFails) {
   std::FILE* const full = std::fopen("/dev/full", "wb");
   ASSERT_NE(full, nullptr);
@@ -206,6 +207,7 @@ TEST(Listing, StopsWhereTheOutputFails) {
   EXPECT_EQ(listed.error(), std::errc::no_space_on_device);
   std::fclose(full);
 }
+#endif
 
 }  // namespace
 }  // namespace pelmarix::lsbom

@@ -23,11 +23,13 @@ TEST(WritingAFile, WritesThePartsOneAfterTheOther) {
   EXPECT_EQ(contentsOf(folder / "report.txt"), "\n\nreport\nChecked\n");
 }
 
+#ifndef __APPLE__  // whose own file system takes no names that aren't UTF-8
 TEST(WritingAFile, TakesThePathAsItStandsNotBelowTheVolume) {
   const TemporaryFolder folder;
   EXPECT_EQ(outcome(folder / "caf\xE9 1.txt", {"x"}), "written");
   EXPECT_EQ(contentsOf(folder / "caf\xE9 1.txt"), "x");
 }
+#endif
 
 TEST(WritingAFile, ReplacesWhatALongerFileHeldInPlace) {
   const TemporaryFolder folder;

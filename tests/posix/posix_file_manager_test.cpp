@@ -82,6 +82,7 @@ TEST(DirectoryEnumerator, WalksAFolderThatALinkLeadsTo) {
   EXPECT_THAT(entriesBelow(folder.addLink("link", "real")), ElementsAre("a"));
 }
 
+#ifndef __APPLE__  // whose own file system takes no such names
 TEST(DirectoryEnumerator, KeepsTheBytesOfNamesThatAreNotUtf8) {
   const TemporaryFolder folder;
   folder.addFile("\xFF\xFE/caf\xE9.plist");
@@ -89,6 +90,7 @@ TEST(DirectoryEnumerator, KeepsTheBytesOfNamesThatAreNotUtf8) {
   EXPECT_THAT(entriesBelow(folder.path()),
               UnorderedElementsAre("\xFF\xFE", "\xFF\xFE/caf\xE9.plist", "line\nbreak"));
 }
+#endif
 
 TEST(DirectoryEnumerator, LooksBelowTheVolume) {
   const TemporaryFolder folder;
@@ -240,6 +242,7 @@ TEST(ReadingAFile, FailsForOneWithAHoleOfATerabyte) {
   EXPECT_FALSE(canRead(file));
 }
 
+#ifndef __APPLE__  // which sets a program's memory no limit
 TEST(ReadingAFile, FailsWhenThereIsNoMemoryForIt) {
   const TemporaryFolder folder;
   const std::string file = folder.addFile("x.plist");
@@ -257,6 +260,7 @@ TEST(ReadingAFile, FailsWhenThereIsNoMemoryForIt) {
   EXPECT_EQ(outcome, std::make_error_code(std::errc::not_enough_memory).message());
 #endif
 }
+#endif
 
 #ifdef __linux__
 TEST(ReadingAFile, ReadsOneWhoseSizeIsNotToldToItsEnd) {

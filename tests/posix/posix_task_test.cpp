@@ -289,9 +289,9 @@ TEST(Task, ThrowsWhenThereAreNoDescriptorsOrProcessesToBeHad) {
   EXPECT_EQ(test::withoutPrivileges([] {
               const rlimit none = {0, 0};
               setrlimit(RLIMIT_NPROC, &none);
-              return launchFailure("/bin/true");
+              return launchFailure("/bin/echo");
             }),
-            "/bin/true: Resource temporarily unavailable");
+            "/bin/echo: Resource temporarily unavailable");
 }
 
 TEST(Task, GivesAnEmptyOutputAfterALaunchThatFailed) {

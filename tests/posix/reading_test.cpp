@@ -133,11 +133,13 @@ TEST_F(ReceiptScan, KeepsThePathBeforeTheLastExtension) {
   EXPECT_THAT(scannedPaths(), ElementsAre("/System/Library/Receipts/com.example.pkg.1.2"));
 }
 
+#ifndef __APPLE__  // whose own file system takes no such names
 TEST_F(ReceiptScan, KeepsTheBytesOfNamesThatAreNotUtf8) {
   add("caf\xE9.plist", receipt("a"));
   EXPECT_THAT(scannedPaths(), ElementsAre("/System/Library/Receipts/caf\xE9"));
   EXPECT_THAT(services.alerts, IsEmpty());
 }
+#endif
 
 TEST_F(ReceiptScan, PassesOverInSilenceWhatIsNoReceipt) {
   add("text.plist", "not a property list");
