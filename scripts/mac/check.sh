@@ -19,9 +19,8 @@ for processor in aarch64 x86_64; do
   file "$build"/bin/lsbom "$build"/sample/pelmarix-sample "$build"/tests/posix_tests | grep -c 'Mach-O 64-bit .*executable' |
     grep -qx 3 || { echo "What was linked for $processor is no program of macOS" >&2; exit 1; }
   # QSettings takes preferences from the system by organization and application, not by a file's name.
-  if grep -q _ZN9QSettingsC1ERK7QStringNS_6FormatE "$build"/qt/CMakeFiles/pelmarix_qt.dir/services/settings_user_defaults.cpp.o; then
-    echo "The preferences on $processor are a file" >&2
-    exit 1
-  fi
+  preferences=$build/qt/CMakeFiles/pelmarix_qt.dir/services/settings_user_defaults.cpp.o
+  [ "$(grep -c _ZN9QSettingsC1ERK7QStringNS_6FormatE "$preferences")" = 0 ] ||
+    { echo "The preferences on $processor are a file" >&2; exit 1; }
   echo "Compiled and linked for macOS on $processor"
 done
