@@ -12,8 +12,8 @@ namespace pelmarix::qt {
 
 /// Read once, when it is made, from /System/Library/CoreServices/SystemVersion.plist: "Version " with the
 /// text of ProductVersion and, where there is one, " (Build " with that of ProductBuildVersion and ")".
-/// Without a ProductVersion it is "Version unknown" of a volume that was named, else what the machine says of
-/// itself.
+/// Texts of more than 255 bytes count as missing. Without a ProductVersion it is "Version unknown" of a
+/// volume that was named, else what the machine says of itself.
 class VolumeProcessInfo final : public platform::ProcessInfo {
  public:
   /// `volume` is what `files` reads below.
