@@ -100,8 +100,8 @@ TEST(Task, PassesTheProgramsOwnEnvironmentAndWorkingFolder) {
 TEST(Task, PassesNoDescriptorBeyondTheThreeStandardOnes) {
   // Left open, for every child to inherit, by whoever started this program.
   const int leaked = open("/dev/null", O_RDONLY);
-  const int leakedFar = fcntl(leaked, F_DUPFD, 700);
-  ASSERT_GE(leakedFar, 700);
+  const int leakedFar = fcntl(leaked, F_DUPFD, 200);  // below the usual limit of a Mac
+  ASSERT_GE(leakedFar, 200);
   EXPECT_EQ(linesOf(run(printReceived).output, "descriptor"), "");
   close(leakedFar);
   close(leaked);
