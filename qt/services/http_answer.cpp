@@ -7,7 +7,6 @@
 namespace pelmarix::qt {
 namespace {
 
-constexpr std::string_view lineEnd = "\r\n";
 constexpr std::size_t longestLine = std::size_t{64} << 10U;
 // A million others would take far more memory than they have bytes.
 constexpr std::string_view usedHeaders[] = {"content-encoding", "content-length", "content-type", "location",
@@ -63,15 +62,15 @@ void HttpAnswer::end() {
 }
 
 std::optional<std::string_view> HttpAnswer::nextLine() {
-  const std::size_t end = pending_.find(lineEnd, searched_);
+  const std::size_t end = pending_.find('\n', searched_);
   if (end == std::string::npos) {
     if (pending_.size() - at_ > longestLine) state_ = State::broken;
-    // The last byte may be half of the line's end.
-    searched_ = std::max(at_, pending_.empty() ? 0 : pending_.size() - 1);
+    searched_ = pending_.size();
     return std::nullopt;
   }
-  const std::string_view line = std::string_view(pending_).substr(at_, end - at_);
-  at_ = searched_ = end + lineEnd.size();
+  std::string_view line = std::string_view(pending_).substr(at_, end - at_);
+  if (line.ends_with('\r')) line.remove_suffix(1);  // not every server sends one
+  at_ = searched_ = end + 1;
   return line;
 }
 

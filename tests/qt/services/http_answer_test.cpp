@@ -43,6 +43,14 @@ TEST(HttpAnswer, HasNoStatusBeforeItsWholeHeadIsThere) {
   EXPECT_EQ(answerOf("HTTP/1.1 100 Continue\r\n\r\n" + head, 1, false).status(), 0);
 }
 
+TEST(HttpAnswer, MayEndItsLinesWithALineFeedAlone) {
+  const std::string lines = "HTTP/1.1 200 OK\nContent-Type: text/xml\n";
+  EXPECT_EQ(bodyOf(lines + "Content-Length: 4\n\nbody"), "body");
+  EXPECT_EQ(bodyOf(lines + "\r\n\r\nbody"), "\r\nbody");
+  EXPECT_EQ(bodyOf(lines + "Transfer-Encoding: chunked\n\n5\nbody\n\n0\n\n"), "body\n");
+  EXPECT_EQ(answerOf(lines + "\n", 1, false).header("content-type"), "text/xml");
+}
+
 TEST(HttpAnswer, HasABodyOfTheLengthThatItTells) {
   EXPECT_EQ(bodyOf(head + "Content-Length: 4\r\n\r\nbody"), "body");
   EXPECT_EQ(bodyOf(head + "Content-Length: 4\r\n\r\nbody and more"), "body");
