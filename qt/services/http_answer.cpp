@@ -7,15 +7,17 @@
 namespace pelmarix::qt {
 namespace {
 
+constexpr std::string_view blanks = " \t";
+// In bytes; of a header's value too, which can be in several lines.
 constexpr std::size_t longestLine = std::size_t{64} << 10U;
 // A million others would take far more memory than they have bytes.
 constexpr std::string_view usedHeaders[] = {"content-encoding", "content-length", "content-type", "location",
                                             "transfer-encoding"};
 
 std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
+  const std::size_t first = text.find_first_not_of(blanks);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+  return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 std::string inSmallLetters(std::string_view text) {
@@ -98,19 +100,24 @@ void HttpAnswer::takeStatus(std::string_view line) {
   state_ = code && *code >= 100 ? State::headers : State::broken;
   status_ = code.value_or(0);
   headers_.clear();
+  headerAtHand_.clear();
 }
 
 void HttpAnswer::takeHeader(std::string_view line) {
+  // A line that begins with a blank goes on with the header before.
+  const bool goesOn = blanks.find(line.front()) != std::string_view::npos;
   const std::size_t colon = line.find(':');
-  if (colon == std::string_view::npos) {
+  if (!goesOn && colon == std::string_view::npos) {
     state_ = State::broken;
     return;
   }
-  const std::string name = inSmallLetters(line.substr(0, colon));
-  if (std::find(std::begin(usedHeaders), std::end(usedHeaders), name) == std::end(usedHeaders)) return;
-  std::string& value = headers_[name];
-  if (!value.empty()) value += ", ";
-  value += trimmed(line.substr(colon + 1));
+  if (!goesOn) headerAtHand_ = inSmallLetters(line.substr(0, colon));
+  if (std::find(std::begin(usedHeaders), std::end(usedHeaders), headerAtHand_) == std::end(usedHeaders))
+    return;
+  std::string& value = headers_[headerAtHand_];
+  if (!value.empty()) value += goesOn ? " " : ", ";
+  value += trimmed(goesOn ? line : line.substr(colon + 1));
+  if (value.size() > longestLine) state_ = State::broken;
 }
 
 std::string HttpAnswer::header(const std::string& name) const {

@@ -22,7 +22,8 @@ class HttpAnswer {
   void end();
 
   bool isComplete() const { return state_ == State::complete; }
-  /// Not HTTP, cut, or too large, of which a line of more than 64 KiB is a case; nothing more is looked at.
+  /// Not HTTP, cut, or too large, of which a line or a header of more than 64 KiB is a case; nothing more is
+  /// looked at.
   bool isBroken() const { return state_ == State::broken; }
 
   /// 0 until the whole head is there.
@@ -63,6 +64,7 @@ class HttpAnswer {
   int status_ = 0;
   bool headIsComplete_ = false;
   std::map<std::string, std::string> headers_;
+  std::string headerAtHand_;  // its name
   std::string body_;
   std::size_t left_ = 0;  // of the body or of a chunk
   bool endsWithConnection_ = false;

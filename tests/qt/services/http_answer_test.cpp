@@ -51,6 +51,14 @@ TEST(HttpAnswer, MayEndItsLinesWithALineFeedAlone) {
   EXPECT_EQ(answerOf(lines + "\n", 1, false).header("content-type"), "text/xml");
 }
 
+TEST(HttpAnswer, MayHaveAHeaderInSeveralLines) {
+  const std::string folded =
+      "HTTP/1.1 200 OK\r\n x: y\r\nContent-Type: text/xml;\r\n \ta=b:c \r\nX: y\r\n z\r\n";
+  const HttpAnswer answer = answerOf(folded + "Content-Length:\r\n 4\r\n\r\nbody", 1, false);
+  EXPECT_TRUE(answer.isComplete());
+  EXPECT_EQ(answer.header("content-type"), "text/xml; a=b:c");
+}
+
 TEST(HttpAnswer, HasABodyOfTheLengthThatItTells) {
   EXPECT_EQ(bodyOf(head + "Content-Length: 4\r\n\r\nbody"), "body");
   EXPECT_EQ(bodyOf(head + "Content-Length: 4\r\n\r\nbody and more"), "body");
@@ -130,6 +138,17 @@ TEST(HttpAnswer, IsBrokenWhenALineHasNoEnd) {
   for (const std::string& bytes : {"HTTP/1.1 200 " + longLine, head + "X: " + longLine,
                                    chunked + "1;" + longLine, chunked + "0\r\nX: " + longLine})
     EXPECT_TRUE(answerOf(bytes, 1000, false).isBroken()) << bytes.substr(0, 60);
+}
+
+TEST(HttpAnswer, IsBrokenWhenAHeaderIsTooLongHoweverManyLinesItHas) {
+  const std::string part(1000, 'x');
+  for (const std::string& start : {"Location: " + part + "\r\n", " " + part + "\r\n"}) {
+    std::string bytes = head + "Location: " + part + "\r\n";
+    for (int line = 0; line < 60; ++line) bytes += start;
+    EXPECT_FALSE(answerOf(bytes, 1 << 16, false).isBroken()) << start.front();
+    for (int line = 0; line < 10; ++line) bytes += start;
+    EXPECT_TRUE(answerOf(bytes, 1 << 16, false).isBroken()) << start.front();
+  }
 }
 
 TEST(HttpAnswer, HasNoBodyWhenTheServerHasCompressedIt) {
