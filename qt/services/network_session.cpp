@@ -101,7 +101,8 @@ class NetworkSession::Request final : public QObject {
   }
 
   void follow() {
-    const QUrl next = url_.resolved(QUrl(toQString(answer_.header("location")), QUrl::StrictMode));
+    // Not strictly: there are servers that don't encode blanks and the like.
+    const QUrl next = url_.resolved(QUrl(toQString(answer_.header("location"))));
     if (!next.isValid() || next.scheme() != QLatin1String("https"))
       return fail("The redirect leads nowhere.");
     if (++redirects_ > maximumRedirects) return fail("There are too many redirects.");

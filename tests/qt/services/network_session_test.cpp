@@ -185,6 +185,11 @@ TEST_F(NetworkSessionTest, FollowsFiveRedirectsAndNoMore) {
   EXPECT_TRUE(isError(get("redirect/6")));
 }
 
+TEST_F(NetworkSessionTest, FollowsARedirectToAnAddressThatIsNotEncoded) {
+  EXPECT_TRUE(isBody(get("to-unencoded")));
+  EXPECT_EQ(get("count/list?a%20%3Cb%3E").body, "1");
+}
+
 TEST_F(NetworkSessionTest, EndsARedirectInALoop) { EXPECT_TRUE(isError(get("loop"))); }
 
 TEST_F(NetworkSessionTest, FollowsNoRedirectToAnUnprotectedAddress) {
