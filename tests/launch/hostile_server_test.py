@@ -84,6 +84,9 @@ class HostileServerTest(unittest.TestCase):
     def test_a_drip(self):
         self.expect_nothing_felt("endless/drip", lambda: self.server.drops > 50)
 
+    def test_a_redirect_to_a_huge_address(self):
+        self.expect_nothing_felt("to-huge")
+
     def test_packed_bombs(self):
         self.expect_nothing_felt("gzip-bomb")
 

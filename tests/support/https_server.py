@@ -110,6 +110,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def serve_to_unencoded(self):
         self.answer(status=302, Location=self.server.owner.address("good", "list?a <b>"))
 
+    def serve_to_huge(self):
+        """To an address in many headers; ends when the other side has left."""
+        part = b"Location: /%s\r\n" % (b"x" * 60_000)
+        self.wfile.write(b"HTTP/1.1 302 Found\r\n" + part * 270 + b"\r\n")
+        self.serve_silent()
+
     def serve_loop(self):
         self.answer(status=301, Location="/loop")
 
