@@ -18,6 +18,8 @@ namespace {
 constexpr std::size_t mostSharing = 16;
 // In bytes, so many whatever the size of the file.
 constexpr std::size_t sharingAllowance = std::size_t{4} << 20U;
+// A program that takes the listing must have room for it.
+constexpr std::size_t longestListing = std::size_t{256} << 20U;
 
 constexpr std::uint32_t none = UINT32_MAX;
 
@@ -157,7 +159,8 @@ class BillOfMaterials::Reader {
       std::size_t length;    // of its path, with the "/" behind that
     };
     // Every path repeats those of the folders that it is in.
-    const std::size_t mostBytes = mostSharing * bom_.bytes_.size() + sharingAllowance;
+    const std::size_t mostBytes =
+        std::min(mostSharing * bom_.bytes_.size() + sharingAllowance, longestListing);
     std::size_t bytes = 0;
     bom_.order_.reserve(paths_.size());
     std::vector<Level> levels{{0, 0, 0}};

@@ -94,8 +94,9 @@ class NetworkSession::Request final : public QObject {
     if (hasEnded_) return;
     if (error != QAbstractSocket::RemoteHostClosedError || !socket_->isEncrypted())
       return fail(toUtf8(socket_->errorString()));
+    const QSslSocket* const ended = socket_;
     if (socket_->bytesAvailable() != 0) read();
-    if (hasEnded_) return;
+    if (hasEnded_ || socket_ != ended) return;  // it was a redirect
     answer_.end();
     finishIfThereIsAnAnswer();
   }

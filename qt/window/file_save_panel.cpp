@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "qt/services/text_conversion.h"
+#include "qt/widgets/visible_text.h"
 
 namespace pelmarix::qt {
 
@@ -86,7 +87,7 @@ class FileSavePanel::Dialog final : public QFileDialog {
 
   bool isToBeReplaced(const QFileInfo& file) {
     QMessageBox question(QMessageBox::Warning, windowTitle(),
-                         tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
+                         tr("%1 already exists.\nDo you want to replace it?").arg(visible(file.fileName())),
                          QMessageBox::Yes | QMessageBox::No, this);
     question.setTextFormat(Qt::PlainText);
     question.setDefaultButton(QMessageBox::No);

@@ -354,6 +354,19 @@ TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheF
   EXPECT_EQ(failureOf(refused).fault, Fault::tooMuchSharing);
 }
 
+TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreLongerThanAnyListing) {
+  const std::string folder = std::string(2000, 'a') + "/" + std::string(2000, 'b') + "/";
+  std::vector<BomEntry> files;
+  for (int i = 0; i < 68'000; ++i) files.push_back({.path = folder + std::to_string(100'000 + i)});
+  std::string bytes = sample::writeBillOfMaterials(files);
+  bytes.resize(std::size_t{20} << 20U);  // so that it isn't the file that is too small
+  EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);
+  files.resize(66'000);
+  bytes = sample::writeBillOfMaterials(files);
+  bytes.resize(std::size_t{20} << 20U);
+  expectWellFormed(bytes, 66'002);
+}
+
 TEST(MalformedBillOfMaterials, TellsWhereTheDamageIs) {
   EditableBom bom(entries);
   bom.setU32(nameOf(bom, lastPath), 7);
