@@ -47,25 +47,40 @@ void TextPane::setText(platform::SharedText text) {
 }
 
 std::size_t TextPane::sameLine(const TextIndex& before, std::size_t first) const {
-  const auto isThere = [&](std::size_t line) {
-    return line < index_.lineCount() && index_.part(index_.line(line)) == before.part(before.line(line));
+  if (first == 0 || *before.text() == *index_.text()) return first;
+  struct Sought {
+    std::size_t row;
+    std::size_t count = 0;
+    std::size_t line = 0;  // the last one that isn't after where it was, or else the first
   };
-  if (first == 0 || isThere(first)) return first;
-  std::unordered_map<std::string_view, std::size_t> sought;
-  std::size_t best = std::min(first + static_cast<std::size_t>(linesInView()), before.lineCount());
-  for (std::size_t line = first; line < best; ++line) sought.emplace(before.part(before.line(line)), line);
-  std::size_t same = first;
+  std::unordered_map<std::string_view, Sought> inView;
+  const std::size_t rows = std::min(static_cast<std::size_t>(linesInView()), before.lineCount() - first);
+  for (std::size_t row = 0; row < rows; ++row)
+    inView.emplace(before.part(before.line(first + row)), Sought{row});
   std::string_view rest = *index_.text();
-  for (std::size_t line = 0; line < index_.lineCount() && best > first; ++line) {
+  for (std::size_t line = 0; line < index_.lineCount(); ++line) {
     const std::string_view letters = rest.substr(0, rest.find('\n'));
-    const auto found = sought.find(letters);
-    if (found != sought.end() && found->second < best) {
-      best = found->second;
-      same = line;
-    }
     rest.remove_prefix(std::min(letters.size() + 1, rest.size()));
+    const auto found = inView.find(letters);
+    if (found == inView.end()) continue;
+    Sought& sought = found->second;
+    if (sought.count++ == 0 || line <= first + sought.row) sought.line = line;
   }
-  return same;
+  // Blank lines and others that are there many times don't tell where in the text they are. The rarest does,
+  // and the first that was in view is near to it.
+  const Sought* rarest = nullptr;
+  for (const auto& [letters, sought] : inView)
+    if (sought.count > 0 &&
+        (rarest == nullptr || std::pair(sought.count, sought.row) < std::pair(rarest->count, rarest->row)))
+      rarest = &sought;
+  if (rarest == nullptr) return first;
+  for (std::size_t row = 0; row < rarest->row; ++row) {
+    const std::string_view letters = before.part(before.line(first + row));
+    for (std::size_t distance = 1; distance <= rows; ++distance)
+      for (const std::size_t line : {rarest->line - distance, rarest->line + distance})
+        if (line < index_.lineCount() && index_.part(index_.line(line)) == letters) return line;
+  }
+  return rarest->line;
 }
 
 // Where things are.

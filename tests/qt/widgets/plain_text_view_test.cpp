@@ -153,6 +153,28 @@ TEST_F(PlainTextView, LeavesAllAsItIsWhenTheSameTextComesAgain) {
   EXPECT_EQ(widget.selection(), (qt::TextRange{0, 0}));
 }
 
+TEST_F(PlainTextView, KeepsItsFirstLineAmongBlankAndRepeatedOnes) {
+  // Entries of many lines, of which only the last is there once; then they are turned round, and fewer.
+  const auto textOf = [](int begin, int end, int step) {
+    std::string text;
+    for (int i = begin; i != end; i += step) text += "\nUpdate\n\nnumber " + std::to_string(i) + "\n";
+    return text;
+  };
+  for (const int row : {0, 1, 2, 3}) {
+    show(textOf(100, 400, 1));
+    widget.verticalScrollBar()->setValue(800 + row);  // of entry 300
+    show(textOf(399, 99, -1));
+    EXPECT_NEAR(widget.verticalScrollBar()->value(), 4 * 99 + row, 4) << row;
+    widget.verticalScrollBar()->setValue(4 * 99 + row);
+    show(textOf(398, 98, -2));
+    EXPECT_NEAR(widget.verticalScrollBar()->value(), 4 * 49 + row, 4) << row;
+  }
+  show(std::string(1000, '\n') + "end");
+  widget.verticalScrollBar()->setValue(500);
+  show(std::string(1000, '\n') + "another end");
+  EXPECT_EQ(widget.verticalScrollBar()->value(), 500) << "blank lines stay where they are";
+}
+
 TEST_F(PlainTextView, AsksForOtherSizesWhenTheWheelTurnsWithControl) {
   QSignalSpy zoom(&widget, &qt::PlainTextView::zoomRequested);
   turnWheel(120, Qt::NoModifier);
