@@ -53,6 +53,7 @@ void PlainTextView::showText(platform::SharedText text) {
   if (isSame) return;
   anchor_ = caret_ = 0;
   verticalMovesX_.reset();
+  endSelecting();
   tellTextChanged(*this);
   emit textChanged();
 }
@@ -236,6 +237,11 @@ void PlainTextView::selectTo(QPointF point) {
     select(origin_.end, here.begin);
   else
     select(origin_.begin, std::max(here.end, origin_.end));
+}
+
+void PlainTextView::endSelecting() {
+  scrolling_.stop();
+  isSelecting_ = mayDragOut_ = false;
 }
 
 void PlainTextView::mousePressEvent(QMouseEvent* event) {

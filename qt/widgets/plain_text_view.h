@@ -62,6 +62,7 @@ class PlainTextView final : public TextPane, public Searchable {
   std::size_t placeInOtherLine(int lines, qreal x);
   void beginSelecting(QPointF point, TextUnit unit);
   void selectTo(QPointF point);
+  void endSelecting();
   std::size_t placeUnder(QPointF point);
   // On X11, to whoever pastes with the middle button.
   void offerSelection() const;

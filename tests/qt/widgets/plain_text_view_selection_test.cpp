@@ -211,6 +211,20 @@ TEST_F(PlainTextViewSelection, ScrollsWhileTheMouseIsHeldBelowOrAbove) {
   EXPECT_EQ(view.selection(), (qt::TextRange{0, 0}));
 }
 
+TEST_F(PlainTextViewSelection, SelectsNoMoreWhenAnotherTextComesWhileTheMouseIsHeld) {
+  show(std::string(1000, '\n'));
+  press(Qt::Key_End, Qt::ControlModifier);
+  const QPoint below(10, view.viewport()->height() + 40);
+  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, QPoint(10, view.viewport()->height() - 10));
+  moveTo(below);
+  show("Safari");
+  moveTo(pointAt(3));
+  EXPECT_EQ(view.selection(), (qt::TextRange{0, 0}));
+  QTest::qWait(200);  // as long as three steps of scrolling take
+  EXPECT_EQ(view.selection(), (qt::TextRange{0, 0}));
+  release(pointAt(3));
+}
+
 TEST_F(PlainTextViewSelection, ScrollsToTheSideWhereTheCaretGoes) {
   show(std::string(1000, 'x') + "\ny");
   press(Qt::Key_End);
