@@ -196,10 +196,16 @@ void TextPane::reveal(std::size_t place) {
   const int line = static_cast<int>(index_.lineAt(place));
   QScrollBar& vertical = *verticalScrollBar();
   vertical.setValue(std::clamp(vertical.value(), line - linesInView() + 1, line));
-  const int x = static_cast<int>(xOf(place));
   const int farthest = viewport()->width() - 2 * margin;
   QScrollBar& horizontal = *horizontalScrollBar();
-  horizontal.setValue(std::clamp(horizontal.value(), std::min(x - farthest, x), x));
+  const auto xNow = [&] { return static_cast<int>(std::min<qreal>(xOf(place), INT_MAX / 2)); };
+  // Again for as long as parts of a very long line that come into view have other widths than expected.
+  int before = -1;
+  for (int x = xNow(); x != before; x = xNow()) {
+    before = x;
+    if (x - farthest > horizontal.maximum()) layOut();
+    horizontal.setValue(std::clamp(horizontal.value(), std::min(x - farthest, x), x));
+  }
 }
 
 void TextPane::paintEvent(QPaintEvent* /*event*/) {

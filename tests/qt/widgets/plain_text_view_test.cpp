@@ -312,6 +312,17 @@ TEST_F(PlainTextView, HasNoGapsBetweenThePartsOfALongLine) {
       EXPECT_NEAR(widget.xOf(place + 1) - widget.xOf(place), width, 0.1) << place;
 }
 
+TEST_F(PlainTextView, BringsAPlaceIntoViewBesidePartsOfALongLineThatAreWiderOrNarrowerThanExpected) {
+  for (const char letter : {'W', 'i'}) {
+    show(std::string(100'000, letter) + "\n");
+    for (const std::size_t place : {99'999U, 10U * 2048 + 3, 40U * 2048 - 3, 20U * 2048, 100'000U, 0U}) {
+      widget.select(place, place);
+      EXPECT_TRUE(QRectF(widget.viewport()->rect()).contains(widget.rectOf(place).topLeft()))
+          << letter << place;
+    }
+  }
+}
+
 TEST_F(PlainTextView, ShowsTenMillionEmptyLines) {
   show(std::string(10'000'000, '\n'));
   EXPECT_EQ(widget.index().lineCount(), 10'000'001U);
