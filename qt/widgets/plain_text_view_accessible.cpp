@@ -80,7 +80,7 @@ class AccessibleText final : public QAccessibleWidget, public QAccessibleTextInt
   }
 
   QRect characterRect(int offset) const override {
-    const QRect rect = view_.rectOf(placeOf(offset)).toRect();
+    const QRect rect = view_.rectOf(placeOf(offset)).normalized().toRect();
     return {view_.viewport()->mapToGlobal(rect.topLeft()), rect.size()};
   }
   int offsetAtPoint(const QPoint& point) const override {

@@ -46,10 +46,21 @@ void TextLine::addField(const QString& text, const QFont& font) {
   field.right = (std::floor(field.textRight / tabStop) + 1) * tabStop;
 }
 
+const TextLine::Field& TextLine::fieldWith(qsizetype unit) const {
+  return *std::find_if(fields_.begin(), fields_.end() - 1,
+                       [unit](const Field& one) { return unit < one.end; });
+}
+
 qreal TextLine::xOf(qsizetype unit) const {
-  const auto field =
-      std::find_if(fields_.begin(), fields_.end() - 1, [unit](const Field& one) { return unit < one.end; });
-  return field->left + field->layout.lineAt(0).cursorToX(static_cast<int>(unit) - field->begin);
+  const Field& field = fieldWith(unit);
+  return field.left + field.layout.lineAt(0).cursorToX(static_cast<int>(unit) - field.begin);
+}
+
+qreal TextLine::xAfter(qsizetype unit) const {
+  const Field& field = fieldWith(unit);
+  const int inField = static_cast<int>(unit) - field.begin;
+  if (inField >= field.layout.text().size()) return field.right;
+  return field.left + field.layout.lineAt(0).cursorToX(inField, QTextLine::Trailing);
 }
 
 qsizetype TextLine::unitAt(qreal x) const {

@@ -16,7 +16,9 @@ class TextLine final {
   TextLine(TextLine&&) = default;
 
   qreal width() const { return fields_.back().right; }
+  /// Where a unit begins: at its right where letters go to the left.
   qreal xOf(qsizetype unit) const;
+  qreal xAfter(qsizetype unit) const;
   /// The place between two characters that is nearest.
   qsizetype unitAt(qreal x) const;
   /// Highlights are parts of the line with what they look like.
@@ -33,6 +35,7 @@ class TextLine final {
     qreal right;  // with the tab, or the line feed after the last field
   };
   void addField(const QString& text, const QFont& font);
+  const Field& fieldWith(qsizetype unit) const;
 
   QFontMetricsF metrics_;
   std::deque<Field> fields_;  // never none

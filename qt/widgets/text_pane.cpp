@@ -132,13 +132,10 @@ qreal TextPane::xOf(std::size_t place) {
 
 QRectF TextPane::rectOf(std::size_t place) {
   const Part part = partWith(place);
-  const std::string_view after = index_.part({place, part.range.end});
   const auto unit = static_cast<qsizetype>(utf16Length(index_.part({part.range.begin, place})));
-  const qsizetype size = after.empty() ? 0 : bytesOfUtf16(after, 1) > 0 ? 1 : 2;
-  const qreal left = part.left + part.layout.xOf(unit);
-  const qreal right = part.left + part.layout.xOf(unit + size);
-  return QRectF(std::min(left, right) + margin - horizontalScrollBar()->value(), topOf(part.line),
-                std::abs(right - left), lineHeight_);
+  const qreal x = part.layout.xOf(unit);
+  return QRectF(part.left + x + margin - horizontalScrollBar()->value(), topOf(part.line),
+                part.layout.xAfter(unit) - x, lineHeight_);
 }
 
 std::size_t TextPane::placeInLine(std::size_t line, qreal x) {

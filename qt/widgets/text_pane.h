@@ -25,7 +25,8 @@ class TextPane : public QAbstractScrollArea {
   std::size_t placeAt(QPointF point);
   /// The same in one line, `x` from the line's beginning.
   std::size_t placeInLine(std::size_t line, qreal x);
-  /// Where a place's line and what stands there is, in the viewport.
+  /// Where what stands at a place is in the viewport, as high as its line; its width is negative where
+  /// letters go to the left.
   QRectF rectOf(std::size_t place);
   /// How far from its line's beginning a place is.
   qreal xOf(std::size_t place);

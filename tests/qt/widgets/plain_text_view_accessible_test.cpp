@@ -158,6 +158,16 @@ TEST_F(PlainTextViewAccessible, SelectsAndTellsWhatIsSelected) {
   EXPECT_EQ(bus().cursorPosition(), 6);
 }
 
+TEST_F(PlainTextViewAccessible, TellsWhereLettersAreBesideOthersThatGoToTheLeft) {
+  show("abc \u05e9\u05dc\u05d5\u05dd def");
+  const int space = bus().characterRect(3).width();
+  EXPECT_NEAR(bus().characterRect(3).right() + 1, bus().characterRect(7).left(), 1);
+  EXPECT_NEAR(bus().characterRect(4).right() + 1, bus().characterRect(8).left(), 1);
+  EXPECT_NEAR(bus().characterRect(8).width(), space, 1);
+  for (int offset = 4; offset < 7; ++offset)
+    EXPECT_NEAR(bus().characterRect(offset).left(), bus().characterRect(offset + 1).right() + 1, 1) << offset;
+}
+
 TEST_F(PlainTextViewAccessible, TellsWhereCharactersAreOnScreen) {
   show("first\n" + std::string(1000, '\n') + "last");
   const QRect letter = bus().characterRect(1);

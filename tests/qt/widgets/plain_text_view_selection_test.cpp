@@ -12,6 +12,7 @@
 #include <string>
 
 #include "qt/widgets/plain_text_view.h"
+#include "tests/qt/widgets/pictures.h"
 
 namespace pelmarix::test {
 namespace {
@@ -187,6 +188,31 @@ TEST_F(PlainTextViewSelection, SelectsTheLastWordByADoubleClickOnItsLastLetter) 
   QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point);
   QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, point);
   EXPECT_EQ(selected(), "Mojave");
+}
+
+TEST_F(PlainTextViewSelection, SelectsTheWordUnderTheMouseBesideOneThatGoesToTheLeft) {
+  show("abc \u05e9\u05dc\u05d5\u05dd def");
+  const QPointF lastLetter = view.rectOf(10).center();
+  for (const int aside : {-2, 2}) {
+    const QPoint point = (lastLetter + QPointF(aside, 0)).toPoint();
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, point);
+    EXPECT_EQ(selected(), "\u05e9\u05dc\u05d5\u05dd") << aside;
+  }
+}
+
+TEST_F(PlainTextViewSelection, HasItsCaretWhereTheLetterBeginsThatGoesToTheLeft) {
+  show("\u05e9\u05dc\u05d5\u05dd");
+  view.clearFocus();
+  const QImage without = view.viewport()->grab().toImage();
+  for (const std::size_t place : {0U, 2U, 4U}) {
+    view.clearFocus();
+    view.select(place, place);
+    view.setFocus();
+    const QRect caret = changedPart(without, view.viewport()->grab().toImage());
+    EXPECT_NEAR(caret.left(), view.xOf(place) + 4, 1.5) << place;
+    EXPECT_EQ(caret.width(), 1) << place;
+  }
 }
 
 TEST_F(PlainTextViewSelection, SelectsLinesByAThirdClickAndDraggingOn) {
