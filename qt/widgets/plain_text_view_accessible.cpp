@@ -56,9 +56,10 @@ class AccessibleText final : public QAccessibleWidget, public QAccessibleTextInt
   QString textAfterOffset(int offset, QAccessible::TextBoundaryType type, int* startOffset,
                           int* endOffset) const override {
     const TextRange here = unitAt(placeOf(offset), type);
-    const bool isLine = here.end == index().line(index().lineAt(here.begin)).end;
-    const std::size_t after =
-        isLine || here.isEmpty() ? nextPlace(index(), here.end, TextUnit::character) : here.end;
+    // The last word of a line is followed by the next line's first; its last letter by the line feed.
+    const bool endsLine =
+        type != QAccessible::CharBoundary && here.end == index().line(index().lineAt(here.begin)).end;
+    const std::size_t after = endsLine ? nextPlace(index(), here.end, TextUnit::character) : here.end;
     const bool isLast = here.end == view_.text()->size();
     return tell(isLast ? TextRange{here.end, here.end} : unitAt(after, type), startOffset, endOffset);
   }

@@ -117,6 +117,9 @@ TEST_F(PlainTextViewAccessible, TellsWhatIsBeforeAndAfter) {
   EXPECT_EQ(before(8, LineBoundary), (Told{QStringLiteral("one two"), 0, 7}));
   EXPECT_EQ(before(3, LineBoundary), (Told{QString(), 0, 0}));
   EXPECT_EQ(after(0, CharBoundary), (Told{QStringLiteral("n"), 1, 2}));
+  EXPECT_EQ(after(6, CharBoundary), (Told{QStringLiteral("\n"), 7, 8}));
+  EXPECT_EQ(after(7, CharBoundary), (Told{QStringLiteral("\n"), 8, 9}));
+  EXPECT_EQ(after(13, CharBoundary), (Told{QString(), 14, 14}));
   EXPECT_EQ(before(1, CharBoundary), (Told{QStringLiteral("o"), 0, 1}));
   EXPECT_EQ(before(0, CharBoundary), (Told{QString(), 0, 0}));
 }
