@@ -51,7 +51,8 @@ void PlainTextView::showText(platform::SharedText text) {
   const bool isSame = *text == *this->text();
   setText(std::move(text));
   if (isSame) return;
-  anchor_ = caret_ = 0;
+  // In view, so that the next key doesn't leave it.
+  anchor_ = caret_ = index().line(static_cast<std::size_t>(verticalScrollBar()->value())).begin;
   verticalMovesX_.reset();
   endSelecting();
   tellTextChanged(*this);

@@ -307,6 +307,17 @@ TEST_F(PlainTextViewSelection, ScrollsByTheWheel) {
   EXPECT_EQ(view.verticalScrollBar()->value(), QApplication::wheelScrollLines());
 }
 
+TEST_F(PlainTextViewSelection, HasItsCaretInViewWhenAnotherTextComes) {
+  std::string text;
+  for (int i = 100; i < 1100; ++i) text += std::to_string(i) + "\n";
+  show(text);
+  view.verticalScrollBar()->setValue(500);
+  show(text + "end");
+  press(Qt::Key_Down);
+  EXPECT_EQ(view.verticalScrollBar()->value(), 500);
+  EXPECT_EQ(view.index().lineAt(view.caret()), 501U);
+}
+
 TEST_F(PlainTextViewSelection, KeepsItsFirstLineWhenTheFontChanges) {
   show(std::string(1000, '\n'));
   view.verticalScrollBar()->setValue(500);
