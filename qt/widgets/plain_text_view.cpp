@@ -315,11 +315,12 @@ void PlainTextView::wheelEvent(QWheelEvent* event) {
 }
 
 void PlainTextView::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu(this);
-  QAction* const copyItem = menu.addAction(tr("&Copy"), QKeySequence::Copy, this, &PlainTextView::copy);
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  QAction* const copyItem = menu->addAction(tr("&Copy"), QKeySequence::Copy, this, &PlainTextView::copy);
   copyItem->setEnabled(!selection().isEmpty());
-  menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this, &PlainTextView::selectAll);
-  menu.exec(event->globalPos());
+  menu->addAction(tr("Select &All"), QKeySequence::SelectAll, this, &PlainTextView::selectAll);
+  menu->popup(event->globalPos());
 }
 
 }  // namespace pelmarix::qt

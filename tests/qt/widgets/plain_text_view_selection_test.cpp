@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
+#include <memory>
 #include <string>
 
 #include "qt/widgets/plain_text_view.h"
@@ -281,21 +282,29 @@ TEST_F(PlainTextViewSelection, HasAMenuToCopyAndToSelectAll) {
   show("Safari Mail");
   std::vector<bool> areEnabled;
   const auto choose = [&](int item) {
-    QTimer::singleShot(0, [&areEnabled, item] {
-      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-      ASSERT_NE(menu, nullptr);
-      areEnabled.push_back(menu->actions().at(0)->isEnabled());
-      menu->actions().at(item)->trigger();
-      menu->close();
-    });
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), view.mapToGlobal(QPoint(5, 5)));
     QApplication::sendEvent(view.viewport(), &event);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    areEnabled.push_back(menu->actions().at(0)->isEnabled());
+    menu->actions().at(item)->trigger();
+    menu->close();
   };
   choose(1);
   EXPECT_EQ(selected(), "Safari Mail");
   choose(0);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Safari Mail"));
   EXPECT_EQ(areEnabled, (std::vector{false, true}));
+}
+
+TEST_F(PlainTextViewSelection, MayGoWhileItsMenuIsOpen) {
+  auto other = std::make_unique<qt::PlainTextView>();
+  other->show();
+  QTimer::singleShot(0, [&other] { other.reset(); });
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), other->mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(other->viewport(), &event);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return other == nullptr; }));
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST_F(PlainTextViewSelection, ScrollsByTheWheel) {
