@@ -103,15 +103,18 @@ TextRange TextPane::partOfLine(TextRange line, std::size_t number) const {
   return {index_.placeAt(begin), std::min(index_.placeAt(begin + partSize), line.end)};
 }
 
-qreal TextPane::widthOf(std::size_t line, std::size_t number) const {
-  const auto known = partWidths_.find({line, number});
-  return known != partWidths_.end() ? known->second : partSize * letterWidth_;
+qreal TextPane::widthOf(TextRange line, std::size_t number) const {
+  const std::size_t begin = line.begin + number * partSize;
+  const auto known = partWidths_.find(begin);
+  if (known != partWidths_.end()) return known->second;
+  return static_cast<qreal>(std::min(partSize, line.end - begin)) * letterWidth_;
 }
 
 TextPane::Part TextPane::part(std::size_t line, std::size_t number, qreal left) {
-  const TextRange range = partOfLine(wholeLine(line), number);
+  const TextRange whole = wholeLine(line);
+  const TextRange range = partOfLine(whole, number);
   Part part{range, line, left, TextLine(visible(toQString(index_.part(range))), font())};
-  if (partCount(wholeLine(line)) > 1) partWidths_[{line, number}] = part.layout.width();
+  if (partCount(whole) > 1) partWidths_[whole.begin + number * partSize] = part.layout.width();
   return part;
 }
 
@@ -120,7 +123,7 @@ TextPane::Part TextPane::partWith(std::size_t place) {
   const TextRange whole = wholeLine(line);
   const std::size_t number = std::min((place - whole.begin) / partSize, partCount(whole) - 1);
   qreal left = 0;
-  for (std::size_t before = 0; before < number; ++before) left += widthOf(line, before);
+  for (std::size_t before = 0; before < number; ++before) left += widthOf(whole, before);
   return part(line, number, left);
 }
 
@@ -139,10 +142,11 @@ QRectF TextPane::rectOf(std::size_t place) {
 }
 
 std::size_t TextPane::placeInLine(std::size_t line, qreal x) {
-  const std::size_t last = partCount(wholeLine(line)) - 1;
+  const TextRange whole = wholeLine(line);
+  const std::size_t last = partCount(whole) - 1;
   std::size_t number = 0;
   qreal left = 0;
-  for (; number < last && x >= left + widthOf(line, number); ++number) left += widthOf(line, number);
+  for (; number < last && x >= left + widthOf(whole, number); ++number) left += widthOf(whole, number);
   const Part found = part(line, number, left);
   return found.range.begin +
          bytesOfUtf16(index_.part(found.range), static_cast<std::size_t>(found.layout.unitAt(x - left)));
@@ -174,17 +178,17 @@ void TextPane::layOut() {
 }
 
 qreal TextPane::layOutLine(std::size_t line) {
-  const std::size_t count = partCount(wholeLine(line));
+  const TextRange whole = wholeLine(line);
+  const std::size_t count = partCount(whole);
   const int leftEdge = horizontalScrollBar()->value() - margin;
   qreal left = 0;
   for (std::size_t number = 0; number < count; ++number) {
-    const bool isInView = left + widthOf(line, number) >= leftEdge && left <= leftEdge + viewport()->width();
-    if (count > 1 && !isInView) {
-      left += widthOf(line, number);
-      continue;
+    qreal width = widthOf(whole, number);
+    if (count == 1 || (left + width >= leftEdge && left <= leftEdge + viewport()->width())) {
+      parts_.push_back(part(line, number, left));
+      width = parts_.back().layout.width();
     }
-    parts_.push_back(part(line, number, left));
-    left += parts_.back().layout.width();
+    left += width;
   }
   return left;
 }

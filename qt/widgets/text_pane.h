@@ -5,7 +5,6 @@
 #include <QTextCharFormat>
 #include <deque>
 #include <map>
-#include <utility>
 #include <vector>
 
 #include "qt/widgets/text_index.h"
@@ -63,15 +62,15 @@ class TextPane : public QAbstractScrollArea {
   qreal layOutLine(std::size_t line);
   TextRange wholeLine(std::size_t line) const;
   TextRange partOfLine(TextRange line, std::size_t number) const;
-  qreal widthOf(std::size_t line, std::size_t number) const;
+  qreal widthOf(TextRange line, std::size_t number) const;
   Part part(std::size_t line, std::size_t number, qreal left);
   Part partWith(std::size_t place);
   qreal topOf(std::size_t line) const;
   std::size_t sameLine(const TextIndex& before, std::size_t first) const;
 
   TextIndex index_{platform::shareText({})};
-  std::deque<Part> parts_;                                           // in view
-  std::map<std::pair<std::size_t, std::size_t>, qreal> partWidths_;  // of very long lines
+  std::deque<Part> parts_;                   // in view
+  std::map<std::size_t, qreal> partWidths_;  // of very long lines, by where a part begins
   qreal widest_ = 0;
   qreal lineHeight_ = 0;
   qreal letterWidth_ = 0;

@@ -312,6 +312,13 @@ TEST_F(PlainTextView, HasNoGapsBetweenThePartsOfALongLine) {
       EXPECT_NEAR(widget.xOf(place + 1) - widget.xOf(place), width, 0.1) << place;
 }
 
+TEST_F(PlainTextView, ScrollsNoFartherThanALineThatIsALittleLongerThanAPart) {
+  const std::size_t length = 2048 + 5;
+  show(std::string(length, 'x'));
+  const double farthest = widget.horizontalScrollBar()->maximum() + widget.viewport()->width();
+  EXPECT_NEAR(farthest, widget.xOf(length), 10 * widget.xOf(1));
+}
+
 TEST_F(PlainTextView, BringsAPlaceIntoViewBesidePartsOfALongLineThatAreWiderOrNarrowerThanExpected) {
   for (const char letter : {'W', 'i'}) {
     show(std::string(100'000, letter) + "\n");
