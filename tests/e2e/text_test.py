@@ -50,7 +50,14 @@ class Text(WindowTestCase):
                 pass
             return any(what.startswith(f"object:{kind}") and detail in (None, number) for what, number in heard)
 
-        self.program.keys("alt+p", "ctrl+Home", "Down", "Down", "Right")
+        def moves_until_heard():
+            self.program.keys("ctrl+Home", "Right")
+            return hears("text-caret-moved", 1)
+
+        self.program.keys("alt+p")
+        # It takes the program a while to know that somebody listens.
+        wait_until(moves_until_heard, lambda: f"the caret at 1; heard {heard}")
+        self.program.keys("Down", "Right")
         wait_until(lambda: hears("text-caret-moved", 3), lambda: f"the caret at 3; heard {heard}")
         self.program.keys("shift+Right")
         wait_until(lambda: hears("text-selection-changed"), lambda: f"a selection; heard {heard}")
