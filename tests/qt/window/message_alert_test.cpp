@@ -119,7 +119,7 @@ TEST_F(MessageAlert, CutsATextThatNobodyReads) {
     qt::MessageAlert longAlert(nullptr, mainQueue, [] { return false; });
     longAlert.setMessageText(text);
     longAlert.setInformativeText(text);
-    QTimer::singleShot(0, [&] {
+    QTimer::singleShot(0, [&shown = shown] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       ASSERT_NE(box, nullptr);
       EXPECT_EQ(box->text().toStdString(), shown);
