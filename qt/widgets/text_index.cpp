@@ -13,7 +13,8 @@ constexpr std::size_t blockSize = 1024;
 template <typename Count = std::size_t>
 Count unitsBegunBy(char byte) {
   const auto code = static_cast<unsigned char>(byte);
-  return static_cast<Count>(static_cast<int>((code & 0xC0) != 0x80) + static_cast<int>(code >= 0xF0));
+  const int units = static_cast<int>((code & 0xC0) != 0x80) + static_cast<int>(code >= 0xF0);
+  return static_cast<Count>(units);
 }
 
 // Counts in small numbers, of which the compiler adds up many with one instruction.

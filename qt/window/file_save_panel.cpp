@@ -59,7 +59,7 @@ class FileSavePanel::Dialog final : public QFileDialog {
     const QFileInfo file(withType(path));
     if (file.exists() && !file.isDir() && !isToBeReplaced(file)) return;
     chosenFile_ = file.filePath();
-    QDialog::accept();
+    QDialog::accept();  // NOLINT(bugprone-parent-virtual-call): the file dialog's would judge the name itself
   }
 
  private:

@@ -180,7 +180,9 @@ TEST(InstallHistoryRecord, NamingANumberInManyPlacesIsRefusedBeforeAnythingIsTak
 }
 
 TEST(InstallHistoryRecord, OfALongTextIsRefusedBeforeTheTextIsCopied) {
-  const std::string bytes = binaryHistory(1, std::string(60'000'000, 'a'), oneSecond);
+  std::string longText;
+  longText.resize(60'000'000, 'a');
+  const std::string bytes = binaryHistory(1, longText, oneSecond);
   const HeapMeter heap;
   EXPECT_FALSE(decodeInstallHistory(bytes));
   EXPECT_LE(heap.peak(), 10'000u);

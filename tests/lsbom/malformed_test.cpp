@@ -345,6 +345,7 @@ TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheF
   const std::string folder = std::string(2000, 'a') + "/" + std::string(2000, 'b') + "/";
   const auto bytesOf = [&](int count) {
     std::vector<BomEntry> files;
+    files.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) files.push_back({.path = folder + std::to_string(10000 + i)});
     return sample::writeBillOfMaterials(files);
   };
@@ -357,6 +358,7 @@ TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheF
 TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreLongerThanAnyListing) {
   const std::string folder = std::string(2000, 'a') + "/" + std::string(2000, 'b') + "/";
   std::vector<BomEntry> files;
+  files.reserve(68'000);
   for (int i = 0; i < 68'000; ++i) files.push_back({.path = folder + std::to_string(100'000 + i)});
   std::string bytes = sample::writeBillOfMaterials(files);
   bytes.resize(std::size_t{20} << 20U);  // so that it isn't the file that is too small

@@ -27,9 +27,9 @@ class DesktopWorkspaceTest : public testing::Test {
   }
   /// A program that notes its name and its arguments, and tells them on the terminal too.
   std::string addProgram(const std::string& name) const {
-    const std::string file = folder.addFile(
-        name, "#!/bin/sh\nfor argument in " + name + " \"$@\"; do\n  echo \"$argument\" >>'" +
-                  folder / "noted" + "'\n  echo \"$argument\"\n  echo \"$argument\" >&2\ndone\n");
+    std::string file = folder.addFile(name, "#!/bin/sh\nfor argument in " + name +
+                                                " \"$@\"; do\n  echo \"$argument\" >>'" + folder / "noted" +
+                                                "'\n  echo \"$argument\"\n  echo \"$argument\" >&2\ndone\n");
     std::filesystem::permissions(file, std::filesystem::perms::owner_all);
     return file;
   }

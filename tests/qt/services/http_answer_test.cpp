@@ -19,7 +19,7 @@ std::optional<std::string> bodyOf(const std::string& bytes) {
     HttpAnswer answer = answerOf(bytes, size);
     return answer.isComplete() ? answer.takeBody() : std::nullopt;
   };
-  const std::optional<std::string> body = bodyInPieces(bytes.size());
+  std::optional<std::string> body = bodyInPieces(bytes.size());
   for (const std::size_t size : {1U, 3U}) EXPECT_EQ(bodyInPieces(size), body) << bytes;
   return body;
 }
