@@ -331,7 +331,9 @@ TEST_F(PlainTextView, BringsAPlaceIntoViewBesidePartsOfALongLineThatAreWiderOrNa
 }
 
 TEST_F(PlainTextView, ShowsTenMillionEmptyLines) {
-  show(std::string(10'000'000, '\n'));
+  std::string lines;
+  lines.resize(10'000'000, '\n');
+  show(lines);
   EXPECT_EQ(widget.index().lineCount(), 10'000'001U);
   QTest::keyClick(&widget, Qt::Key_End, Qt::ControlModifier);
   EXPECT_EQ(widget.caret(), 10'000'000U);
