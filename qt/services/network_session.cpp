@@ -104,8 +104,7 @@ class NetworkSession::Request final : public QObject {
   void follow() {
     // Not strictly: there are servers that don't encode blanks and the like.
     const QUrl next = url_.resolved(QUrl(toQString(answer_.header("location"))));
-    if (!next.isValid() || next.scheme() != QLatin1String("https"))
-      return fail("No such redirect.");
+    if (!next.isValid() || next.scheme() != QLatin1String("https")) return fail("No such redirect.");
     if (++redirects_ > maximumRedirects) return fail("There are too many redirects.");
     ask(next);
   }
