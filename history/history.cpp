@@ -1,6 +1,24 @@
 #include "history/history.h"
 
 namespace pelmarix {
+
+std::string_view history_type::name(std::int64_t type) {
+  switch (type) {
+    case systemInstall:
+      return "system install or upgrade";
+    case securityUpdate:
+      return "security update";
+    case securityData:
+      return "security data";
+    case criticalUpdate:
+      return "critical update";
+    case configurationData:
+      return "configuration data";
+    default:
+      return {};
+  }
+}
+
 namespace {
 
 std::string reportLine(const HistoryItem& item) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,9 @@ inline constexpr std::int64_t securityUpdate = 1;
 inline constexpr std::int64_t securityData = 2;
 inline constexpr std::int64_t criticalUpdate = 3;
 inline constexpr std::int64_t configurationData = 4;
+
+/// In words: "security data". Empty for any other number.
+std::string_view name(std::int64_t type);
 }  // namespace history_type
 
 /// One entry. Nothing of it changes after its creation.

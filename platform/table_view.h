@@ -108,6 +108,10 @@ class OutlineViewDelegate {
   /// Null when there is no view.
   virtual View* outlineViewViewForTableColumnItem(OutlineView& outlineView, const TableColumn* column,
                                                   Object* item) = 0;
+  /// What the item is, in words; empty when there is nothing to say.
+  virtual std::string outlineViewToolTipForItem(OutlineView& outlineView, Object* item) = 0;
+  /// What a screen reader says behind the name of the item's row: the rest of it.
+  virtual std::string outlineViewAccessibilityDescriptionForItem(OutlineView& outlineView, Object* item) = 0;
 };
 
 }  // namespace pelmarix::platform

@@ -226,6 +226,25 @@ View* ViewController::outlineViewViewForTableColumnItem(OutlineView& outlineView
   return nullptr;
 }
 
+std::string ViewController::outlineViewToolTipForItem(OutlineView& /*outlineView*/, Object* item) {
+  if (const auto* entry = dynamic_cast<const HistoryItem*>(item)) {
+    std::string text(history_type::name(entry->type));
+    if (!entry->version.empty()) text += ", " + entry->version;
+    return text;
+  }
+  const auto* group = dynamic_cast<const History*>(item);
+  if (group == nullptr || group->children.empty()) return {};
+  return group->children.size() == 1 ? "1 entry" : std::to_string(group->children.size()) + " entries";
+}
+
+std::string ViewController::outlineViewAccessibilityDescriptionForItem(OutlineView& outlineView,
+                                                                       Object* item) {
+  std::string text = outlineViewToolTipForItem(outlineView, item);
+  if (const auto* entry = dynamic_cast<const HistoryItem*>(item))
+    text += ", " + description(entry->installDate);
+  return text;
+}
+
 // The table of receipts, and the way from one of them to its bill of materials.
 
 std::ptrdiff_t ViewController::numberOfRowsInTableView(TableView& /*tableView*/) {

@@ -58,6 +58,9 @@ class ViewController final : public platform::ViewController,
   platform::View* outlineViewViewForTableColumnItem(platform::OutlineView& outlineView,
                                                     const platform::TableColumn* column,
                                                     platform::Object* item) override;
+  std::string outlineViewToolTipForItem(platform::OutlineView& outlineView, platform::Object* item) override;
+  std::string outlineViewAccessibilityDescriptionForItem(platform::OutlineView& outlineView,
+                                                         platform::Object* item) override;
 
   // The table's rows: receipts.
   std::ptrdiff_t numberOfRowsInTableView(platform::TableView& tableView) override;

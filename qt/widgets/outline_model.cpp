@@ -73,10 +73,11 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole)
     return columns_.textOf(delegate_.outlineViewViewForTableColumnItem(
         outlineView_, columns_.at(index.column()), itemAt(index)));
-  if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) {
-    const int count = entryCount(index);
-    if (count > 0) return count == 1 ? tr("1 entry") : tr("%1 entries").arg(count);
-  }
+  if (role == Qt::ToolTipRole)
+    return toQString(delegate_.outlineViewToolTipForItem(outlineView_, itemAt(index)));
+  // Of the first cell alone: the others' names are all that there is to say of them.
+  if (role == Qt::AccessibleDescriptionRole && index.column() == 0)
+    return toQString(delegate_.outlineViewAccessibilityDescriptionForItem(outlineView_, itemAt(index)));
   return {};
 }
 

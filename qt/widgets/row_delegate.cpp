@@ -158,7 +158,7 @@ bool RowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QS
   initStyleOption(&cell, index);
   QStringList lines;
   if (cell.fontMetrics.horizontalAdvance(cell.text) > textRect(cell).width()) lines += cell.text.trimmed();
-  const QString description = index.data(Qt::ToolTipRole).toString();
+  const QString description = displayText(index.data(Qt::ToolTipRole), option.locale);
   if (!description.isEmpty()) lines += description;
   // As rich text, so that long lines wrap and no markup in a name takes effect.
   QString tip;

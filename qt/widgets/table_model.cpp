@@ -33,9 +33,17 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
-  return columns_.textOf(
-      delegate_.tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
+  if (!index.isValid()) return {};
+  if (role == Qt::DisplayRole)
+    return columns_.textOf(
+        delegate_.tableViewViewForTableColumnRow(tableView_, columns_.at(index.column()), index.row()));
+  if (role == Qt::AccessibleDescriptionRole && index.column() == 0) {
+    QStringList otherCells;
+    for (int column = 1; column < columns_.count(); ++column)
+      otherCells += index.siblingAtColumn(column).data().toString();
+    return otherCells.join(QStringLiteral(", "));
+  }
+  return {};
 }
 
 QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {

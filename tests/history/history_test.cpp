@@ -23,6 +23,16 @@ TEST(History, AndItsItemsAreMadeFromEveryFieldOnly) {
   EXPECT_FALSE(std::is_copy_constructible_v<HistoryItem>);
 }
 
+TEST(HistoryType, IsNamedInWords) {
+  EXPECT_EQ(history_type::name(0), "system install or upgrade");
+  EXPECT_EQ(history_type::name(1), "security update");
+  EXPECT_EQ(history_type::name(2), "security data");
+  EXPECT_EQ(history_type::name(3), "critical update");
+  EXPECT_EQ(history_type::name(4), "configuration data");
+  EXPECT_EQ(history_type::name(5), "");
+  EXPECT_EQ(history_type::name(-1), "");
+}
+
 TEST(ReportLines, WriteNameVersionAndDateOfEachItemInOrder) {
   History group("macOS Mojave 10.14");
   group.children = {item("macOS Mojave", "10.14", 0), item("Security Update 2019-001", "10.14.3", 1)};

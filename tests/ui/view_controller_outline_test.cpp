@@ -105,6 +105,31 @@ TEST_F(HistoryOutline, LeavesACellWithoutATextFieldAsItIs) {
   EXPECT_EQ(outline.cells.lastText, std::nullopt);
 }
 
+TEST_F(HistoryOutline, TellsOfAnEntryWhatItIs) {
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, child(0)), "system install or upgrade, 10.14");
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, child(2)), "configuration data, 1");
+  const auto withoutVersion = std::make_shared<HistoryItem>("MRTConfigData", "", Date{0}, 2);
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, withoutVersion.get()), "security data");
+}
+
+TEST_F(HistoryOutline, TellsOfAGroupHowManyEntriesItHas) {
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, group.get()), "3 entries");
+  EXPECT_EQ(controller.outlineViewAccessibilityDescriptionForItem(outline, group.get()), "3 entries");
+  group->children.resize(1);
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, group.get()), "1 entry");
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, emptyGroup.get()), "");
+}
+
+TEST_F(HistoryOutline, TellsAScreenReaderTheDateOfAnEntryToo) {
+  EXPECT_EQ(controller.outlineViewAccessibilityDescriptionForItem(outline, child(0)),
+            "system install or upgrade, 10.14, 2019-03-26 10:11:12 +0000");
+}
+
+TEST_F(HistoryOutline, TellsNothingOfOtherItems) {
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, &stranger), "");
+  EXPECT_EQ(controller.outlineViewAccessibilityDescriptionForItem(outline, nullptr), "");
+}
+
 class DoubleClick : public HistoryOutline {
  protected:
   void doubleClick(platform::Object* item) {

@@ -49,14 +49,21 @@ TEST_F(OutlineModel, NamesItsColumns) {
   EXPECT_EQ(widget.model()->headerData(0, Qt::Vertical), QVariant());
 }
 
-TEST_F(OutlineModel, TellsHowManyEntriesAGroupHas) {
-  for (const int role : {int{Qt::ToolTipRole}, int{Qt::AccessibleDescriptionRole}}) {
-    EXPECT_EQ(group(0).data(role).toString(), QStringLiteral("3 entries"));
-    EXPECT_EQ(entry(0, 0).data(role), QVariant());
-  }
-  mojave->children.resize(1);
-  reload();
-  EXPECT_EQ(group(0).data(Qt::ToolTipRole).toString(), QStringLiteral("1 entry"));
+TEST_F(OutlineModel, TellsOfEveryCellWhatItsRowIs) {
+  const auto tip = [](const QModelIndex& index) {
+    return index.data(Qt::ToolTipRole).toString().toStdString();
+  };
+  EXPECT_EQ(tip(group(0)), "What Mojave is");
+  EXPECT_EQ(tip(entry(0, 1)), "What Security Update is");
+  EXPECT_EQ(tip(entry(0, 1).siblingAtColumn(2)), "What Security Update is");
+}
+
+TEST_F(OutlineModel, DescribesARowWithItsFirstCellAlone) {
+  const QModelIndex first = entry(0, 1);
+  EXPECT_EQ(first.data(Qt::AccessibleDescriptionRole).toString().toStdString(),
+            "What Security Update is, with the rest of its row");
+  EXPECT_EQ(first.siblingAtColumn(1).data(Qt::AccessibleDescriptionRole), QVariant());
+  EXPECT_EQ(group(0).siblingAtColumn(1).data(Qt::AccessibleDescriptionRole), QVariant());
 }
 
 TEST_F(OutlineModel, IsEmptyUntilItIsReloaded) {

@@ -148,7 +148,8 @@ TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
   QApplication::sendEvent(widget.viewport(), &event);
   EXPECT_EQ(QToolTip::text().toStdString(),
             "<p>\u2068"
-            "A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell\u2069</p><p>3 entries</p>");
+            "A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell\u2069</p>"
+            "<p>What A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell is</p>");
 }
 
 TEST_F(DrawnOutline, SaysWhereWasLookedWhenItIsEmptyWithoutMakingRowsOfIt) {

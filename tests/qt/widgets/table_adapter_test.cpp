@@ -70,6 +70,11 @@ TEST_F(TableAdapter, HasARowForEachOfTheDataSource) {
   EXPECT_EQ(widget.model()->headerData(1, Qt::Horizontal), QVariant(QStringLiteral("Package")));
 }
 
+TEST_F(TableAdapter, DescribesARowWithItsFirstCellAlone) {
+  EXPECT_EQ(cell(1, 0).data(Qt::AccessibleDescriptionRole).toString().toStdString(), "Mail");
+  EXPECT_EQ(cell(1, 1).data(Qt::AccessibleDescriptionRole), QVariant());
+}
+
 TEST_F(TableAdapter, HasNoTextWhereThereIsNoCell) {
   names.clear();
   EXPECT_EQ(cell(0, 1).data(), QVariant());

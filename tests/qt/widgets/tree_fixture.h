@@ -48,6 +48,14 @@ class Tree final : public platform::OutlineViewDataSource, public platform::Outl
       cell->textField()->setStringValue(name);
     return view;
   }
+  std::string outlineViewToolTipForItem(platform::OutlineView& /*outlineView*/,
+                                        platform::Object* item) override {
+    return "What " + dynamic_cast<Item&>(*item).name + " is";
+  }
+  std::string outlineViewAccessibilityDescriptionForItem(platform::OutlineView& outlineView,
+                                                         platform::Object* item) override {
+    return outlineViewToolTipForItem(outlineView, item) + ", with the rest of its row";
+  }
 
   std::shared_ptr<Item> addGroup(const std::string& name, const std::vector<std::string>& entries) {
     auto group = std::make_shared<Item>(name);
