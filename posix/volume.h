@@ -3,22 +3,24 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pelmarix::posix {
 
-/// A folder that stands for the Mac's "/": a mounted volume, a copied tree.
+/// The folders that together stand for the Mac's "/": mounted volumes, copied trees. Since macOS Catalina a
+/// Mac has two volumes, its system and its data.
 ///
-/// Links inside it are the machine's own business, as for every program that looks at a mounted volume: a
+/// Links inside them are the machine's own business, as for every program that looks at a mounted volume: a
 /// relative target stays within the volume, an absolute one leads to the machine's own file of that name.
 class Volume {
  public:
   /// The machine's own "/".
   Volume() = default;
 
-  /// `root` is taken as it stands but for slashes at its end; "/" and the empty text are the machine's own
-  /// "/". A relative one is below the working folder of this moment, so that a later change of it moves
-  /// nothing.
-  explicit Volume(const std::string& root);
+  /// `folders` are separated by colons; where all of it is one existing folder, it is that one. Each is taken
+  /// as it stands but for slashes at its end; "/" and the empty text are the machine's own "/". Relative ones
+  /// are below the working folder of this moment, so that a later change of it moves nothing.
+  explicit Volume(const std::string& folders);
 
   /// What the environment variable PELMARIX_VOLUME says; unset or empty it is the machine's own "/". On a Mac
   /// the variable is ignored.
@@ -27,12 +29,13 @@ class Volume {
   /// True when a folder was named, be it "/": what the machine says of itself is not said of the Mac.
   bool isNamed() const { return isNamed_; }
 
-  /// Where the Mac's absolute path leads on this machine, as bytes.
-  std::string resolve(const std::string& macPath) const { return root_ + macPath; }
+  /// Where the Mac's absolute path leads on this machine, as bytes: below the first folder that has something
+  /// there, else below the first.
+  std::string resolve(const std::string& macPath) const;
 
  private:
   bool isNamed_ = false;
-  std::string root_;  // without a slash at its end; empty for the machine's own "/"
+  std::vector<std::string> roots_ = {""};  // without a slash at their ends; empty for the machine's own "/"
 };
 
 }  // namespace pelmarix::posix

@@ -15,12 +15,14 @@ using pelmarix::Result;
 using pelmarix::sample::Sizes;
 
 constexpr const char* usage =
-    "usage: pelmarix-sample [--entries N] [--receipts N] [--large] DIR\n"
+    "usage: pelmarix-sample [--entries N] [--receipts N] [--large] [--two-volumes] DIR\n"
     "Makes a sample Mac volume in DIR: an install history, package receipts with their bills of materials,\n"
     "and the system's version.\n"
     "  --entries N    entries in the install history, 400 unless given\n"
     "  --receipts N   package receipts, 300 unless given\n"
-    "  --large        100,000 entries, 10,000 receipts, and a bill of materials of 400,000 paths\n";
+    "  --large        100,000 entries, 10,000 receipts, and a bill of materials of 400,000 paths\n"
+    "  --two-volumes  the system and the data of a Mac in two volumes, as since macOS Catalina, both in "
+    "DIR\n";
 
 constexpr int usageStatus = 64;  // as sysexits has it
 
@@ -42,6 +44,7 @@ int fail(const std::string& reason) {
 
 int main(int argc, char** argv) {
   bool isLarge = false;
+  bool hasTwoVolumes = false;
   std::optional<std::size_t> entries;
   std::optional<std::size_t> receipts;
   std::optional<std::string> folder;
@@ -49,6 +52,8 @@ int main(int argc, char** argv) {
     const std::string argument = argv[i];
     if (argument == "--large") {
       isLarge = true;
+    } else if (argument == "--two-volumes") {
+      hasTwoVolumes = true;
     } else if (argument == "--entries" || argument == "--receipts") {
       const std::optional<std::size_t> count = parseCount(i + 1 < argc ? argv[++i] : "");
       if (!count) return fail(argument + " needs a number from 0 to 10000000");
@@ -66,7 +71,8 @@ int main(int argc, char** argv) {
   Sizes sizes = isLarge ? Sizes::large() : Sizes();
   sizes.entries = entries.value_or(sizes.entries);
   sizes.receipts = receipts.value_or(sizes.receipts);
-  const Result<void, std::string> made = pelmarix::sample::makeVolume(*folder, sizes);
+  const auto make = hasTwoVolumes ? pelmarix::sample::makeTwoVolumes : pelmarix::sample::makeVolume;
+  const Result<void, std::string> made = make(*folder, sizes);
   if (made) return 0;
   std::fprintf(stderr, "pelmarix-sample: %s\n", made.error().c_str());
   return 1;

@@ -39,17 +39,19 @@ PropertyList systemVersion() {
   }};
 }
 
-void writeVolume(const fs::path& folder, const Sizes& sizes) {
+// Leaves nothing of a sample that was made there before.
+void clear(const fs::path& folder) {
   fs::create_directories(folder);
   writeFile(folder / markerName, markerText);
   fs::remove_all(folder / "Library");
   fs::remove_all(folder / "System");
-  fs::create_directories(folder / "Library/Receipts");
-  fs::create_directories(folder / "System/Library/CoreServices");
-  writeFile(folder / "Library/Receipts/InstallHistory.plist", xmlForm(installHistory(sizes.entries)));
-  writeFile(folder / "System/Library/CoreServices/SystemVersion.plist", xmlForm(systemVersion()));
+}
 
-  const fs::path receiptsFolder = folder / "System/Library/Receipts";
+void writeSystem(const fs::path& volume, const Sizes& sizes) {
+  fs::create_directories(volume / "Library");  // where a Mac shows that of the data volume
+  fs::create_directories(volume / "System/Library/CoreServices");
+  writeFile(volume / "System/Library/CoreServices/SystemVersion.plist", xmlForm(systemVersion()));
+  const fs::path receiptsFolder = volume / "System/Library/Receipts";
   fs::create_directories(receiptsFolder / "Archive");
   for (const Receipt& receipt : receipts(sizes.receipts)) {
     writeFile(receiptsFolder / (receipt.stem + ".plist"), propertyListFile(receipt));
@@ -58,19 +60,37 @@ void writeVolume(const fs::path& folder, const Sizes& sizes) {
   }
 }
 
-}  // namespace
+void writeData(const fs::path& volume, const Sizes& sizes) {
+  fs::create_directories(volume / "Library/Receipts");
+  fs::create_directories(volume /
+                         "System/Library/Caches");  // of the system's folders those that it writes to
+  writeFile(volume / "Library/Receipts/InstallHistory.plist", xmlForm(installHistory(sizes.entries)));
+}
 
-Result<void, std::string> makeVolume(const fs::path& folder, const Sizes& sizes) {
+Result<void, std::string> make(const fs::path& system, const fs::path& data, const Sizes& sizes) {
   try {
-    if (fs::exists(folder) && !fs::is_directory(folder)) return folder.string() + " is not a folder";
-    if (fs::exists(folder) && !fs::is_empty(folder) && !fs::exists(folder / markerName)) {
-      return folder.string() + " holds something that is no sample; it was left as it is";
+    for (const fs::path& folder : {system, data}) {
+      if (fs::exists(folder) && !fs::is_directory(folder)) return folder.string() + " is not a folder";
+      if (fs::exists(folder) && !fs::is_empty(folder) && !fs::exists(folder / markerName))
+        return folder.string() + " holds something that is no sample; it was left as it is";
     }
-    writeVolume(folder, sizes);
+    for (const fs::path& folder : {system, data}) clear(folder);
+    writeSystem(system, sizes);
+    writeData(data, sizes);
   } catch (const fs::filesystem_error& error) {
     return std::string(error.what());
   }
   return {};
+}
+
+}  // namespace
+
+Result<void, std::string> makeVolume(const fs::path& folder, const Sizes& sizes) {
+  return make(folder, folder, sizes);
+}
+
+Result<void, std::string> makeTwoVolumes(const fs::path& folder, const Sizes& sizes) {
+  return make(folder / "Macintosh HD", folder / "Macintosh HD - Data", sizes);
 }
 
 }  // namespace pelmarix::sample

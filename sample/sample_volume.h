@@ -1,4 +1,4 @@
-// A folder that looks like a Mac's volume to Pelmarix.
+// Folders that look like a Mac's volumes to Pelmarix.
 #pragma once
 
 #include <cstddef>
@@ -23,5 +23,9 @@ struct Sizes {
 /// replaced. The files are the same bytes each time. A folder that holds anything else is left as it is. The
 /// error is a message that says why the volume couldn't be made.
 Result<void, std::string> makeVolume(const std::filesystem::path& folder, const Sizes& sizes);
+
+/// Likewise the two volumes that a Mac has since macOS Catalina, in `folder`: "Macintosh HD" with the system,
+/// its version and receipts, and "Macintosh HD - Data" with the install history.
+Result<void, std::string> makeTwoVolumes(const std::filesystem::path& folder, const Sizes& sizes);
 
 }  // namespace pelmarix::sample

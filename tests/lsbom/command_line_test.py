@@ -248,6 +248,14 @@ class CommandLine(unittest.TestCase):
             result = run("-s", "/System/Library/Receipts/a.bom", volume=volume)
             self.assertEqual(outcome(result), (0, ".\n./Applications\n", ""))
 
+    def test_finds_absolute_names_in_the_first_of_two_volumes_that_has_them(self):
+        self.write("System/only.bom", 1)
+        self.write("Data/both.bom", 1)
+        self.write("System/both.bom", 2)
+        volume = f"{self.folder}/Data:{self.folder}/System"
+        self.assertEqual(outcome(run("-s", "/only.bom", volume=volume)), (0, ".\n", ""))
+        self.assertEqual(outcome(run("-s", "/both.bom", volume=volume)), (0, ".\n", ""))
+
     def test_takes_absolute_names_as_they_are_where_the_volume_lacks_them(self):
         bom = self.write("a.bom", 1)
         self.assertEqual(outcome(run("-s", bom, volume=self.folder / "Volume")), (0, ".\n", ""))

@@ -66,6 +66,73 @@ TEST(Volume, NamedRelativeToAFolderThatIsGoneFailsByItself) {
   EXPECT_EQ(resolved, "mac/Library not read");
 }
 
+class VolumeOfTwoFolders : public testing::Test {
+ protected:
+  test::TemporaryFolder folder;
+  const std::string system = folder.addFolder("system");
+  const std::string data = folder.addFolder("data");
+  const Volume volume{system + ":" + data};
+};
+
+TEST_F(VolumeOfTwoFolders, HasAPathInTheFirstFolderThatHasIt) {
+  folder.addFile("data/Library/Receipts/InstallHistory.plist", "data");
+  folder.addFile("system/System/Library/Version.plist", "system");
+  folder.addFile("system/both", "system");
+  folder.addFile("data/both", "data");
+  EXPECT_EQ(volume.resolve("/Library/Receipts/InstallHistory.plist"),
+            data + "/Library/Receipts/InstallHistory.plist");
+  EXPECT_EQ(volume.resolve("/System/Library/Version.plist"), system + "/System/Library/Version.plist");
+  EXPECT_EQ(volume.resolve("/both"), system + "/both");
+  EXPECT_EQ(Volume(data + ":" + system).resolve("/both"), data + "/both");
+}
+
+TEST_F(VolumeOfTwoFolders, HasWhatNeitherHasInTheFirst) {
+  EXPECT_EQ(volume.resolve("/Library"), system + "/Library");
+}
+
+TEST_F(VolumeOfTwoFolders, FindsWhatCameAfterItWasMade) {
+  folder.addFile("data/later", "");
+  EXPECT_EQ(volume.resolve("/later"), data + "/later");
+}
+
+TEST_F(VolumeOfTwoFolders, LeavesOutWhatIsEmptyBetweenColons) {
+  folder.addFile("data/file", "");
+  EXPECT_EQ(Volume("::" + system + "/::" + data + "//:").resolve("/file"), data + "/file");
+  EXPECT_EQ(Volume(data + ":").resolve("/file"), data + "/file");
+}
+
+TEST_F(VolumeOfTwoFolders, MayHaveOneThatIsGone) {
+  folder.addFile("data/file", "");
+  EXPECT_EQ(Volume(folder / "gone" + ":" + data).resolve("/file"), data + "/file");
+}
+
+TEST_F(VolumeOfTwoFolders, MayBeBelowTheWorkingFolder) {
+  folder.addFile("data/file", "");
+  const std::string resolved = test::inChild([&]() -> std::string {
+    if (chdir(folder.path().c_str()) != 0) return "can't change the working folder";
+    const Volume relative("system:data");
+    if (chdir("/") != 0) return "can't change the working folder";
+    return relative.resolve("/file");
+  });
+  EXPECT_EQ(resolved, std::filesystem::canonical(folder.path()).native() + "/data/file");
+}
+
+TEST(Volume, IsTheOneFolderThatHasAColonInItsName) {
+  const test::TemporaryFolder folder;
+  const std::string name = folder.addFolder("a:b");
+  folder.addFile("a/file", "");
+  EXPECT_EQ(Volume(name).resolve("/file"), name + "/file");
+}
+
+TEST(Volume, OfColonsAloneIsNotTheMachinesOwnRoot) {
+  const test::TemporaryFolder folder;
+  const std::string resolved = test::inChild([&]() -> std::string {
+    return chdir(folder.path().c_str()) == 0 ? Volume("::").resolve("/Library")
+                                             : "can't change the working folder";
+  });
+  EXPECT_EQ(resolved, std::filesystem::canonical(folder.path()).native() + "/::/Library");
+}
+
 TEST(Volume, KeepsBytesThatAreNotUtf8) {
   EXPECT_EQ(Volume("/mnt/\xFF").resolve("/a\xFE"), "/mnt/\xFF/a\xFE");
 }

@@ -100,6 +100,29 @@ class SampleVolume(unittest.TestCase):
         self.assertEqual(len(load(self.volume / "Library/Receipts/InstallHistory.plist")), 1000)
         self.assertEqual(len(list(self.volume.glob("System/Library/Receipts/**/*.plist"))), 500)
 
+    def test_two_volumes_have_together_what_one_has(self):
+        self.make()
+        whole = files_of(self.volume)
+        scratch = self.volume.with_name("two")
+        for _ in range(2):  # the second time it replaces the first
+            self.assertEqual(run("--two-volumes", scratch).returncode, 0)
+        system, data = scratch / "Macintosh HD", scratch / "Macintosh HD - Data"
+        self.assertEqual(sorted(scratch.iterdir()), [system, data])
+        marker = pathlib.Path("This is a sample.txt")
+        history = pathlib.Path("Library/Receipts/InstallHistory.plist")
+        self.assertEqual(set(files_of(data)), {marker, history})
+        self.assertNotIn(history, files_of(system))
+        self.assertTrue((system / "Library").is_dir())
+        self.assertEqual(files_of(system) | files_of(data), whole)
+
+    def test_neither_of_two_volumes_is_made_where_one_is_no_sample(self):
+        (self.volume / "Macintosh HD - Data").mkdir(parents=True)
+        (self.volume / "Macintosh HD - Data" / "mine").write_text("mine")
+        result = run("--two-volumes", self.volume)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("Macintosh HD - Data holds something that is no sample", result.stderr)
+        self.assertEqual(files_of(self.volume), {pathlib.Path("Macintosh HD - Data/mine"): b"mine"})
+
     def test_every_run_makes_the_same_bytes(self):
         self.make()
         first = files_of(self.volume)
