@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/addresses.h"
+#include "base/budget.h"
 #include "base/fatal.h"
 #include "platform/alert.h"
 #include "platform/application.h"
@@ -34,8 +35,6 @@ constexpr std::string_view nameInList = "Pelmarix";
 // The list is read while the window waits: a larger one is none, and no more is looked at in it than so much
 // would hold (a binary list can name one entry of many keys, or one long text, in a million places).
 constexpr std::size_t maximumListSize = std::size_t{256} << 10U;
-// Looking through an entry's keys takes time, for which each of them counts as so many bytes.
-constexpr std::size_t costOfKey = 16;
 
 constexpr int minorVersionOfSierra = 12;
 
@@ -62,13 +61,6 @@ std::string_view stringUnder(std::string_view key, plist::Value entry) {
   const std::optional<std::string_view> text = value->string();
   if (!text) fatalStop("a value in the update list is not a string");
   return *text;
-}
-
-// Takes `cost` off the budget; false when it isn't there.
-bool spend(std::size_t cost, std::size_t& budget) {
-  if (cost > budget) return false;
-  budget -= cost;
-  return true;
 }
 
 void markHelpMenu() {
@@ -156,17 +148,17 @@ void AppDelegate::processUpdateList(const std::optional<std::string>& body,
     platform::showErrorAlert(errorMessage, "Update Property List has no entries.");
     return;
   }
-  std::size_t budget = maximumListSize;
+  Budget budget(maximumListSize);
   for (const plist::Value entry : root.elements()) {
     if (entry.type() != plist::Type::dictionary) fatalStop("an entry of the update list is not a dictionary");
-    if (!spend(entry.count() * costOfKey, budget)) return;
+    if (!budget.spend(entry.count() * costOfKey)) return;
     const std::string_view name = stringUnder("AppName", entry);
-    if (!spend(name.size(), budget)) return;
+    if (!budget.spend(name.size())) return;
     if (!platform::textEquals(name, nameInList)) continue;
     markHelpMenu();
     const std::string version(stringUnder("Version", entry));
     const std::string address(stringUnder("URL", entry));
-    if (!spend(version.size() + address.size(), budget)) return;
+    if (!budget.spend(version.size() + address.size())) return;
     if (platform::textEquals(version, runningVersion)) continue;
     if (platform::textContains(address, downloadHostPrefix)) offerUpdate(version, runningVersion, address);
   }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/budget.h"
 #include "plist/document.h"
 
 namespace pelmarix {
@@ -17,18 +18,9 @@ constexpr std::size_t maximumBudget = std::size_t{384} << 20U;
 // held then: by group, item and line, by the report as it grows, and by the screen, in two bytes a character.
 constexpr std::size_t costOfEntry = 400;
 constexpr std::size_t copiesOfText = 10;
-// Looking through an entry's keys takes time, for which each of them counts as so much memory.
-constexpr std::size_t costOfKey = 16;
 
-// Takes `cost` off the budget; false when it isn't there.
-bool spend(std::size_t cost, std::size_t& budget) {
-  if (cost > budget) return false;
-  budget -= cost;
-  return true;
-}
-
-std::optional<theReceipts> decodeEntry(plist::Value entry, std::size_t& budget) {
-  if (!spend(entry.count() * costOfKey, budget)) return std::nullopt;
+std::optional<theReceipts> decodeEntry(plist::Value entry, Budget& budget) {
+  if (!budget.spend(entry.count() * costOfKey)) return std::nullopt;
   const auto dateValue = entry.find("date");
   const auto nameValue = entry.find("displayName");
   const auto versionValue = entry.find("displayVersion");
@@ -44,7 +36,7 @@ std::optional<theReceipts> decodeEntry(plist::Value entry, std::size_t& budget) 
     if (!contentType) return std::nullopt;
   }
   const std::size_t textSize = name->size() + version->size() + contentType.value_or("").size();
-  if (!spend(costOfEntry + copiesOfText * textSize, budget)) return std::nullopt;
+  if (!budget.spend(costOfEntry + copiesOfText * textSize)) return std::nullopt;
   return theReceipts{contentType ? std::optional<std::string>(*contentType) : std::nullopt, *date,
                      std::string(*name), std::string(*version)};
 }
@@ -55,13 +47,13 @@ std::optional<std::vector<theReceipts>> decodeInstallHistory(std::string_view by
   const auto document = plist::Document::decode(bytes);
   if (!document || document->root().type() != plist::Type::array) return std::nullopt;
 
-  std::size_t budget = std::min(bytes.size() * maximumGrowth + minimumBudget, maximumBudget);
+  Budget budget(std::min(bytes.size() * maximumGrowth + minimumBudget, maximumBudget));
   std::vector<theReceipts> records;
   for (const plist::Value entry : document->root().elements()) {
     std::optional<theReceipts> record = decodeEntry(entry, budget);
     if (!record) return std::nullopt;
     // Not before there is an entry: a count alone may be that of twenty million places of one number.
-    if (records.empty()) records.reserve(std::min(document->root().count(), budget / costOfEntry + 1));
+    if (records.empty()) records.reserve(std::min(document->root().count(), budget.left() / costOfEntry + 1));
     records.push_back(*std::move(record));
   }
   return records;
