@@ -7,10 +7,9 @@ import sys
 import tempfile
 import unittest
 
-from led_program import Display, Home, Program, Server, until
+from led_program import DOWNLOADS, Home, Program, ServerTestCase, until
 
 EXECUTABLE = sys.argv[1]
-DOWNLOADS = "https://file-hosting.downloads.pelmarix.example/"
 # Milliseconds of the processor that the main thread may work on end. The time on the clock, which is longer on a busy
 # machine, is printed.
 LONGEST_WORK = 100
@@ -30,19 +29,11 @@ def sharing_list(places, keys):
     return contents + table + struct.pack(">6xBBQQQ", 4, 1, len(objects), 0, len(contents))
 
 
-class HostileServerTest(unittest.TestCase):
+class HostileServerTest(ServerTestCase):
     @classmethod
     def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.server = Server(cls.folder.name)
-        cls.virtual_display = Display()
-        cls.display = cls.virtual_display.__enter__()
+        super().setUpClass()
         cls.usual_memory, _ = cls.run_with("waited/list")
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.virtual_display.__exit__()
-        cls.folder.cleanup()
 
     @classmethod
     def run_with(cls, path, end=None):

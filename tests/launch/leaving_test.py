@@ -7,9 +7,7 @@ import sys
 import tempfile
 import time
 
-from led_program import Display, Home, Program, Server
-
-DOWNLOADS = "https://file-hosting.downloads.pelmarix.example/"
+from led_program import DOWNLOADS, Display, Home, Program, Server
 
 
 def main():

@@ -8,11 +8,14 @@ import sys
 import tempfile
 import threading
 import time
+import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 from https_server import Server  # noqa: E402,F401
 from virtual_display import start_virtual_display  # noqa: E402
 
+# What an address in the list begins with to be offered.
+DOWNLOADS = "https://file-hosting.downloads.pelmarix.example/"
 # For everything that takes a moment on an idle machine and must not fail on a busy one.
 TIMEOUT = 60
 
@@ -119,6 +122,22 @@ class Display:
         self.process.terminate()
         self.process.wait()
         self.folder.cleanup()
+
+
+class ServerTestCase(unittest.TestCase):
+    """Has a server and a display for all its tests."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.server = Server(cls.folder.name)
+        cls.virtual_display = Display()
+        cls.display = cls.virtual_display.__enter__()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.virtual_display.__exit__()
+        cls.folder.cleanup()
 
 
 def until(condition, what):

@@ -8,10 +8,9 @@ import tempfile
 import time
 import unittest
 
-from led_program import Display, Home, Program, Server, until
+from led_program import DOWNLOADS, Home, Program, ServerTestCase, until
 
 EXECUTABLE, VERSION = sys.argv[1:3]
-DOWNLOADS = "https://file-hosting.downloads.pelmarix.example/"
 REFERENCE_DATE = 978307200
 
 
@@ -29,19 +28,7 @@ def offer(version):
             "Please choose whether to download this update now in your default browser.")
 
 
-class UpdateCheckTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.server = Server(cls.folder.name)
-        cls.virtual_display = Display()
-        cls.display = cls.virtual_display.__enter__()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.virtual_display.__exit__()
-        cls.folder.cleanup()
-
+class UpdateCheckTest(ServerTestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
