@@ -79,7 +79,11 @@ SettingsUserDefaults::SettingsUserDefaults() : settings_(openSettings()) {}
 
 double SettingsUserDefaults::doubleForKey(const std::string& key) const { return doubleOf(value(key)); }
 
-void SettingsUserDefaults::setDoubleForKey(double value, const std::string& key) { store(value, key); }
+void SettingsUserDefaults::setDoubleForKey(double value, const std::string& key) {
+  // A file has numbers as text, of which none is a NaN: where one is stored by its type, it stays as it is.
+  if (std::isnan(value) && std::isnan(doubleForKey(key))) return;
+  store(value, key);
+}
 
 bool SettingsUserDefaults::boolForKey(const std::string& key) const { return boolOf(value(key)); }
 

@@ -82,6 +82,16 @@ TEST_F(UserDefaultsFile, GivesZeroAndFalseForMissingKeys) {
   EXPECT_FALSE(std::filesystem::exists(file()));
 }
 
+TEST_F(UserDefaultsFile, KeepsWhatIsNoNumberWhenThatIsStoredAgain) {
+  write("[General]\nkey=@Variant(\\0\\0\\0\\x6\\x7f\\xf8\\0\\0\\0\\0\\0\\0)\n");
+  {
+    SettingsUserDefaults defaults;
+    ASSERT_TRUE(std::isnan(defaults.doubleForKey("key")));
+    defaults.setDoubleForKey(std::nan(""), "key");
+  }
+  EXPECT_TRUE(std::isnan(storedDouble()));
+}
+
 TEST_F(UserDefaultsFile, GivesEveryFiniteDoubleBackToTheLastBit) {
   using Limits = std::numeric_limits<double>;
   std::vector<double> values = {0.0,
