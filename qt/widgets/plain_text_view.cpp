@@ -59,6 +59,14 @@ void PlainTextView::showText(platform::SharedText text) {
   emit textChanged();
 }
 
+void PlainTextView::setPointSize(double size) {
+  constexpr double smallestDrawn = 1;
+  constexpr double largestDrawn = 500;
+  QFont sized = font();
+  sized.setPointSizeF(std::clamp(size, smallestDrawn, largestDrawn));
+  setFont(sized);
+}
+
 // What is selected.
 
 void PlainTextView::setSelection(std::size_t anchor, std::size_t caret) {

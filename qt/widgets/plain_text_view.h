@@ -23,6 +23,8 @@ class PlainTextView final : public TextPane, public Searchable {
   /// Valid UTF-8. Of the text that is shown already everything stays as it is.
   void showText(platform::SharedText text);
   const platform::SharedText& text() const { return index().text(); }
+  /// Of its letters, in points; one that no font engine draws becomes the nearest that it does.
+  void setPointSize(double size);
 
   /// One end of what is selected and the other, where the caret is.
   std::size_t anchor() const { return anchor_; }

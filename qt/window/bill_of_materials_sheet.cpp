@@ -1,7 +1,7 @@
 #include "qt/window/bill_of_materials_sheet.h"
 
 #include <QFontDatabase>
-#include <algorithm>
+#include <QFontInfo>
 
 #include "ui_bill_of_materials_sheet.h"
 
@@ -22,9 +22,7 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
 
   ui_->findBar->setTarget(*ui_->listing, *ui_->listing);
   connect(ui_->listing, &PlainTextView::zoomRequested, this, [listing = ui_->listing](int steps) {
-    QFont font = listing->font();
-    font.setPointSizeF(std::max(font.pointSizeF() + steps, 1.0));
-    listing->setFont(font);
+    listing->setPointSize(listing->fontInfo().pointSizeF() + steps);
   });
 }
 

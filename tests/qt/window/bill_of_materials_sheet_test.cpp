@@ -151,6 +151,16 @@ TEST_F(BillOfMaterialsSheet, KeepsItsColumnsEightLettersApartInEverySize) {
   EXPECT_DOUBLE_EQ(lettersBefore(10), 16);
 }
 
+TEST_F(BillOfMaterialsSheet, KeepsItsLettersWithinWhatCanBeDrawn) {
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  auto* text = sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"));
+  emit text->zoomRequested(100'000);
+  EXPECT_EQ(text->font().pointSizeF(), 500);
+  emit text->zoomRequested(-100'000);
+  EXPECT_EQ(text->font().pointSizeF(), 1);
+}
+
 TEST_F(BillOfMaterialsSheet, FindsText) {
   table().selectRow(0);
   click("showBillOfMaterials");
