@@ -109,6 +109,9 @@ class Desktop:
         settings.write_text(OPENBOX_SETTINGS, encoding="utf-8")
         self._spawn(["openbox", "--sm-disable", "--config-file", str(settings)])
         wait_until(lambda: self.run("xdotool", "get_num_desktops", check=False).returncode == 0, "a window manager")
+        # The first key of a virtual keyboard makes every program read the layout anew, and one that is doing so takes no
+        # notice of what is held down: that key is pressed before there is a program.
+        self.run("xdotool", "key", "Shift_L")
         # The accessibility library of this process looks there.
         for name in ("DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "GSETTINGS_BACKEND"):
             os.environ[name] = self.environment[name]
