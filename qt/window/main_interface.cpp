@@ -135,6 +135,7 @@ void MainInterface::changeFontSize(int steps) {
 void MainInterface::save() {
   for (auto* panel : window_.findChildren<QFileDialog*>()) {
     if (!panel->isVisible()) continue;  // it has ended and goes soon
+    panel->setWindowState(panel->windowState() & ~Qt::WindowMinimized);
     panel->raise();
     panel->activateWindow();
     return;

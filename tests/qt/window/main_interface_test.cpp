@@ -277,6 +277,9 @@ TEST_F(MainInterface, BringsTheSavePanelThatIsOpenToTheFront) {
   press();
   EXPECT_TRUE(QTest::qWaitForWindowActive(&first));
   EXPECT_EQ(panels().size(), 1);
+  first.showMinimized();
+  press();
+  EXPECT_FALSE(first.isMinimized());
   first.reject();
   press();
   EXPECT_EQ(window().findChildren<QFileDialog*>().size(), 2) << "the one that has ended is still to go";
