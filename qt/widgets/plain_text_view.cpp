@@ -49,13 +49,14 @@ PlainTextView::PlainTextView(QWidget* parent) : TextPane(parent) {
 void PlainTextView::showText(platform::SharedText text) {
   if (text == this->text()) return;
   const bool isSame = *text == *this->text();
+  const QString before = spokenBeginning(index());
   setText(std::move(text));
   if (isSame) return;
   // In view, so that the next key doesn't leave it.
   anchor_ = caret_ = index().line(static_cast<std::size_t>(verticalScrollBar()->value())).begin;
   verticalMovesX_.reset();
   endSelecting();
-  tellTextChanged(*this);
+  tellTextChanged(*this, before);
   emit textChanged();
 }
 

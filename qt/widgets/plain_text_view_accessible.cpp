@@ -146,11 +146,13 @@ void installAccessibleTexts() {
   static_cast<void>(isInstalled);
 }
 
-void tellTextChanged(PlainTextView& view) {
-  // The bus doesn't carry texts of any size: who listens is told of the beginning and asks for what it wants.
+QString spokenBeginning(const TextIndex& text) {
   constexpr std::size_t longest = 65536;
-  const std::size_t end = view.index().placeAt(longest);
-  QAccessibleTextInsertEvent event(&view, 0, spoken(view.index().part({0, end})));
+  return spoken(text.part({0, text.placeAt(longest)}));
+}
+
+void tellTextChanged(PlainTextView& view, const QString& before) {
+  QAccessibleTextUpdateEvent event(&view, 0, before, spokenBeginning(view.index()));
   QAccessible::updateAccessibility(&event);
 }
 

@@ -1,6 +1,10 @@
 // What a screen reader meets of a text.
 #pragma once
 
+#include <QString>
+
+#include "qt/widgets/text_index.h"
+
 namespace pelmarix::qt {
 
 class PlainTextView;
@@ -9,7 +13,12 @@ class PlainTextView;
 /// it asks for.
 void installAccessibleTexts();
 
-void tellTextChanged(PlainTextView& view);
+/// What is told of a text that comes or goes. The bus doesn't carry texts of any size: who listens is told of
+/// the beginning and asks for what it wants.
+QString spokenBeginning(const TextIndex& text);
+
+/// Tells that the view has another text than the one that began so.
+void tellTextChanged(PlainTextView& view, const QString& before);
 void tellSelectionChanged(PlainTextView& view);
 
 }  // namespace pelmarix::qt
