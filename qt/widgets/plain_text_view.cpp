@@ -290,6 +290,7 @@ void PlainTextView::mouseMoveEvent(QMouseEvent* event) {
     auto* const drag = new QDrag(this);
     drag->setMimeData(selectedData());
     drag->exec(Qt::CopyAction);
+    return;  // the view may be gone by now
   }
   if (!isSelecting_) return;
   constexpr int scrollInterval = 50;  // milliseconds
@@ -310,6 +311,8 @@ void PlainTextView::mouseReleaseEvent(QMouseEvent* event) {
 
 void PlainTextView::timerEvent(QTimerEvent* event) {
   if (event->timerId() != scrolling_.timerId()) return TextPane::timerEvent(event);
+  // The release may have gone to a window that came up meanwhile.
+  if (!QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) return endSelecting();
   selectTo(mouse_);  // farther each time, for what it brings into view moves the text under the mouse
 }
 

@@ -238,6 +238,20 @@ TEST_F(PlainTextViewSelection, ScrollsWhileTheMouseIsHeldBelowOrAbove) {
   EXPECT_EQ(view.selection(), (qt::TextRange{0, 0}));
 }
 
+TEST_F(PlainTextViewSelection, ScrollsNoMoreWhenTheButtonComesUpElsewhere) {
+  show(std::string(100'000, '\n'));
+  QWidget other;
+  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, QPoint(10, 10));
+  moveTo(QPoint(10, view.viewport()->height() + 40));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return view.verticalScrollBar()->value() > 0; }));
+  QTest::mouseRelease(&other, Qt::LeftButton);
+  const int value = view.verticalScrollBar()->value();
+  QTest::qWait(200);  // as long as three steps of scrolling take
+  EXPECT_EQ(view.verticalScrollBar()->value(), value);
+  moveTo(pointAt(view.selection().end + 2));
+  EXPECT_EQ(view.verticalScrollBar()->value(), value);
+}
+
 TEST_F(PlainTextViewSelection, SelectsNoMoreWhenAnotherTextComesWhileTheMouseIsHeld) {
   show(std::string(1000, '\n'));
   press(Qt::Key_End, Qt::ControlModifier);
