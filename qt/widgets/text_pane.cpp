@@ -37,8 +37,15 @@ void TextPane::measureLetters() {
   widest_ = 0;
 }
 
+void TextPane::setColumns(const QList<QTextOption::TabType>& columns) {
+  columns_ = columns;
+  fitColumns();
+  layOut();
+}
+
 void TextPane::setText(platform::SharedText text) {
   const TextIndex before = std::exchange(index_, TextIndex(std::move(text)));
+  fitColumns();
   partWidths_.clear();
   widest_ = 0;
   const std::size_t first = sameLine(before, static_cast<std::size_t>(verticalScrollBar()->value()));
@@ -113,7 +120,8 @@ qreal TextPane::widthOf(TextRange line, std::size_t number) const {
 TextPane::Part TextPane::part(std::size_t line, std::size_t number, qreal left) {
   const TextRange whole = wholeLine(line);
   const TextRange range = partOfLine(whole, number);
-  Part part{range, line, left, TextLine(visible(toQString(index_.part(range))), font())};
+  const QList<QTextOption::Tab> tabs = number == 0 ? tabs_ : QList<QTextOption::Tab>();
+  Part part{range, line, left, TextLine(visible(toQString(index_.part(range))), font(), tabs)};
   if (partCount(whole) > 1) partWidths_[whole.begin + number * partSize] = part.layout.width();
   return part;
 }
@@ -234,6 +242,7 @@ void TextPane::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
   if (event->type() != QEvent::FontChange) return;
   measureLetters();
+  fitColumns();
   layOut();
 }
 

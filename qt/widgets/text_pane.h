@@ -7,6 +7,7 @@
 #include <map>
 #include <vector>
 
+#include "qt/widgets/text_columns.h"
 #include "qt/widgets/text_index.h"
 #include "qt/widgets/text_line.h"
 
@@ -20,6 +21,9 @@ class TextPane : public QAbstractScrollArea {
   explicit TextPane(QWidget* parent);
 
   const TextIndex& index() const { return index_; }
+  /// What stands behind tabs stands in columns from now on, as tabStops() says; those of a text stay as they
+  /// are while it is scrolled. Without columns tabs stop every eight blanks.
+  void setColumns(const QList<QTextOption::TabType>& columns);
   /// The place nearest to a point of the viewport, which may be outside of it.
   std::size_t placeAt(QPointF point);
   /// The same in one line, `x` from the line's beginning.
@@ -58,6 +62,7 @@ class TextPane : public QAbstractScrollArea {
     TextLine layout;
   };
   void measureLetters();
+  void fitColumns() { tabs_ = tabStops(index_, columns_, font()); }
   void layOut();
   qreal layOutLine(std::size_t line);
   TextRange wholeLine(std::size_t line) const;
@@ -71,6 +76,8 @@ class TextPane : public QAbstractScrollArea {
   TextIndex index_{platform::shareText({})};
   std::deque<Part> parts_;                   // in view
   std::map<std::size_t, qreal> partWidths_;  // of very long lines, by where a part begins
+  QList<QTextOption::TabType> columns_;      // after the first
+  QList<QTextOption::Tab> tabs_;
   qreal widest_ = 0;
   qreal lineHeight_ = 0;
   qreal letterWidth_ = 0;

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QFontDatabase>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -326,6 +327,29 @@ TEST_F(PlainTextView, BringsAPlaceIntoViewBesidePartsOfALongLineThatAreWiderOrNa
       widget.select(place, place);
       EXPECT_TRUE(QRectF(widget.viewport()->rect()).contains(widget.rectOf(place).topLeft()))
           << letter << place;
+    }
+  }
+}
+
+TEST_F(PlainTextView, KeepsItsColumnsWhereTheyAreWhileItScrollsAndInEverySize) {
+  widget.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  widget.setColumns({QTextOption::RightTab, QTextOption::LeftTab});
+  std::string text;
+  for (std::size_t line = 0; line < 5000; ++line)
+    text += "./" + std::string(line % 60, 'x') + "\t" + std::to_string(line) + "\tMon\n";
+  show(text);
+  const auto lettersBeforeDate = [&](std::size_t line) {
+    return widget.xOf(widget.index().line(line).end - 3) /
+           QFontMetricsF(widget.font()).horizontalAdvance(u'0');
+  };
+  for (const int size : {12, 24}) {
+    QFont font = widget.font();
+    font.setPointSize(size);
+    widget.setFont(font);
+    for (const int first : {0, 3000, 4990}) {
+      widget.verticalScrollBar()->setValue(first);
+      for (const std::size_t line : {0U, 59U, 3001U, 4999U})
+        EXPECT_NEAR(lettersBeforeDate(line), 61 + 2 + 4 + 2, 0.1) << line;
     }
   }
 }

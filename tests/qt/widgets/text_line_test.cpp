@@ -71,6 +71,48 @@ TEST(TextLine, HasTabStopsEightBlanksApart) {
   EXPECT_DOUBLE_EQ(line.xOf(4), 24 * blank);
 }
 
+TEST(TextLine, BeginsOrEndsItsFieldsWhereTabsStop) {
+  const QString text = QStringLiteral("a\tbcd\te\tf");
+  const TextLine line(
+      text, QApplication::font(),
+      {QTextOption::Tab(200, QTextOption::RightTab), QTextOption::Tab(220, QTextOption::LeftTab)});
+  EXPECT_DOUBLE_EQ(line.xAfter(4), 200);
+  EXPECT_DOUBLE_EQ(line.xOf(6), 220);
+  const qreal blank = QFontMetricsF(QApplication::font()).horizontalAdvance(QLatin1Char(' '));
+  EXPECT_DOUBLE_EQ(line.xOf(8), (std::floor(line.xAfter(6) / (8 * blank)) + 1) * 8 * blank);
+  for (qsizetype unit = 0; unit <= text.size(); ++unit) EXPECT_EQ(line.unitAt(line.xOf(unit)), unit);
+}
+
+TEST(TextLine, GoesOnBehindAFieldThatIsWiderThanItsColumn) {
+  const TextLine line(
+      QStringLiteral("a long path\t1\tx"), QApplication::font(),
+      {QTextOption::Tab(20, QTextOption::RightTab), QTextOption::Tab(30, QTextOption::LeftTab)});
+  const qreal blank = QFontMetricsF(QApplication::font()).horizontalAdvance(QLatin1Char(' '));
+  const qreal right = line.xAfter(10);
+  EXPECT_GT(line.xOf(12), right);
+  EXPECT_LE(line.xOf(12), right + 8 * blank);
+  EXPECT_GT(line.xOf(14), line.xAfter(12));
+}
+
+TEST(TextLine, LaysOutTheMiddleOfVeryManyFieldsAsOne) {
+  const qreal blank = QFontMetricsF(QApplication::font()).horizontalAdvance(QLatin1Char(' '));
+  EXPECT_DOUBLE_EQ(lineOf(QString(16, QLatin1Char('\t'))).width(), 16 * 8 * blank);
+  EXPECT_LT(lineOf(QString(1016, QLatin1Char('\t'))).width(), (1000 + 17 * 8) * blank);
+}
+
+TEST(TextLine, KeepsItsLastFieldsFromLeftToRightHoweverManyThereAre) {
+  for (const char* const field : {"a: ", "a\t", " 2019-01-01 "}) {
+    const QString text = QString::fromLatin1(field).repeated(500) + hebrew;
+    const TextLine line = lineOf(text);
+    const qsizetype name = text.size() - hebrew.size();
+    const qsizetype version = name + hebrew.indexOf(QLatin1Char(':')) + 2;
+    const qsizetype date = name + hebrew.indexOf(QStringLiteral(" 2019")) + 1;
+    EXPECT_LE(line.xOf(name - 20), extent(line, name, version - 2).first) << field;
+    EXPECT_LE(extent(line, name, version - 2).second, extent(line, version, date - 1).first) << field;
+    EXPECT_LE(extent(line, version, date - 1).second, extent(line, date, text.size()).first) << field;
+  }
+}
+
 TEST(TextLine, EndsInABlankForItsLineFeed) {
   EXPECT_GT(lineOf(QStringLiteral("a\n")).width(), lineOf(QStringLiteral("a")).width());
   EXPECT_EQ(lineOf(QStringLiteral("a\n")).unitAt(1e6), 1);
