@@ -31,6 +31,10 @@ STANDARD_HEADER = re.compile(r"[a-z_]+")  # <vector>, and neither <unistd.h> nor
 # What stands in angle brackets beside the standard library, and the only folders that may name it.
 POSIX_HEADER = re.compile(r"(sys/)?[a-z]+\.h")
 QT_HEADER = re.compile(r"Q[A-Za-z]+|xcb/xcb\.h")  # the toolkit, and the display server that it talks to
+# The program has one thread; only what talks with a server has another.
+THREAD_HEADER = re.compile(r"atomic|barrier|condition_variable|future|latch|mutex|pthread\.h|semaphore|shared_mutex|"
+                           r"stop_token|thread|QThread\w*|QtConcurrent\w*|Q\w*Mutex\w*|QSemaphore|QAtomic\w*")
+WITH_A_THREAD = {"qt/services"}
 GENERATED_BY_QT = re.compile(r"ui_[a-z_]+\.h")
 
 SOURCE_NAME = re.compile(r".*\.(h|cpp)(\.in)?")
@@ -47,6 +51,8 @@ def may_include(path, bracket, header):
     folder = folder_of(path)
     is_qt = folder.startswith("qt/")
     if bracket == "<":
+        if THREAD_HEADER.fullmatch(header):
+            return folder in WITH_A_THREAD
         if STANDARD_HEADER.fullmatch(header):
             return True
         if folder == "posix":
@@ -84,6 +90,13 @@ class TheRule(unittest.TestCase):
                              ("posix/a.cpp", "QString"), ("history/a.cpp", "QString")]:
             with self.subTest(path=path, header=header):
                 self.assertEqual([f"{path} includes {header}"], violations(path, f"  # include <{header}>\n"))
+
+    def test_keeps_threads_where_the_network_is(self):
+        self.assertEqual([], violations("qt/services/a.cpp", "#include <QThread>\n#include <mutex>\n"))
+        for path, header in [("plist/a.cpp", "thread"), ("base/a.h", "atomic"), ("posix/a.cpp", "pthread.h"),
+                             ("lsbom/a.cpp", "future"), ("qt/window/a.cpp", "QThreadPool")]:
+            with self.subTest(path=path, header=header):
+                self.assertEqual([f"{path} includes {header}"], violations(path, f"#include <{header}>\n"))
 
 
 # Whatever they include, nobody includes them.
