@@ -312,8 +312,9 @@ class Program:
     def click(self, accessible, times=1, button=1):
         """Clicks into the middle of something that is visible. Buttons are 1 (left), 2 (middle), 3 (right)."""
         left, top, width, height = accessible.extents
-        self.desktop.run("xdotool", "mousemove", "--sync", str(left + min(width, 60) // 2), str(top + height // 2))
-        self.desktop.run("xdotool", "click", "--repeat", str(times), "--delay", "40", str(button))
+        # Without waiting for the move, which isn't seen where the mouse is there already.
+        move = ("mousemove", str(left + min(width, 60) // 2), str(top + height // 2))
+        self.desktop.run("xdotool", *move, "click", "--repeat", str(times), "--delay", "40", str(button))
 
     @contextlib.contextmanager
     def held_down(self, key):

@@ -70,7 +70,7 @@ class Text(WindowTestCase):
         program = self.program
         program.keys("alt+p", "ctrl+Home")
         word = self.lines[2].split()[0]
-        desktop.run("xdotool", "mousemove", "--sync", *self.point_of(3))
+        desktop.run("xdotool", "mousemove", *self.point_of(3))
         desktop.run("xdotool", "click", "--repeat", "2", "--delay", "40", "1")
         wait_until(lambda: self.selection() == (2, 2 + len(word)), lambda: f"{word} to be selected: {self.selection()}")
         program.keys("ctrl+f")
@@ -78,7 +78,7 @@ class Text(WindowTestCase):
         wait_until(lambda: field.is_("focused"), "the field of the search")
         program.keys("BackSpace")
         left, top, width, height = field.extents
-        desktop.run("xdotool", "mousemove", "--sync", str(left + width // 3), str(top + height // 2), "click", "2")
+        desktop.run("xdotool", "mousemove", str(left + width // 3), str(top + height // 2), "click", "2")
         wait_until(lambda: field.text == word, lambda: f"{word!r}; there is {field.text!r}")
         program.keys("Escape")
         self.assert_leaves_well(program)
@@ -90,10 +90,10 @@ class Text(WindowTestCase):
         wait_until(lambda: field.is_("focused"), "the field of the search")
         Atspi.Text.set_selection(self.report.remote, 0, 2, 8)
         left, top, width, height = field.extents
-        desktop.run("xdotool", "mousemove", "--sync", *self.point_of(4), "mousedown", "1")
+        desktop.run("xdotool", "mousemove", *self.point_of(4), "mousedown", "1")
         for step in (1, 2, 3):
             x, y = str(left + width // 3 + step), str(top + height // 2)
-            desktop.run("xdotool", "mousemove", "--sync", x, y)
+            desktop.run("xdotool", "mousemove", x, y)
         desktop.run("xdotool", "mouseup", "1")
         wait_until(lambda: field.text == self.lines[2][:6], lambda: f"what was dragged; there is {field.text!r}")
         program.keys("Escape")
