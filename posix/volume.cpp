@@ -20,6 +20,21 @@ std::vector<std::string> split(std::string_view folders) {
   return parts;
 }
 
+// What hinders somebody who wants to look into the folder; empty for nothing.
+std::string hindranceOf(const std::string& folder) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::file_status status = fs::status(folder, error);
+  if (status.type() == fs::file_type::not_found) {
+    const bool isAddress = folder.find("://") != std::string::npos;
+    return isAddress ? " is an address. Only a folder of this machine can be opened." : " doesn't exist.";
+  }
+  if (!error && !fs::is_directory(status))
+    return " is a file. If it is the image of a disk, mount it and open the folder where it is mounted.";
+  const bool isReachable = !error && fs::exists(folder + "/.", error);  // and what is in it, too
+  return isReachable ? "" : " can't be opened: " + error.message() + ".";
+}
+
 std::string rootOf(std::string folder) {
   if (folder.front() != '/') {
     // A working folder that was removed has no path; then the relative one is left to fail by itself.
@@ -48,6 +63,18 @@ Volume Volume::fromEnvironment() {
   const char* folders = std::getenv("PELMARIX_VOLUME");
   return folders == nullptr ? Volume() : Volume(folders);
 #endif
+}
+
+Result<std::string, VolumeError> Volume::valueForFolders(const std::vector<std::string>& folders) {
+  std::string value;
+  for (const std::string& folder : folders) {
+    if (const std::string hindrance = hindranceOf(folder); !hindrance.empty())
+      return VolumeError{folder + hindrance};
+    if (folders.size() > 1 && folder.find(':') != std::string::npos)
+      return VolumeError{folder + " has a colon in its path. It can only be opened alone."};
+    value += (value.empty() ? "" : ":") + folder;
+  }
+  return value;
 }
 
 std::string Volume::resolve(const std::string& macPath) const {

@@ -2,10 +2,15 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "base/result.h"
+
 namespace pelmarix::posix {
+
+struct VolumeError {
+  std::string sentence;
+};
 
 /// The folders that together stand for the Mac's "/": mounted volumes, copied trees. Since macOS Catalina a
 /// Mac has two volumes, its system and its data.
@@ -25,6 +30,11 @@ class Volume {
   /// What the environment variable PELMARIX_VOLUME says; unset or empty it is the machine's own "/". On a Mac
   /// the variable is ignored.
   static Volume fromEnvironment();
+
+  /// What PELMARIX_VOLUME has to be for folders that somebody chose, at least one. Fails with a sentence
+  /// about the first that can't be taken: one that can't be read, is a file or an address, or that has a
+  /// colon in its path and isn't alone.
+  static Result<std::string, VolumeError> valueForFolders(const std::vector<std::string>& folders);
 
   /// True when a folder was named, be it "/": what the machine says of itself is not said of the Mac.
   bool isNamed() const { return isNamed_; }

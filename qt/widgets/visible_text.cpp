@@ -51,4 +51,9 @@ QString visible(QStringView text) {
   return shown;
 }
 
+QString visibleInOneLine(QStringView text) {
+  const auto picture = [](char16_t code) { return QChar(static_cast<char16_t>(controlPictures + code)); };
+  return visible(text).replace(u'\n', picture(u'\n')).replace(u'\t', picture(u'\t'));
+}
+
 }  // namespace pelmarix::qt

@@ -11,4 +11,7 @@ namespace pelmarix::qt {
 /// the text is the same place on screen.
 QString visible(QStringView text);
 
+/// The same for what stands in one line: signs for line feed and tab, too.
+QString visibleInOneLine(QStringView text);
+
 }  // namespace pelmarix::qt

@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <filesystem>
+#include <string>
+#include <vector>
+
 #include "posix/posix_file_manager.h"
 #include "tests/support/temporary_folder.h"
 
@@ -131,6 +135,50 @@ TEST(Volume, OfColonsAloneIsNotTheMachinesOwnRoot) {
                                              : "can't change the working folder";
   });
   EXPECT_EQ(resolved, std::filesystem::canonical(folder.path()).native() + "/::/Library");
+}
+
+// The value for folders that can be opened, else the sentence.
+std::string valueFor(const std::vector<std::string>& folders) {
+  const auto value = Volume::valueForFolders(folders);
+  return value ? *value : value.error().sentence;
+}
+
+TEST_F(VolumeOfTwoFolders, IsNamedByTheirPathsWithAColonBetween) {
+  EXPECT_EQ(valueFor({system}), system);
+  EXPECT_EQ(valueFor({system, data}), system + ":" + data);
+}
+
+TEST_F(VolumeOfTwoFolders, IsNotWhatOnlyOneOfThemIs) {
+  const std::string file = folder.addFile("disk.dmg");
+  EXPECT_EQ(valueFor({system, folder / "gone"}), folder / "gone" + " doesn't exist.");
+  EXPECT_EQ(valueFor({"", system}), " doesn't exist.");
+  EXPECT_EQ(valueFor({file, data}),
+            file +
+                " is a file. If it is the image of a disk, mount it and open the folder "
+                "where it is mounted.");
+  EXPECT_EQ(valueFor({"file://" + system}),
+            "file://" + system + " is an address. Only a folder of this machine can be opened.");
+}
+
+TEST_F(VolumeOfTwoFolders, IsNoFolderWithoutRights) {
+  const std::string closed = folder.addFolder("closed");
+  std::filesystem::permissions(closed, std::filesystem::perms::none);
+  std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+  EXPECT_EQ(test::withoutPrivileges([&] { return valueFor({closed}); }),
+            closed + " can't be opened: Permission denied.");
+}
+
+TEST_F(VolumeOfTwoFolders, HasNoColonInItsPathsButTheOneBetween) {
+  const std::string odd = folder.addFolder("a:b");
+  EXPECT_EQ(valueFor({odd}), odd);
+  EXPECT_EQ(valueFor({system, odd}), odd + " has a colon in its path. It can only be opened alone.");
+}
+
+TEST_F(VolumeOfTwoFolders, MayHaveBlanksLineEndsAndBytesThatAreNotUtf8InTheirPaths) {
+  const std::string blank = folder.addFolder("Macintosh HD");
+  const std::string odd = folder.addFolder("line\nend \xFF");
+  folder.addFile("line\nend \xFF/file");
+  EXPECT_EQ(Volume(valueFor({blank, odd})).resolve("/file"), odd + "/file");
 }
 
 TEST(Volume, KeepsBytesThatAreNotUtf8) {

@@ -35,5 +35,9 @@ TEST(VisibleText, HasASignForControlsAndSeparators) {
   EXPECT_EQ(visible(QStringLiteral("\u001b\u007f\u2028\u2029\ufffc")), "\u241b\u2421\u2424\u2424\ufffd");
 }
 
+TEST(VisibleText, HasSignsForLineEndsAndTabsWhereItStandsInOneLine) {
+  EXPECT_EQ(qt::visibleInOneLine(QStringLiteral("a\nb\tc\u200ed")).toStdString(), "a\u240ab\u2409c\u21c4d");
+}
+
 }  // namespace
 }  // namespace pelmarix::test

@@ -1,0 +1,25 @@
+#include "qt/widgets/sentence_box.h"
+
+#include "qt/services/text_conversion.h"
+#include "qt/widgets/visible_text.h"
+
+namespace pelmarix::qt {
+namespace {
+
+// To measure and to paint a text takes time. What is wrong stands at the end.
+constexpr qsizetype longestPart = 500;
+
+QString shown(const std::string& sentence) {
+  const QString text = visibleInOneLine(toQString(sentence));
+  if (text.size() <= 2 * longestPart) return text;
+  return text.left(longestPart) + QChar(u'…') + text.right(longestPart);
+}
+
+}  // namespace
+
+SentenceBox::SentenceBox(QWidget* parent, const std::string& sentence)
+    : QMessageBox(Warning, QStringLiteral("Pelmarix"), shown(sentence), Ok, parent) {
+  setTextFormat(Qt::PlainText);
+}
+
+}  // namespace pelmarix::qt
