@@ -75,6 +75,7 @@ MainInterface::MainInterface(AppDelegate& delegate) : ui_(std::make_unique<Ui::M
   connectControls();
   connectMenus(delegate);
   connectFocus();
+  connectVolumes();
 }
 
 MainInterface::~MainInterface() = default;
@@ -160,6 +161,16 @@ void MainInterface::connectMenus(AppDelegate& delegate) {
   on(ui_->actionSupport, &QAction::triggered, [&delegate] { delegate.openSupport(nullptr); });
   on(ui_->actionSystemUpdates, &QAction::triggered, [&delegate] { delegate.openUpdates(nullptr); });
   on(ui_->actionAbout, &QAction::triggered, [this] { showAbout(&window_); });
+}
+
+void MainInterface::connectVolumes() {
+#ifdef Q_OS_MACOS
+  ui_->actionOpenVolume->setVisible(false);
+#else
+  volumeOpener_ = std::make_unique<VolumeOpener>(
+      window_, [this] { return controller_.histories.empty() && controller_.boms.children.empty(); });
+  on(ui_->actionOpenVolume, &QAction::triggered, [this] { volumeOpener_->offerVolumes(); });
+#endif
 }
 
 void MainInterface::connectFocus() {

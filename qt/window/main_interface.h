@@ -12,6 +12,7 @@
 #include "qt/window/application_adapter.h"
 #include "qt/window/bill_of_materials_sheet.h"
 #include "qt/window/main_window.h"
+#include "qt/window/volume_opener.h"
 #include "ui/view_controller.h"
 
 namespace Ui {
@@ -39,6 +40,8 @@ class MainInterface final {
   void connectOutlets();
   void connectControls();
   void connectMenus(AppDelegate& delegate);
+  // On macOS there is one volume, the machine's own.
+  void connectVolumes();
   // Lets Find, Copy and Select All work on what has the focus.
   void connectFocus();
   // What the action throws ends it and nothing else; memory that runs out is told by an alert.
@@ -64,6 +67,7 @@ class MainInterface final {
   platform::ScrollView reportScroller_;
   platform::ClipView reportClip_;
   QPointer<BillOfMaterialsSheet> sheet_;
+  std::unique_ptr<VolumeOpener> volumeOpener_;
   // The receiver of every signal. The first to go: a window tells of lost focus and the like as it ends.
   QObject connections_;
 };

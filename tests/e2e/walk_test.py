@@ -7,7 +7,12 @@ from window_test_case import WindowTestCase, main, options
 
 # The menus in their order: item, its key in the open menu, its shortcut. One without a key only tells something.
 MENUS = {
-    "File": (("Save…", "s", "Ctrl+S"), ("Close", "c", "Ctrl+W"), ("Quit", "q", "Ctrl+Q")),
+    "File": (
+        ("Open Volume…", "o", "Ctrl+O"),
+        ("Save…", "s", "Ctrl+S"),
+        ("Close", "c", "Ctrl+W"),
+        ("Quit", "q", "Ctrl+Q"),
+    ),
     "Edit": (
         ("Copy", "c", "Ctrl+C"),
         ("Select All", "a", "Ctrl+A"),
@@ -125,7 +130,7 @@ class Walk(WindowTestCase):
         self.assert_leaves_well(program)
 
     def test_close_and_quit_end_the_program_in_every_way_to_choose_them(self):
-        for item, letter, shortcut in MENUS["File"][1:]:
+        for item, letter, shortcut in MENUS["File"][-2:]:
             for way in ("bus", "keys of the menu", "shortcut"):
                 with self.subTest(item=item, way=way):
                     program = self.start_program()
@@ -135,6 +140,11 @@ class Walk(WindowTestCase):
                     self.assert_left_well(program)
 
     # The items, each with what is seen of it
+
+    def check_open_volume(self, program, choose):
+        choose()
+        self.assertEqual(program.dialog().name, "Open Volume")
+        self.leave_dialog(program)
 
     def check_save(self, program, choose):
         choose()
@@ -311,6 +321,10 @@ class Walk(WindowTestCase):
         self.assertEqual(nameless_below(sheet), [])
         program.keys("Escape", window=sheet)
         wait_until(lambda: not field.is_("showing"), "the search to end")
+        self.leave_dialog(program)
+
+        program.keys("ctrl+o")
+        self.assertEqual(nameless_below(program.dialog()), [])
         self.leave_dialog(program)
 
         program.menu_item("Help", "About Pelmarix").press()
