@@ -71,6 +71,11 @@ void showAbout(QWidget* window) {
 
 MainInterface::MainInterface(AppDelegate& delegate) : ui_(std::make_unique<Ui::MainWindow>()) {
   ui_->setupUi(&window_);
+  // A screen reader goes through the parts of a widget in the order of its children, of which a splitter puts
+  // each new one in front.
+  for (QSplitter* splitter : {ui_->listSplitter, ui_->mainSplitter})
+    for (int part = splitter->count() - 1; part >= 0; --part) splitter->widget(part)->lower();
+  ui_->menuBar->lower();
   connectOutlets();
   connectControls();
   connectMenus(delegate);

@@ -10,6 +10,7 @@ from datetime import datetime
 from mac_volume import HISTORY, RECEIPTS, SYSTEM_VERSION
 
 SYSTEM, SECURITY, SECURITY_DATA, CRITICAL, CONFIGURATION = range(5)
+KINDS = ("system install or upgrade", "security update", "security data", "critical update", "configuration data")
 
 SECURITY_DATA_NAMES = {
     "Gatekeeper Configuration Data",

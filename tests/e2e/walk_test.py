@@ -44,6 +44,14 @@ NAMELESS_ROLES = {
 }
 
 
+def without_empty_cells(children):
+    """The parts of a list but for its empty cells. The first cell of each row, which tells of all of it, stays."""
+    columns = sum(child.role == "table column header" for child in children)
+    cells = [child for child in children if child.role == "table cell"]
+    empty = [cell for index, cell in enumerate(cells) if index % columns > 0 and not cell.name]
+    return [child for child in children if not any(child is cell for cell in empty)]
+
+
 def nameless_below(window):
     """What can be met in a window and says nothing of itself. Of a long list, the first rows say how the others are."""
     found = []
@@ -51,7 +59,7 @@ def nameless_below(window):
     def look_at(accessible, path):
         children = accessible.children
         if accessible.role in ("tree", "table"):
-            children = children[:60]
+            children = without_empty_cells(children[:60])
         for child in children:
             if not child.is_("showing"):
                 continue

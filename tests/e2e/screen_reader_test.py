@@ -1,0 +1,70 @@
+"""What a screen reader tells of the window beyond the names of its parts."""
+
+import expectation
+from program import OUTLINE, TABLE
+from waiting import wait_until
+from window_test_case import WindowTestCase, main, options
+
+# The parts as they are seen, from the top to the bottom.
+PARTS = [
+    ("menu bar", ""),
+    ("label", "Install history"),
+    ("tree", "Install history"),
+    ("label", "Receipts"),
+    ("table", "Receipts"),
+    ("push button", "Show Bill of Materials"),
+    ("label", "Report"),
+    ("check box", "Skip configuration data"),
+    ("check box", "Newest last"),
+    ("push button", "Smaller text"),
+    ("push button", "Bigger text"),
+    ("push button", "Save…"),
+    ("text", "Report"),
+]
+
+
+class ScreenReader(WindowTestCase):
+    def setUp(self):
+        self.program = self.start(options.sample)
+
+    def test_comes_to_the_parts_in_the_order_in_which_they_are_seen(self):
+        def is_part(accessible):
+            return accessible.is_("showing") and accessible.role not in ("filler", "split pane", "unknown")
+
+        def parts_below(accessible):
+            for child in accessible.children:
+                if is_part(child):
+                    yield child.role, child.name
+                else:
+                    yield from parts_below(child)
+
+        self.assertEqual(list(parts_below(self.program.window))[: len(PARTS)], PARTS)
+        self.assert_leaves_well(self.program)
+
+    def test_hears_a_row_whole_with_its_first_cell(self):
+        program, groups = self.program, expectation.history(options.sample)
+        expected = []
+        for group in groups:
+            count = len(group.items)
+            expected.append((group.name, "1 entry" if count == 1 else f"{count} entries"))
+            for item in group.items:
+                name, date, version = item.cells
+                expected.append((name, f"{expectation.KINDS[item.kind]}, {version}, {date}"))
+        program.expanded_outline()
+        cells = self.cells(OUTLINE, "tree")
+        self.assertEqual([(cell.name, cell.description) for cell in cells[0::3]], expected)
+        self.assertEqual({cell.description for cell in cells[1::3] + cells[2::3]}, {""})
+
+        cells = self.cells(TABLE, "table")
+        self.assertEqual(
+            [(cell.name, cell.description) for cell in cells[0::2]], expectation.receipts(options.sample)
+        )
+        self.assertEqual({cell.description for cell in cells[1::2]}, {""})
+        self.assert_leaves_well(program)
+
+    def cells(self, name, role):
+        return [child for child in self.program.part(role, name).children if child.role == "table cell"]
+
+
+if __name__ == "__main__":
+    main()
