@@ -8,10 +8,37 @@ OutlineWidget::OutlineWidget(QWidget* parent) : QTreeView(parent), RowsView(*thi
   // A double click is the outline's action; the view must not expand the row a second time.
   setExpandsOnDoubleClick(false);
   connect(this, &QTreeView::doubleClicked, this, &OutlineWidget::rowDoubleClicked);
+  tellingGroups_.setSingleShot(true);
+  connect(&tellingGroups_, &QTimer::timeout, this, &OutlineWidget::tellGroups);
+  connect(this, &QTreeView::expanded, &tellingGroups_, qOverload<>(&QTimer::start));
+  connect(this, &QTreeView::collapsed, &tellingGroups_, qOverload<>(&QTimer::start));
+}
+
+void OutlineWidget::reset() {
+  QTreeView::reset();
+  tellingGroups_.start();
+}
+
+void OutlineWidget::expandAll() {
+  QTreeView::expandAll();  // says nothing of the groups
+  tellingGroups_.start();
+}
+
+bool OutlineWidget::holdsGroup(bool isExpandedGroup) const {
+  for (int row = 0; row < model()->rowCount(); ++row) {
+    const QModelIndex group = model()->index(row, 0);
+    if (model()->hasChildren(group) && isExpanded(group) == isExpandedGroup) return true;
+  }
+  return false;
+}
+
+void OutlineWidget::tellGroups() {
+  emit canExpandChanged(holdsGroup(false));
+  emit canCollapseChanged(holdsGroup(true));
 }
 
 void OutlineWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) return copy();
+  if (takesKey(*event)) return;
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const QModelIndex current = currentIndex().siblingAtColumn(0);
   if (isReturn && isAlone(*event) && model()->hasChildren(current))

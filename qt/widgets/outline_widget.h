@@ -1,6 +1,7 @@
 // The widget behind the history outline.
 #pragma once
 
+#include <QTimer>
 #include <QTreeView>
 
 #include "qt/widgets/rows_view.h"
@@ -14,10 +15,18 @@ class OutlineWidget final : public QTreeView, public RowsView {
   explicit OutlineWidget(QWidget* parent = nullptr);
 
   void keyboardSearch(const QString& typed) override { goToTyped(typed); }
+  void reset() override;
+
+ public slots:
+  void expandAll();
 
  signals:
   /// With an invalid index for a double click that hit no row.
   void rowDoubleClicked(const QModelIndex& index);
+  /// Whether there is a group to be expanded, and one to be collapsed. Told when groups have come, expanded
+  /// or collapsed.
+  void canExpandChanged(bool canExpand);
+  void canCollapseChanged(bool canCollapse);
 
  protected:
   bool isOpen(const QModelIndex& row) const override { return isExpanded(row); }
@@ -25,12 +34,18 @@ class OutlineWidget final : public QTreeView, public RowsView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override { openContextMenu(*event); }
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   // By which Qt's outline would open a group.
   bool isArrowByAnotherButton(const QMouseEvent& event) const;
+  bool holdsGroup(bool isExpandedGroup) const;
+  void tellGroups();
+
+  // Once for all groups that expand or collapse together.
+  QTimer tellingGroups_;
 };
 
 }  // namespace pelmarix::qt

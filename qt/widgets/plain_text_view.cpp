@@ -77,6 +77,7 @@ void PlainTextView::setSelection(std::size_t anchor, std::size_t caret) {
   caret_ = caret;
   viewport()->update();
   tellSelectionChanged(*this);
+  emit selectionChanged();
 }
 
 void PlainTextView::select(std::size_t anchor, std::size_t caret) {

@@ -43,6 +43,7 @@ class PlainTextView final : public TextPane, public Searchable {
   /// The user turned the wheel with the control key held: bigger by so many steps, smaller when negative.
   void zoomRequested(int steps);
   void textChanged();
+  void selectionChanged();
 
  protected:
   std::vector<Highlight> highlightsIn(TextRange range) const override;

@@ -21,11 +21,8 @@ QString inOneCell(QString text) {
   return text;
 }
 
-}  // namespace
-
-QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
-  if (indexes.isEmpty()) return nullptr;
-  const QAbstractItemModel& model = *indexes.first().model();
+// The first cell of each row that an index belongs to, in the order in which a view shows them.
+std::vector<QModelIndex> rowsInOrder(const QModelIndexList& indexes) {
   // The row in the first level and the one below it; -1 for the former itself, which stands before those
   // below.
   std::vector<std::pair<int, int>> places;
@@ -37,20 +34,40 @@ QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
   std::sort(places.begin(), places.end());
   places.erase(std::unique(places.begin(), places.end()), places.end());
 
-  const int columns = model.columnCount();
-  QString text;
+  std::vector<QModelIndex> rows;
+  rows.reserve(places.size());
   for (const auto& [groupRow, entryRow] : places) {
-    const bool isEntry = entryRow >= 0;
-    const QModelIndex parent = isEntry ? model.index(groupRow, 0) : QModelIndex();
+    const QModelIndex group = indexes.first().model()->index(groupRow, 0);
+    rows.push_back(entryRow < 0 ? group : group.model()->index(entryRow, 0, group));
+  }
+  return rows;
+}
+
+}  // namespace
+
+QMimeData* rowsAsMimeData(const QModelIndexList& indexes) {
+  if (indexes.isEmpty()) return nullptr;
+  const int columns = indexes.first().model()->columnCount();
+  QString text;
+  for (const QModelIndex& row : rowsInOrder(indexes)) {
     for (int column = 0; column < columns; ++column) {
       if (column > 0) text += QLatin1Char('\t');
-      text += inOneCell(model.index(isEntry ? entryRow : groupRow, column, parent).data().toString());
+      text += inOneCell(row.siblingAtColumn(column).data().toString());
     }
     text += QLatin1Char('\n');
   }
   auto* data = new QMimeData;
   data->setText(text);
   return data;
+}
+
+QString cellsAsText(const QModelIndexList& indexes, int column) {
+  QString text;
+  for (const QModelIndex& row : rowsInOrder(indexes)) {
+    if (!text.isEmpty()) text += QLatin1Char('\n');
+    text += inOneCell(row.siblingAtColumn(column).data().toString()).trimmed();
+  }
+  return text;
 }
 
 }  // namespace pelmarix::qt

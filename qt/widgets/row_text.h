@@ -12,4 +12,8 @@ namespace pelmarix::qt {
 /// levels. Null for no rows; owned by the caller.
 QMimeData* rowsAsMimeData(const QModelIndexList& indexes);
 
+/// Of the same rows the texts in one column alone, without the blanks around them and with a line feed
+/// between two.
+QString cellsAsText(const QModelIndexList& indexes, int column);
+
 }  // namespace pelmarix::qt

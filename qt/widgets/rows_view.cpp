@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QItemSelectionModel>
+#include <QMenu>
 #include <QPainter>
 #include <algorithm>
 
@@ -91,13 +92,52 @@ void RowsView::fitColumns() {
   }
 }
 
-void RowsView::copy() const {
-  // Not selectedRows(), which looks through the whole selection again for each row of it.
+QModelIndexList RowsView::selectedRows() const {
+  // Not Qt's own, which looks through the whole selection again for each row of it.
   QModelIndexList rows;
   for (const QItemSelectionRange& range : view_.selectionModel()->selection())
     for (int row = range.top(); row <= range.bottom(); ++row)
       rows += view_.model()->index(row, 0, range.parent());
+  return rows;
+}
+
+void RowsView::copy() const {
+  const QModelIndexList rows = selectedRows();
   if (!rows.isEmpty()) QApplication::clipboard()->setMimeData(rowsAsMimeData(rows));
+}
+
+void RowsView::copyNames() const {
+  const QModelIndexList rows = selectedRows();
+  if (!rows.isEmpty()) QApplication::clipboard()->setText(cellsAsText(rows, nameColumn_));
+}
+
+bool RowsView::takesKey(const QKeyEvent& key) {
+  if (key.matches(QKeySequence::Copy)) {
+    copy();
+    return true;
+  }
+  // Of the two keys for it, Qt knows the menu key alone on X11.
+  if (key.key() != Qt::Key_F10 || key.modifiers() != Qt::ShiftModifier) return false;
+  openContextMenuAtCurrentRow();
+  return true;
+}
+
+void RowsView::openContextMenu(const QContextMenuEvent& event) {
+  if (event.reason() == QContextMenuEvent::Keyboard) return openContextMenuAtCurrentRow();
+  openContextMenu(event.globalPos());
+}
+
+void RowsView::openContextMenuAtCurrentRow() {
+  const QRect shown = view_.viewport()->rect();
+  const QRect row = view_.visualRect(view_.currentIndex()).intersected(shown);
+  openContextMenu(view_.viewport()->mapToGlobal(row.isEmpty() ? shown.center() : row.bottomLeft()));
+}
+
+void RowsView::openContextMenu(QPoint place) {
+  auto* const menu = new QMenu(&view_);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->addActions(view_.actions());
+  menu->popup(place);
 }
 
 void RowsView::markMatches(const QString& text) {

@@ -24,8 +24,9 @@ class RowsView : public Searchable {
   /// To be called after each reload: an empty list's accessible description is its placeholder.
   void updateDescription();
 
-  /// Puts the selected rows on the clipboard; nothing selected leaves it alone.
+  /// Puts the selected rows on the clipboard, or their names alone; nothing selected leaves it alone.
   void copy() const;
+  void copyNames() const;
 
   void markMatches(const QString& text) override;
   bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) override;
@@ -49,11 +50,19 @@ class RowsView : public Searchable {
   /// True while the user types the beginning of a name.
   bool isTyping() const;
 
+  /// Does what a key does in every list; false for a key that does nothing here.
+  bool takesKey(const QKeyEvent& key);
+  /// Opens a menu of the widget's actions.
+  void openContextMenu(const QContextMenuEvent& event);
+
   /// Gives the columns the widths of their usual texts, in the view's font and style.
   void fitColumns();
   void paintPlaceholder();
 
  private:
+  QModelIndexList selectedRows() const;
+  void openContextMenu(QPoint place);
+  void openContextMenuAtCurrentRow();
   // And nothing else, whichever keys are held down just now.
   void selectAlone(const QModelIndex& row);
 

@@ -1,5 +1,7 @@
 #include "qt/widgets/table_widget.h"
 
+#include <algorithm>
+
 namespace pelmarix::qt {
 
 TableWidget::TableWidget(QWidget* parent) : QTableView(parent), RowsView(*this, *horizontalHeader()) {
@@ -22,12 +24,20 @@ void TableWidget::fitRows() {
 }
 
 void TableWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) return copy();
+  if (takesKey(*event)) return;
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   // A blank goes on with a name that is being typed.
   const bool isSpace = event->key() == Qt::Key_Space && !isTyping();
   if ((isReturn || isSpace) && isAlone(*event) && selectionModel()->hasSelection()) return emit rowOpened();
   QTableView::keyPressEvent(event);
+}
+
+QModelIndex TableWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  // Qt's own go to the ends of a row, which is one thing here.
+  const int column = std::max(currentIndex().column(), 0);
+  if (action == MoveHome) return model()->index(0, column);
+  if (action == MoveEnd) return model()->index(model()->rowCount() - 1, column);
+  return QTableView::moveCursor(action, modifiers);
 }
 
 void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {

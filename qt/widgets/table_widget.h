@@ -21,8 +21,10 @@ class TableWidget final : public QTableView, public RowsView {
 
  protected:
   bool isOpen(const QModelIndex& /*row*/) const override { return false; }
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override { openContextMenu(*event); }
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
 

@@ -45,6 +45,14 @@ void withFocused(Action action) {
   if (auto* line = qobject_cast<QLineEdit*>(focused)) return action(*line);
 }
 
+bool hasSelection(const QAbstractItemView& list) { return list.selectionModel()->hasSelection(); }
+bool hasSelection(const PlainTextView& text) { return !text.selection().isEmpty(); }
+bool hasSelection(const QLineEdit& line) { return line.hasSelectedText(); }
+
+bool isEmpty(const QAbstractItemView& list) { return list.model()->rowCount() == 0; }
+bool isEmpty(const PlainTextView& text) { return text.text()->empty(); }
+bool isEmpty(const QLineEdit& line) { return line.text().isEmpty(); }
+
 // Empty when the bundle doesn't tell.
 QString version() {
   const platform::InfoDictionary info =
@@ -187,8 +195,35 @@ void MainInterface::connectFocus() {
   });
   QObject::connect(ui_->report, &PlainTextView::textChanged, ui_->findBar, &FindBar::countMatches);
   on(ui_->actionCopy, &QAction::triggered, [] { withFocused([](auto& widget) { widget.copy(); }); });
+  on(ui_->actionCopyName, &QAction::triggered, [] {
+    if (auto* rows = dynamic_cast<RowsView*>(QApplication::focusWidget())) rows->copyNames();
+  });
   on(ui_->actionSelectAll, &QAction::triggered,
      [] { withFocused([](auto& widget) { widget.selectAll(); }); });
+
+  const auto update = [this] { updateEditActions(); };
+  on(qApp, &QApplication::focusChanged, update);
+  on(ui_->outline->selectionModel(), &QItemSelectionModel::selectionChanged, update);
+  on(ui_->receiptsTable->selectionModel(), &QItemSelectionModel::selectionChanged, update);
+  on(ui_->report, &PlainTextView::selectionChanged, update);
+  auto* const sought = ui_->findBar->findChild<QLineEdit*>();
+  on(sought, &QLineEdit::selectionChanged, update);
+  on(sought, &QLineEdit::textChanged, update);
+}
+
+void MainInterface::updateEditActions() {
+  const QWidget* const focused = QApplication::focusWidget();
+  // An open menu has the focus of what its items work on.
+  if (focused == nullptr || focused == ui_->menuBar || focused->window() != &window_) return;
+  bool canCopy = false;
+  bool canSelect = false;
+  withFocused([&](const auto& widget) {
+    canCopy = hasSelection(widget);
+    canSelect = !isEmpty(widget);
+  });
+  ui_->actionCopy->setEnabled(canCopy);
+  ui_->actionCopyName->setEnabled(canCopy && dynamic_cast<const RowsView*>(focused) != nullptr);
+  ui_->actionSelectAll->setEnabled(canSelect);
 }
 
 void MainInterface::show() {

@@ -44,6 +44,8 @@ class MainInterface final {
   void connectVolumes();
   // Lets Find, Copy and Select All work on what has the focus.
   void connectFocus();
+  // Those that can do nothing with what has the focus are disabled.
+  void updateEditActions();
   // What the action throws ends it and nothing else; memory that runs out is told by an alert.
   template <typename Sender, typename Signal, typename Action>
   void on(Sender* sender, Signal signal, Action action);

@@ -1,7 +1,7 @@
 """The program used with the keyboard alone."""
 
 import expectation
-from program import SHEET_TEXT
+from program import OUTLINE, SHEET_TEXT
 from waiting import wait_until
 from window_test_case import WindowTestCase, main, options
 
@@ -95,6 +95,78 @@ class Keyboard(WindowTestCase):
         program.keys("ctrl+w")
         self.assertEqual(program.wait_for_end(), 0)
         self.assert_left_well(program)
+
+    def test_home_end_and_page_keys_go_through_both_lists(self):
+        program, tree = self.program, self.program.part("tree", OUTLINE)
+        program.expanded_outline()
+
+        def has_selected(row):
+            cells = [cell for cell in tree.children if cell.role == "table cell"][0::3]
+            return [cell.is_("selected") for cell in cells].index(True) == row % len(cells)
+
+        program.keys("End")
+        wait_until(lambda: has_selected(-1), "the last entry to be selected")
+        program.keys("Home")
+        wait_until(lambda: has_selected(0), "the first group to be selected")
+        program.keys("Page_Down")
+        wait_until(lambda: not has_selected(0), "the next page")
+        program.keys("Page_Up")
+        wait_until(lambda: has_selected(0), "the first page")
+
+        last = len(program.receipts()) - 1
+        program.keys("Tab", "End")
+        wait_until(lambda: program.selected_receipts() == [last], "the last receipt to be selected")
+        program.keys("Page_Up")
+        wait_until(lambda: 0 < program.selected_receipts()[0] < last, "the page before")
+        program.keys("Home")
+        wait_until(lambda: program.selected_receipts() == [0], "the first receipt to be selected")
+        program.keys("Page_Down")
+        wait_until(lambda: 0 < program.selected_receipts()[0] < last, "the page behind")
+        self.assert_leaves_well(program)
+
+    def test_context_menus_open_and_work_with_keys(self):
+        program = self.program
+        names = [group.name for group in self.groups]
+        program.keys("Home")
+        program.keys("Menu", "y")
+        self.expect_clipboard(names[0])
+        program.keys("Down")
+        program.keys("shift+F10", "y")
+        self.expect_clipboard(names[1])
+        for key, letter, state in (("Menu", "a", False), ("shift+F10", "e", True)):
+            program.keys(key, letter)
+            wait_until(
+                lambda: {cell.is_("expanded") for cell in program.group_cells()} == {state}, f"{letter} to be chosen"
+            )
+
+        receipts = program.receipts()
+        program.keys("Tab", "End")
+        program.keys("shift+F10", "y")
+        self.expect_clipboard(receipts[-1][1])
+        program.keys("Menu", "m")
+        sheet = program.dialog()
+        program.keys("Escape", window=sheet)
+        program.wait_for_no_dialog()
+        self.assert_leaves_well(program)
+
+    def test_context_menu_opens_with_the_right_button_for_the_row_under_it(self):
+        program = self.program
+        program.click(program.receipt_cell(2), button=3)
+        wait_until(lambda: program.selected_receipts() == [2], "the receipt to be selected")
+        program.keys("y")
+        self.expect_clipboard(program.receipts()[2][1])
+        self.assert_leaves_well(program)
+
+    def expect_clipboard(self, text):
+        """Pastes into the line for finding, and goes back to where the focus was."""
+        program = self.program
+        program.keys("ctrl+f")
+        field = program.part("text", "Find")
+        wait_until(lambda: field.is_("focused"), "the line for finding")
+        program.keys("ctrl+a", "ctrl+v")
+        wait_until(lambda: field.text == text, lambda: f"{text!r}; there is {field.text!r}")
+        program.keys("Escape")
+        wait_until(lambda: not field.is_("showing"), "the search to end")
 
     def test_menus_open_and_work_with_keys(self):
         self.program.keys("alt+v")

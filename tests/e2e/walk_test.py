@@ -15,6 +15,7 @@ MENUS = {
     ),
     "Edit": (
         ("Copy", "c", "Ctrl+C"),
+        ("Copy Name", "y", None),
         ("Select All", "a", "Ctrl+A"),
         ("Find…", "f", "Ctrl+F"),
         ("Find Next", "n", "Ctrl+G"),
@@ -166,16 +167,22 @@ class Walk(WindowTestCase):
     row_to_copy = 0
 
     def check_copy(self, program, choose):
+        self.expect_copy(program, choose, lambda name: f"{name}\t\t")
+
+    def check_copy_name(self, program, choose):
+        self.expect_copy(program, choose, lambda name: name)
+
+    def expect_copy(self, program, choose, copy_of_group):
         Walk.row_to_copy += 1  # another one each time, so that the clipboard has to change
         program.menu_item("View", "Collapse All").press()
         program.part("tree", OUTLINE).focus()
         program.keys("Home", *["Down"] * self.row_to_copy)
-        expected = program.outline()[self.row_to_copy][2]
+        expected = copy_of_group(program.outline()[self.row_to_copy][2])
         choose()
         program.keys("ctrl+f")
         field = self.find_field(program)
         program.keys("ctrl+a", "ctrl+v")
-        wait_until(lambda: field.text.strip() == expected, lambda: f"{expected!r}; there is {field.text!r}")
+        wait_until(lambda: field.text.rstrip("\n ") == expected, lambda: f"{expected!r}; there is {field.text!r}")
         self.end_search(program, field)
 
     def check_select_all(self, program, choose):

@@ -46,6 +46,57 @@ TEST_F(OutlineAdapter, TellsTheActionWhichItemWasDoubleClicked) {
   EXPECT_EQ(outline.itemAtClickedRow(), nullptr);
 }
 
+TEST_F(OutlineAdapter, GoesToItsEndsAndByPages) {
+  tree.groups.clear();
+  for (int i = 0; i < 10; ++i) tree.addGroup("Group", std::vector<std::string>(20, "Entry"));
+  reload();
+  widget.expandAll();
+  const auto rowAfter = [this](Qt::Key key) {
+    QTest::keyClick(&widget, key);
+    EXPECT_TRUE(widget.selectionModel()->isSelected(widget.currentIndex()));
+    return widget.currentIndex();
+  };
+  widget.setCurrentIndex(entry(5, 5));
+  EXPECT_EQ(rowAfter(Qt::Key_End), entry(9, 19));
+  EXPECT_EQ(rowAfter(Qt::Key_Home), group(0));
+  EXPECT_NE(rowAfter(Qt::Key_PageDown).parent(), QModelIndex());
+  EXPECT_EQ(rowAfter(Qt::Key_PageUp), group(0));
+}
+
+TEST_F(OutlineAdapter, CopiesNamesWithoutTheirIndentation) {
+  outline.expandItem(catalina.get());
+  widget.selectAll();
+  widget.copyNames();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+            "Mojave\nNothing followed\nCatalina\nmacOS Catalina\nWord List");
+}
+
+TEST_F(OutlineAdapter, TellsWhetherThereAreGroupsToExpandAndToCollapse) {
+  bool canExpand = false;
+  bool canCollapse = true;
+  QObject::connect(&widget, &qt::OutlineWidget::canExpandChanged, [&](bool can) { canExpand = can; });
+  QObject::connect(&widget, &qt::OutlineWidget::canCollapseChanged, [&](bool can) { canCollapse = can; });
+  const auto told = [&] {
+    QApplication::processEvents();
+    return std::pair(canExpand, canCollapse);
+  };
+  reload();
+  mojave->children.resize(2);
+  reload();
+  EXPECT_EQ(told(), std::pair(true, false));
+  widget.expand(group(0));
+  EXPECT_EQ(told(), std::pair(true, true));
+  widget.expandAll();
+  EXPECT_EQ(told(), std::pair(false, true)) << "the group without entries can't expand";
+  widget.collapse(group(2));
+  EXPECT_EQ(told(), std::pair(true, true));
+  widget.collapseAll();
+  EXPECT_EQ(told(), std::pair(true, false));
+  tree.groups.clear();
+  reload();
+  EXPECT_EQ(told(), std::pair(false, false));
+}
+
 TEST_F(OutlineAdapter, SendsTheActionWithoutAnItemForADoubleClickBelowTheLastRow) {
   std::vector<platform::Object*> clicked;
   outline.setDoubleAction([&] { clicked.push_back(outline.itemAtClickedRow()); });

@@ -5,9 +5,12 @@
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -219,6 +222,104 @@ TEST_F(TableAdapter, CopiesTheSelectedRowsAsLines) {
   widget.selectionModel()->select(cell(2, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
   QTest::keySequence(&widget, QKeySequence::Copy);
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "today\tSafari\ntoday\tMaps\n");
+}
+
+TEST_F(TableAdapter, CopiesTheNamesOfTheSelectedRowsAlone) {
+  reloadWith({" Safari ", "Mail", "Ma\nps"});
+  QApplication::clipboard()->setText(QStringLiteral("before"));
+  widget.copyNames();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "before");
+  widget.selectRow(2);
+  widget.selectionModel()->select(cell(0, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  widget.copyNames();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "Safari\nMa ps");
+}
+
+TEST_F(TableAdapter, GoesToItsEndsAndByPages) {
+  reloadWith(std::vector<std::string>(100, "Package"));
+  const auto rowAfter = [this](Qt::Key key) {
+    QTest::keyClick(&widget, key);
+    EXPECT_EQ(widget.currentIndex().column(), 1);
+    return table.selectedRow();
+  };
+  widget.setCurrentIndex(cell(50, 1));
+  EXPECT_EQ(rowAfter(Qt::Key_Home), 0);
+  EXPECT_EQ(rowAfter(Qt::Key_End), 99);
+  const std::ptrdiff_t pageUp = rowAfter(Qt::Key_PageUp);
+  EXPECT_LT(pageUp, 95);
+  EXPECT_GT(pageUp, 0);
+  EXPECT_EQ(rowAfter(Qt::Key_PageDown), 99);
+}
+
+TEST_F(TableAdapter, GoesToItsEndsFromNoRow) {
+  QTest::keyClick(&widget, Qt::Key_End);
+  EXPECT_EQ(table.selectedRow(), 2);
+  widget.setCurrentIndex({});
+  QTest::keyClick(&widget, Qt::Key_Home);
+  EXPECT_EQ(table.selectedRow(), 0);
+  reloadWith({});
+  QTest::keyClick(&widget, Qt::Key_End);
+  EXPECT_EQ(table.selectedRow(), -1);
+}
+
+TEST_F(TableAdapter, ExtendsTheSelectionToItsEnds) {
+  widget.selectRow(1);
+  QTest::keyClick(&widget, Qt::Key_End, Qt::ShiftModifier);
+  EXPECT_EQ(widget.selectionModel()->selectedRows().size(), 2);
+  EXPECT_TRUE(widget.selectionModel()->isRowSelected(2));
+}
+
+/// The menu on screen; none is an error.
+QMenu& openMenu() {
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  if (menu == nullptr) throw std::runtime_error("no menu is open");
+  return *menu;
+}
+
+TEST_F(TableAdapter, OpensAMenuOfItsActionsWhereItIsClicked) {
+  QAction action(QStringLiteral("Do something"));
+  widget.addAction(&action);
+  const QPoint place = widget.visualRect(cell(1, 1)).center();
+  const QPoint globalPlace = widget.viewport()->mapToGlobal(place);
+  QContextMenuEvent event(QContextMenuEvent::Mouse, place, globalPlace);
+  QApplication::sendEvent(widget.viewport(), &event);
+  EXPECT_THAT(openMenu().actions(), testing::ElementsAre(&action));
+  EXPECT_EQ(openMenu().pos(), globalPlace);
+  openMenu().close();
+}
+
+TEST_F(TableAdapter, OpensItsMenuBelowTheCurrentRowForAKey) {
+  QAction action(QStringLiteral("Do something"));
+  widget.addAction(&action);
+  widget.setCurrentIndex(cell(1, 1));
+  const QPoint below = widget.viewport()->mapToGlobal(widget.visualRect(cell(1, 1)).bottomLeft());
+  QTest::keyClick(&widget, Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_EQ(openMenu().pos(), below);
+  openMenu().close();
+  // As Qt makes it of the menu key.
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(&widget, &event);
+  EXPECT_EQ(openMenu().pos(), below);
+  openMenu().close();
+  QTest::keyClick(&widget, Qt::Key_F10);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(TableAdapter, OpensItsMenuInItsMiddleWhereTheCurrentRowIsOutOfSight) {
+  QAction action(QStringLiteral("Do something"));
+  widget.addAction(&action);
+  const auto expectMenuInTheMiddle = [this] {
+    QApplication::processEvents();
+    QTest::keyClick(&widget, Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(openMenu().pos(), widget.viewport()->mapToGlobal(widget.viewport()->rect().center()));
+    openMenu().close();
+  };
+  reloadWith(std::vector<std::string>(100, "Package"));
+  widget.selectRow(0);
+  widget.scrollToBottom();
+  expectMenuInTheMiddle();
+  reloadWith({});
+  expectMenuInTheMiddle();
 }
 
 TEST_F(TableAdapter, FindsTextInAnyColumnAllTheWayRound) {

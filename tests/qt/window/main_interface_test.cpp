@@ -392,6 +392,93 @@ TEST_F(MainInterface, CopiesFromWhatHasTheFocus) {
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), skippedNewestFirst);
 }
 
+TEST_F(MainInterface, CopiesTheNamesInTheListThatHasTheFocus) {
+  show();
+  outline().setFocus();
+  outline().setCurrentIndex(outline().model()->index(1, 0, outline().model()->index(0, 0)));
+  choose("actionCopyName");
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "Core Suggestions");
+  table().setFocus();
+  table().selectAll();
+  choose("actionCopyName");
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "com.example.new\ncom.example.old");
+}
+
+TEST_F(MainInterface, DisablesWhatCanDoNothingWithWhatHasTheFocus) {
+  show();
+  // "C" for Copy, "N" for Copy Name, "A" for Select All.
+  const auto enabled = [this] {
+    std::string letters;
+    if (find<QAction>("actionCopy").isEnabled()) letters += 'C';
+    if (find<QAction>("actionCopyName").isEnabled()) letters += 'N';
+    if (find<QAction>("actionSelectAll").isEnabled()) letters += 'A';
+    return letters;
+  };
+  EXPECT_EQ(enabled(), "A") << "nothing is selected";
+  outline().setCurrentIndex(outline().model()->index(0, 0));
+  EXPECT_EQ(enabled(), "CNA");
+  find<QMenuBar>("menuBar").setFocus();
+  EXPECT_EQ(enabled(), "CNA") << "a menu is open";
+  find<QPushButton>("save").setFocus();
+  EXPECT_EQ(enabled(), "");
+  table().setFocus();
+  EXPECT_EQ(enabled(), "A");
+  table().selectRow(0);
+  EXPECT_EQ(enabled(), "CNA");
+  table().clearSelection();
+  EXPECT_EQ(enabled(), "A");
+  report().setFocus();
+  EXPECT_EQ(enabled(), "A");
+  report().select(0, 5);
+  EXPECT_EQ(enabled(), "CA");
+  choose("actionFind");
+  EXPECT_EQ(enabled(), "");
+  auto& text = find<QLineEdit>("text");
+  QTest::keyClicks(&text, QStringLiteral("mac"));
+  EXPECT_EQ(enabled(), "A");
+  text.selectAll();
+  EXPECT_EQ(enabled(), "CA");
+}
+
+TEST_F(MainInterface, HasNothingToSelectInEmptyLists) {
+  fileManager.files.clear();
+  fileManager.folders.clear();
+  show();
+  QApplication::processEvents();
+  for (QWidget* list : {static_cast<QWidget*>(&outline()), static_cast<QWidget*>(&table())}) {
+    list->setFocus();
+    for (const char* name :
+         {"actionCopy", "actionCopyName", "actionSelectAll", "actionExpandAll", "actionCollapseAll"})
+      EXPECT_FALSE(find<QAction>(name).isEnabled()) << name;
+    EXPECT_TRUE(find<QAction>("actionShowBillOfMaterials").isEnabled());
+  }
+}
+
+TEST_F(MainInterface, DisablesExpandingAndCollapsingWhereNothingIsLeftToExpandOrToCollapse) {
+  show();
+  const auto enabled = [this] {
+    QApplication::processEvents();
+    return std::pair(find<QAction>("actionExpandAll").isEnabled(),
+                     find<QAction>("actionCollapseAll").isEnabled());
+  };
+  EXPECT_EQ(enabled(), std::pair(true, true));
+  choose("actionExpandAll");
+  EXPECT_EQ(enabled(), std::pair(false, true));
+  choose("actionCollapseAll");
+  EXPECT_EQ(enabled(), std::pair(true, false));
+}
+
+TEST_F(MainInterface, OffersInTheMenuOfEachListWhatFitsIt) {
+  show();
+  const auto names = [](const QWidget& list) {
+    QStringList texts;
+    for (const QAction* action : list.actions()) texts += action->text().remove(QLatin1Char('&'));
+    return texts.join(QLatin1Char('|')).toStdString();
+  };
+  EXPECT_EQ(names(outline()), "Copy|Copy Name|Expand All|Collapse All");
+  EXPECT_EQ(names(table()), "Copy|Copy Name|Show Bill of Materials");
+}
+
 TEST_F(MainInterface, ExpandsAndCollapsesAllGroups) {
   show();
   choose("actionExpandAll");
