@@ -11,7 +11,7 @@ execute_process(COMMAND date --utc --date=${PELMARIX_RELEASE_DATE} +%s
 execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C date --utc --date=${PELMARIX_RELEASE_DATE} --rfc-email
                 OUTPUT_VARIABLE PELMARIX_RELEASE_DATE_RFC OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
-foreach(file pelmarix.desktop pelmarix.metainfo.xml pelmarix.1)
+foreach(file pelmarix.desktop pelmarix.metainfo.xml pelmarix.1 pelmarix-open.1)
   configure_file(linux/${file}.in ${file} @ONLY)
 endforeach()
 configure_file(debian/changelog.in changelog.Debian @ONLY)
@@ -27,6 +27,7 @@ endfunction()
 file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/compressed)
 add_custom_target(pelmarix_package_files ALL)
 pelmarix_install_compressed(${CMAKE_CURRENT_BINARY_DIR}/pelmarix.1 pelmarix.1 ${CMAKE_INSTALL_MANDIR}/man1)
+pelmarix_install_compressed(${CMAKE_CURRENT_BINARY_DIR}/pelmarix-open.1 pelmarix-open.1 ${CMAKE_INSTALL_MANDIR}/man1)
 pelmarix_install_compressed(${PROJECT_SOURCE_DIR}/lsbom/lsbom.1 lsbom.1 ${CMAKE_INSTALL_MANDIR}/man1)
 pelmarix_install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog ${documents})
 pelmarix_install_compressed(${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian changelog.Debian ${documents})
@@ -40,7 +41,7 @@ foreach(size 16 22 24 32 48 64 128 256 512)
 endforeach()
 install(FILES ${drawing} DESTINATION ${icons}/scalable/apps RENAME ${id}.svg)
 
-install(TARGETS pelmarix lsbom RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS pelmarix pelmarix-open lsbom RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pelmarix.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications RENAME ${id}.desktop)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pelmarix.metainfo.xml

@@ -9,8 +9,6 @@ namespace pelmarix::qt {
 /// A box with the sentence alone, ready to be opened. Nothing in it is markup; signs stand for what can't be
 /// seen, and for the middle of a very long one.
 class SentenceBox final : public QMessageBox {
-  Q_OBJECT
-
  public:
   /// `parent`, null for none, is the window that it belongs to.
   SentenceBox(QWidget* parent, const std::string& sentence);
