@@ -2,6 +2,7 @@
 
 import configparser
 import contextlib
+import copy
 import functools
 import os
 import pathlib
@@ -88,6 +89,29 @@ def is_shown(window):
         return False
 
 
+class _Orphan:
+    """A process that this one has become the parent of, as subprocess has its own."""
+
+    def __init__(self, pid):
+        self.pid = pid
+        self.returncode = None
+
+    def poll(self):
+        if self.returncode is None:
+            try:
+                ended, status = os.waitpid(self.pid, os.WNOHANG)
+            except ChildProcessError:  # its own parent is just ending
+                return None
+            self.returncode = os.waitstatus_to_exitcode(status) if ended else None
+        return self.returncode
+
+    def wait(self):
+        return wait_until(lambda: self.poll() is not None, f"the end of {self.pid}")
+
+    def send_signal(self, number):
+        os.kill(self.pid, number)
+
+
 class Program:
     """Starts the program on a Mac's volume. Used as a context, it ends the program if that is still running. A variable
     of the environment that is None isn't set."""
@@ -118,6 +142,18 @@ class Program:
                 preexec_fn=preexec,
             )
         self._application = None
+
+    def started_again(self):
+        """Waits for the program that this one starts on another volume."""
+        others = wait_until(
+            lambda: processes.with_variable("TMPDIR", self.temporary_folder) - {self.pid} - self.children(),
+            "the program to be started again",
+        )
+        again = copy.copy(self)
+        again.process = _Orphan(others.pop())
+        again._application = None
+        vars(again).pop("window", None)
+        return again
 
     def __enter__(self):
         return self
