@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/text.h"
+
 namespace pelmarix::platform {
 
 /// The response of a panel that ended with its OK button; any other value means that nothing was chosen.
@@ -29,5 +31,9 @@ class SavePanel {
   /// isn't UTF-8 comes out changed, and writing to it fails.
   virtual std::optional<std::string> path() const = 0;
 };
+
+/// Shows a panel that may make folders and writes `parts`, one after the other, into the file that the user
+/// chooses, of one of the types. A failure gives one error alert.
+void saveThroughPanel(const std::vector<std::string>& types, std::vector<SharedText> parts);
 
 }  // namespace pelmarix::platform

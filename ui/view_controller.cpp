@@ -8,9 +8,7 @@
 #include "base/date.h"
 #include "base/fatal.h"
 #include "history/loader.h"
-#include "platform/alert.h"
 #include "platform/application.h"
-#include "platform/file_manager.h"
 #include "platform/process_info.h"
 #include "platform/save_panel.h"
 #include "platform/services.h"
@@ -168,20 +166,9 @@ void ViewController::setFontSize(double pointSize) {
 }
 
 void ViewController::saveButton(Object* /*sender*/) {
-  const std::string stamp = "Checked by Pelmarix at: " + description(platform::currentDate()) + "\n";
-  const platform::SharedText report = connected(outputText).string();
-
-  const std::shared_ptr<platform::SavePanel> panel = platform::SavePanel::make();
-  panel->setCanCreateDirectories(true);
-  panel->setAllowedFileTypes({"text", "txt"});
-  // The panel holds the handler, so the handler must not hold the panel.
-  panel->beginWithCompletionHandler([report, stamp, &chosen = *panel](int response) {
-    if (response != platform::modalResponseOK) return;
-    const std::optional<std::string> path = chosen.path();
-    if (!path) return;
-    const auto written = platform::FileManager::defaultManager().writeFile(*path, {*report, stamp});
-    if (!written) platform::showErrorAlert(platform::lastActionErrorMessage, written.error().message());
-  });
+  std::string stamp = "Checked by Pelmarix at: " + description(platform::currentDate()) + "\n";
+  platform::saveThroughPanel({"text", "txt"},
+                             {connected(outputText).string(), platform::shareText(std::move(stamp))});
 }
 
 // The outline of the history.

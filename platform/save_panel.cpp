@@ -1,0 +1,27 @@
+#include "platform/save_panel.h"
+
+#include <string_view>
+#include <utility>
+
+#include "platform/alert.h"
+#include "platform/file_manager.h"
+
+namespace pelmarix::platform {
+
+void saveThroughPanel(const std::vector<std::string>& types, std::vector<SharedText> parts) {
+  const std::shared_ptr<SavePanel> panel = SavePanel::make();
+  panel->setCanCreateDirectories(true);
+  panel->setAllowedFileTypes(types);
+  // The panel holds the handler, so the handler must not hold the panel.
+  panel->beginWithCompletionHandler([parts = std::move(parts), &chosen = *panel](int response) {
+    if (response != modalResponseOK) return;
+    const std::optional<std::string> path = chosen.path();
+    if (!path) return;
+    std::vector<std::string_view> texts;
+    for (const SharedText& part : parts) texts.emplace_back(*part);
+    const auto written = FileManager::defaultManager().writeFile(*path, texts);
+    if (!written) showErrorAlert(lastActionErrorMessage, written.error().message());
+  });
+}
+
+}  // namespace pelmarix::platform
