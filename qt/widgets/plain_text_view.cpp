@@ -14,6 +14,7 @@
 
 #include "qt/services/text_conversion.h"
 #include "qt/widgets/palette_colors.h"
+#include "qt/widgets/placeholder.h"
 #include "qt/widgets/plain_text_view_accessible.h"
 
 namespace pelmarix::qt {
@@ -158,6 +159,7 @@ std::vector<TextPane::Highlight> PlainTextView::highlightsIn(TextRange range) co
 
 void PlainTextView::paintEvent(QPaintEvent* event) {
   TextPane::paintEvent(event);
+  if (text()->empty()) paintPlaceholder(*this, placeholderText_);
   if (!hasFocus()) return;
   const QRectF place = rectOf(caret_);
   QPainter(viewport())

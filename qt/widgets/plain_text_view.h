@@ -13,7 +13,7 @@
 namespace pelmarix::qt {
 
 /// Of any size: it is shown as it is, by an index of 1/64 of its size. What has no picture is shown by a sign
-/// of its own; copying gives the bytes as they are.
+/// of its own; copying gives the bytes as they are. Where there is no text it says what its placeholder says.
 class PlainTextView final : public TextPane, public Searchable {
   Q_OBJECT
 
@@ -25,6 +25,9 @@ class PlainTextView final : public TextPane, public Searchable {
   const platform::SharedText& text() const { return index().text(); }
   /// Of its letters, in points; one that no font engine draws becomes the nearest that it does.
   void setPointSize(double size);
+
+  const QString& placeholderText() const { return placeholderText_; }
+  void setPlaceholderText(const QString& text) { placeholderText_ = text; }
 
   /// One end of what is selected and the other, where the caret is.
   std::size_t anchor() const { return anchor_; }
@@ -72,6 +75,7 @@ class PlainTextView final : public TextPane, public Searchable {
 
   std::size_t anchor_ = 0;
   std::size_t caret_ = 0;
+  QString placeholderText_;
   // From the beginning of the caret's line, for as long as it goes up and down.
   std::optional<qreal> verticalMovesX_;
   // What the mouse selects: by what, from where, and to where at the moment.

@@ -4,10 +4,9 @@
 #include <QClipboard>
 #include <QItemSelectionModel>
 #include <QMenu>
-#include <QPainter>
 #include <algorithm>
 
-#include "qt/widgets/palette_colors.h"
+#include "qt/widgets/placeholder.h"
 #include "qt/widgets/row_text.h"
 #include "qt/widgets/text_search.h"
 
@@ -200,12 +199,8 @@ void RowsView::updateDescription() {
 }
 
 void RowsView::paintPlaceholder() {
-  if (view_.model() == nullptr || view_.model()->rowCount() > 0) return;
-  QPainter painter(view_.viewport());
-  painter.setPen(placeholderColor(view_.palette()));
-  const int margin = view_.fontMetrics().averageCharWidth() * 2;
-  painter.drawText(view_.viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                   Qt::AlignCenter | Qt::TextWordWrap, placeholderText_);
+  if (view_.model() != nullptr && view_.model()->rowCount() == 0)
+    qt::paintPlaceholder(view_, placeholderText_);
 }
 
 }  // namespace pelmarix::qt

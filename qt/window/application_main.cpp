@@ -21,8 +21,8 @@
 namespace pelmarix {
 namespace {
 
-// The window that an alert belongs to; null as long as none is on screen.
-QWidget* windowForAlerts(QWidget& mainWindow) {
+// The window that an alert or a panel belongs to; null as long as none is on screen.
+QWidget* windowInFront(QWidget& mainWindow) {
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   return mainWindow.isVisible() ? &mainWindow : nullptr;
 }
@@ -74,10 +74,12 @@ void platform::applicationMain(int argc, char** argv) {
   services.application = &application;
   services.urlSession = &session;
   services.makeAlert = [&] {
-    return std::make_unique<qt::MessageAlert>(windowForAlerts(interface.window()), machine.mainQueue(),
+    return std::make_unique<qt::MessageAlert>(windowInFront(interface.window()), machine.mainQueue(),
                                               [&] { return application.isTerminating(); });
   };
-  services.makeSavePanel = [&] { return std::make_shared<qt::FileSavePanel>(&interface.window()); };
+  services.makeSavePanel = [&] {
+    return std::make_shared<qt::FileSavePanel>(windowInFront(interface.window()));
+  };
   platform::installServices(&services);
 
 #ifndef Q_OS_MACOS

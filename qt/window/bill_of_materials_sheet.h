@@ -23,10 +23,17 @@ class BillOfMaterialsSheet final : public QDialog {
   ~BillOfMaterialsSheet() override;
 
   ui::BoMoverViewController& controller() { return controller_; }
+  /// Whose bill of materials it is: the heading. Without a receipt there is none.
+  void setReceipt(const QString& package, const QString& date);
   /// Loads the controller's view and shows the sheet over its window.
   void present();
 
  private:
+  void changeTextSize(int steps);
+  // Those of the lines that are selected, or of all.
+  void copyPaths();
+  void save();
+
   std::unique_ptr<Ui::BillOfMaterialsSheet> ui_;
   ui::BoMoverViewController controller_;
   std::unique_ptr<TextAdapter> text_;

@@ -109,6 +109,17 @@ FileSavePanel::~FileSavePanel() {
   if (dialog_ != nullptr) dialog_->deleteLater();
 }
 
+bool FileSavePanel::bringToFront(const QWidget& parent) {
+  for (auto* panel : parent.findChildren<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (!panel->isVisible()) continue;  // it has ended and goes soon
+    panel->setWindowState(panel->windowState() & ~Qt::WindowMinimized);
+    panel->raise();
+    panel->activateWindow();
+    return true;
+  }
+  return false;
+}
+
 void FileSavePanel::setCanCreateDirectories(bool canCreate) {
   dialog_->setOption(QFileDialog::ReadOnly, !canCreate);
 }

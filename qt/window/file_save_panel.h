@@ -16,6 +16,9 @@ class FileSavePanel final : public platform::SavePanel, public std::enable_share
   explicit FileSavePanel(QWidget* parent);
   ~FileSavePanel() override;
 
+  /// Shows the panel that is open before a window, in front of it; false when none is.
+  static bool bringToFront(const QWidget& parent);
+
   void setCanCreateDirectories(bool canCreate) override;
   void setAllowedFileTypes(const std::vector<std::string>& types) override;
   void beginWithCompletionHandler(std::function<void(int response)> handler) override;

@@ -1,6 +1,5 @@
 #include "qt/window/main_interface.h"
 
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -14,6 +13,7 @@
 #include "platform/bundle.h"
 #include "platform/task.h"
 #include "qt/services/text_conversion.h"
+#include "qt/window/file_save_panel.h"
 #include "ui_main_window.h"
 
 namespace pelmarix::qt {
@@ -147,14 +147,7 @@ void MainInterface::changeFontSize(int steps) {
 }
 
 void MainInterface::save() {
-  for (auto* panel : window_.findChildren<QFileDialog*>()) {
-    if (!panel->isVisible()) continue;  // it has ended and goes soon
-    panel->setWindowState(panel->windowState() & ~Qt::WindowMinimized);
-    panel->raise();
-    panel->activateWindow();
-    return;
-  }
-  controller_.saveButton(nullptr);
+  if (!FileSavePanel::bringToFront(window_)) controller_.saveButton(nullptr);
 }
 
 void MainInterface::showBillOfMaterials() {
@@ -164,6 +157,10 @@ void MainInterface::showBillOfMaterials() {
   auto sheet = std::make_unique<BillOfMaterialsSheet>(&window_);
   platform::Segue segue(sheet->controller());
   controller_.prepareForSegue(segue, nullptr);
+  const auto cell = [row = static_cast<int>(table_->selectedRow()), this](int column) {
+    return ui_->receiptsTable->model()->index(row, column).data().toString();
+  };
+  if (table_->selectedRow() >= 0) sheet->setReceipt(cell(1), cell(0));
   sheet->present();
   sheet_ = sheet.release();  // deletes itself when it is closed
 }

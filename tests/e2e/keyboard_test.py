@@ -66,9 +66,10 @@ class Keyboard(WindowTestCase):
         program.keys("space")
         sheet = program.dialog()
         self.assertEqual(sheet.one("text", SHEET_TEXT).text, first_text)
-        program.keys("Tab", "Tab", window=sheet)
-        close = sheet.one("push button", "Close")
-        wait_until(lambda: close.is_("focused"), "Close to have the keyboard")
+        for name in ("Find…", "Copy Paths", "Save…", "Close"):
+            program.keys("Tab", window=sheet)
+            button = sheet.one("push button", name)
+            wait_until(lambda button=button: button.is_("focused"), f"{name} to have the keyboard")
         program.keys("space", window=sheet)
         program.wait_for_no_dialog()
 

@@ -1,6 +1,7 @@
 """The sheet with a bill of materials, filled by the real lister."""
 
 import os
+import re
 import shutil
 import subprocess
 import unittest
@@ -79,7 +80,9 @@ class Sheet(WindowTestCase):
         program = self.start(options.sample)
         self.assertEqual(program.selected_receipts(), [])
         program.button("Show Bill of Materials").press()
-        self.close(program, self.expect_sheet(program, ""))
+        sheet = self.expect_sheet(program, "")
+        self.assertEqual(sheet.one("text", SHEET_TEXT).description, "No receipt is selected")
+        self.close(program, sheet)
         self.assert_leaves_well(program)
 
     def test_without_any_receipt_it_opens_empty(self):
@@ -165,6 +168,37 @@ class Sheet(WindowTestCase):
             lambda: field.text.replace("\u2028", " ").split() == expected, lambda: f"the text; there is {field.text!r}"
         )
         program.keys("Escape", window=panel)
+        program.wait_for_no_dialog()
+        self.assert_leaves_well(program)
+
+    def test_it_says_whose_it_is_and_its_text_and_paths_leave_it_by_keys(self):
+        program = self.start(options.sample)
+        row = self.row_where(lambda text, complaint: text.count("\n") > 2 and not complaint)
+        program.select_receipt(row)
+        program.keys("ctrl+b")
+        sheet = self.expect_sheet(program, self.expected[row][0])
+        for cell in reversed(program.receipts()[row]):
+            self.assertTrue(sheet.one("label", cell).is_("showing"))
+        program.keys("alt+p", "ctrl+f", window=sheet)
+        field = sheet.one("text", "Find")
+        wait_until(lambda: field.is_("focused"), "the field of the search")
+        paths = [line.split("\t")[0] for line in self.expected[row][0].splitlines()]
+
+        def pasted():  # again and again, for a button takes a moment to act; a line's end is a sign in the field
+            program.keys("ctrl+a", "ctrl+v", window=sheet)
+            return re.split("[\n\u2028]", field.text.strip("\n\u2028"))
+
+        wait_until(lambda: pasted() == paths, lambda: f"{paths}; there is {field.text!r}")
+        program.keys("Escape", window=sheet)
+        file = self.new_folder() / "listing.txt"
+        program.keys("alt+s", window=sheet)
+        wait_until(lambda: len(program.dialogs()) == 2, "the panel")
+        panel = next(dialog for dialog in program.dialogs() if dialog.name != sheet.name)
+        panel.one("text", "File name:").text = str(file)
+        program.keys("Return", window=panel)
+        program.wait_for_dialogs(1)
+        self.assertEqual(file.read_text(encoding="utf-8"), self.expected[row][0])
+        program.keys("ctrl+w", window=sheet)
         program.wait_for_no_dialog()
         self.assert_leaves_well(program)
 

@@ -2,9 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include <QClipboard>
+#include <QFileDialog>
 #include <QFontInfo>
+#include <QLabel>
 #include <QLineEdit>
 
+#include "qt/window/file_save_panel.h"
 #include "tests/qt/window/main_interface_fixture.h"
 
 namespace pelmarix::test {
@@ -134,21 +138,130 @@ TEST_F(BillOfMaterialsSheet, HasNamesAndAFixedWidthFont) {
             QStringLiteral("Close"));
 }
 
-TEST_F(BillOfMaterialsSheet, KeepsItsColumnsEightLettersApartInEverySize) {
-  lister.output = "1234567\tx\t1\n";
+TEST_F(BillOfMaterialsSheet, HasPathsSizesAndDatesInColumnsInEverySize) {
+  lister.output = "./a\t1234\tMon\n./Applications\t5\tTue\n";
   table().selectRow(0);
   click("showBillOfMaterials");
   auto* text = sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"));
-  const auto lettersBefore = [text](std::size_t place) {
-    return text->xOf(place) / QFontMetricsF(text->font()).horizontalAdvance(QLatin1Char(' '));
+  const auto lettersBefore = [text](const char* letters) {
+    return text->xOf(text->text()->find(letters)) / QFontMetricsF(text->font()).horizontalAdvance(u' ');
   };
-  EXPECT_DOUBLE_EQ(lettersBefore(8), 8);
-  EXPECT_DOUBLE_EQ(lettersBefore(10), 16);
+  const auto expectColumns = [&] {
+    EXPECT_DOUBLE_EQ(lettersBefore("1234"), 16);
+    EXPECT_DOUBLE_EQ(lettersBefore("5"), 19) << "to the right";
+    EXPECT_DOUBLE_EQ(lettersBefore("Mon"), 22);
+    EXPECT_DOUBLE_EQ(lettersBefore("Tue"), 22);
+  };
+  expectColumns();
   const double before = text->font().pointSizeF();
   emit text->zoomRequested(6);
   EXPECT_EQ(text->font().pointSizeF(), before + 6);
-  EXPECT_DOUBLE_EQ(lettersBefore(8), 8);
-  EXPECT_DOUBLE_EQ(lettersBefore(10), 16);
+  expectColumns();
+  EXPECT_EQ(listing(*sheet()), lister.output);
+}
+
+TEST_F(BillOfMaterialsSheet, ChangesTheSizeOfItsTextAndClosesByKeys) {
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  sheet()->activateWindow();
+  QApplication::processEvents();
+  auto* text = sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"));
+  const double before = text->font().pointSizeF();
+  QTest::keyClick(text, Qt::Key_Plus, Qt::ControlModifier);
+  EXPECT_EQ(text->font().pointSizeF(), before + 1);
+  QTest::keyClick(text, Qt::Key_Equal, Qt::ControlModifier);
+  EXPECT_EQ(text->font().pointSizeF(), before + 2);
+  QTest::keyClick(text, Qt::Key_Minus, Qt::ControlModifier);
+  EXPECT_EQ(text->font().pointSizeF(), before + 1);
+  QTest::keyClick(text, Qt::Key_W, Qt::ControlModifier);
+  finishClosing();
+  EXPECT_EQ(sheet(), nullptr);
+  EXPECT_TRUE(window().isVisible());
+}
+
+TEST_F(BillOfMaterialsSheet, HasThePackageAndItsDateAsItsHeading) {
+  table().selectRow(1);
+  click("showBillOfMaterials");
+  auto& package = find<QLabel>("package");
+  EXPECT_TRUE(package.isVisible());
+  EXPECT_EQ(package.text(), QStringLiteral("com.example.old"));
+  EXPECT_EQ(find<QLabel>("date").text(), QStringLiteral("2018-01-01 00:00:00 +0000"));
+}
+
+TEST_F(BillOfMaterialsSheet, SaysThatNoReceiptIsSelected) {
+  click("showBillOfMaterials");
+  auto* text = sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"));
+  EXPECT_FALSE(find<QLabel>("package").isVisible());
+  EXPECT_FALSE(find<QLabel>("date").isVisible());
+  EXPECT_EQ(text->accessibleDescription(), QStringLiteral("No receipt is selected"));
+  const QImage with = text->viewport()->grab().toImage();
+  text->setPlaceholderText({});
+  EXPECT_NE(text->viewport()->grab().toImage(), with);
+  EXPECT_FALSE(find<QPushButton>("copyPaths").isEnabled());
+  EXPECT_FALSE(sheet()->findChild<QPushButton*>(QStringLiteral("save"))->isEnabled());
+}
+
+TEST_F(BillOfMaterialsSheet, CopiesThePathsOfAllFilesOrOfThoseThatAreSelected) {
+  lister.output = "./a b\t1\tMon\n./c\td\t22\tTue\n./e\nf\t3\tWed\n./g\t4\tThu\n";
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  auto* text = sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"));
+  const auto copied = [this] {
+    click("copyPaths");
+    return QApplication::clipboard()->text().toStdString();
+  };
+  EXPECT_EQ(copied(), "./a b\n./c\td\n./e\nf\n./g\n") << "whatever the names hold";
+  text->select(3, 3);
+  EXPECT_EQ(copied(), "./a b\n./c\td\n./e\nf\n./g\n");
+  text->select(lister.output.find("22"), lister.output.find("b"));
+  EXPECT_EQ(copied(), "./a b\n./c\td\n");
+  text->select(0, lister.output.find("./c"));
+  EXPECT_EQ(copied(), "./a b\n") << "the selection ends where the next line begins";
+  EXPECT_EQ(listing(*sheet()), lister.output);
+}
+
+TEST_F(BillOfMaterialsSheet, HasNoPathsToCopyWhereThereIsNoListing) {
+  lister.output = "";
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  EXPECT_EQ(listing(*sheet()), "No information available from a Bom file");
+  EXPECT_FALSE(find<QPushButton>("copyPaths").isEnabled());
+  EXPECT_TRUE(sheet()->findChild<QPushButton*>(QStringLiteral("save"))->isEnabled());
+}
+
+TEST_F(BillOfMaterialsSheet, SavesItsListingAsItIs) {
+  lister.output = "./\u05e9\u2028\t1\tMon\n";
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  auto* save = sheet()->findChild<QPushButton*>(QStringLiteral("save"));
+  QTest::mouseClick(save, Qt::LeftButton);
+  ASSERT_EQ(savePanels.size(), 1U);
+  EXPECT_THAT(savePanels[0]->allowedFileTypes, ElementsAre("text", "txt"));
+  savePanels[0]->chosenPath = "/home/listing.text";
+  savePanels[0]->completionHandler(platform::modalResponseOK);
+  EXPECT_EQ(fileManager.files.at("/home/listing.text"), lister.output);
+  fileManager.writeFailure = std::make_error_code(std::errc::no_space_on_device);
+  savePanels[0]->completionHandler(platform::modalResponseOK);
+  EXPECT_THAT(services.alerts, ElementsAre(errorAlert("An error occurred in your last action:",
+                                                      fileManager.writeFailure->message())));
+}
+
+TEST_F(BillOfMaterialsSheet, BringsItsSavePanelThatIsOpenToTheFront) {
+  services.services.makeSavePanel = [this] { return std::make_shared<qt::FileSavePanel>(sheet().data()); };
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  sheet()->activateWindow();
+  QApplication::processEvents();
+  const auto press = [this] {
+    QTest::keyClick(sheet()->findChild<qt::PlainTextView*>(), Qt::Key_S, Qt::ControlModifier);
+    return sheet()->findChildren<QFileDialog*>();
+  };
+  const QList<QFileDialog*> panels = press();
+  ASSERT_EQ(panels.size(), 1);
+  panels.front()->showMinimized();
+  sheet()->activateWindow();
+  EXPECT_EQ(press(), panels);
+  EXPECT_FALSE(panels.front()->isMinimized());
 }
 
 TEST_F(BillOfMaterialsSheet, KeepsItsLettersWithinWhatCanBeDrawn) {

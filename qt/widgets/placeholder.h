@@ -1,0 +1,11 @@
+// What a list or a text says as long as there is nothing in it.
+#pragma once
+
+#include <QAbstractScrollArea>
+
+namespace pelmarix::qt {
+
+/// In the middle of the view, in lines as long as it is wide.
+void paintPlaceholder(QAbstractScrollArea& view, const QString& text);
+
+}  // namespace pelmarix::qt
