@@ -22,4 +22,10 @@ SentenceBox::SentenceBox(QWidget* parent, const std::string& sentence)
   setTextFormat(Qt::PlainText);
 }
 
+void SentenceBox::tell(QWidget* window, const std::string& sentence) {
+  auto* box = new SentenceBox(window, sentence);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}
+
 }  // namespace pelmarix::qt

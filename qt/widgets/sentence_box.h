@@ -6,12 +6,15 @@
 
 namespace pelmarix::qt {
 
-/// A box with the sentence alone, ready to be opened. Nothing in it is markup; signs stand for what can't be
+/// A box with the sentence alone. Nothing in it is markup; signs stand for what can't be
 /// seen, and for the middle of a very long one.
 class SentenceBox final : public QMessageBox {
  public:
   /// `parent`, null for none, is the window that it belongs to.
   SentenceBox(QWidget* parent, const std::string& sentence);
+
+  /// Opens one over `window`; it goes when it is closed.
+  static void tell(QWidget* window, const std::string& sentence);
 };
 
 }  // namespace pelmarix::qt

@@ -11,8 +11,10 @@
 
 #include "platform/alert.h"
 #include "platform/bundle.h"
+#include "platform/file_manager.h"
 #include "platform/task.h"
 #include "qt/services/text_conversion.h"
+#include "qt/widgets/sentence_box.h"
 #include "qt/window/file_save_panel.h"
 #include "ui_main_window.h"
 
@@ -163,6 +165,10 @@ void MainInterface::showBillOfMaterials() {
   if (table_->selectedRow() >= 0) sheet->setReceipt(cell(1), cell(0));
   sheet->present();
   sheet_ = sheet.release();  // deletes itself when it is closed
+  // Why there is nothing to be listed: the disk that the receipts were read from was pulled out, for one.
+  if (!controller_.boms.children.empty() &&
+      platform::FileManager::defaultManager().enumeratorAtPath(receiptsFolder) == nullptr)
+    SentenceBox::tell(sheet_, "The Mac's volume isn't there any more. What was read from it is still shown.");
 }
 
 void MainInterface::connectMenus(AppDelegate& delegate) {

@@ -24,12 +24,6 @@ std::string pathOrAddress(const QUrl& url) {
   return QByteArray::fromPercentEncoding(path.toLatin1()).toStdString();
 }
 
-void tell(QWidget* front, const std::string& sentence) {
-  auto* box = new SentenceBox(front, sentence);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
-}
-
 // In the environment of the new program alone: this one's lister looks where it always looked.
 bool startAgain(const std::string& volume) {
   constexpr const char* name = "PELMARIX_VOLUME";
@@ -81,7 +75,7 @@ void VolumeOpener::openDropped(const QList<QUrl>& urls) {
 bool VolumeOpener::open(const std::vector<std::string>& folders, QWidget* front) {
   const auto volume = posix::Volume::valueForFolders(folders);
   if (!volume || !startAgain(*volume)) {
-    tell(front, volume ? "Pelmarix couldn't be started again." : volume.error().sentence);
+    SentenceBox::tell(front, volume ? "Pelmarix couldn't be started again." : volume.error().sentence);
     return false;
   }
   if (isEmpty_()) window_.close();

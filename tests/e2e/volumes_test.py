@@ -2,10 +2,12 @@
 
 import os
 import pty
+import shutil
 import subprocess
 import unittest
 
 import expectation
+from mac_volume import RECEIPTS
 from program import SHEET_TEXT
 from waiting import wait_until
 from window_test_case import WindowTestCase, main, options
@@ -40,13 +42,34 @@ class Volumes(WindowTestCase):
         program.wait_for_no_dialog()
 
 
-class TwoFolders(Volumes):
-    def test_show_history_receipts_title_and_sheet_as_one(self):
+class OneMac(Volumes):
+    def test_two_folders_show_history_receipts_title_and_sheet_as_one(self):
         for folders in ((self.system, self.data), (self.data, self.system)):
             with self.subTest(folders=folders):
                 program = self.start(":".join(map(str, folders)))
                 self.assert_shows_the_whole_mac(program)
                 self.assert_leaves_well(program)
+
+    def test_volume_may_vanish_while_it_is_shown(self):
+        mac = self.new_folder() / "Mac"
+        shutil.copytree(options.sample, mac)
+        program = self.start(mac)
+        program.select_receipt(0)
+        shutil.rmtree(mac)
+        program.keys("ctrl+b")
+        alert = program.alert()
+        self.assertEqual(
+            alert.texts, ["The Mac's volume isn't there any more. What was read from it is still shown."]
+        )
+        alert.press("OK")
+        sheet = program.dialog()
+        self.assertEqual(sheet.one("text", SHEET_TEXT).text, "No information available from a Bom file")
+        program.keys("Escape", window=sheet)
+        program.wait_for_no_dialog()
+        receipts = expectation.receipts(options.sample)
+        self.assertEqual(program.receipts(), receipts)
+        bom = f"/{RECEIPTS}/{receipts[0][1]}.bom"
+        self.assert_leaves_well(program, f"lsbom: {bom}: No such file or directory\n")
 
 
 class Command(Volumes):

@@ -312,6 +312,24 @@ TEST_F(MainInterface, EndsByItsMenuToo) {
   EXPECT_THAT(application.terminatedBy, SizeIs(2));
 }
 
+TEST_F(MainInterface, TellsOverTheSheetThatTheVolumeHasGone) {
+  show();
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  EXPECT_EQ(sheet()->findChild<QMessageBox*>(), nullptr);
+  sheet()->close();
+  finishClosing();
+
+  fileManager.folders.clear();
+  click("showBillOfMaterials");
+  const auto* box = sheet()->findChild<QMessageBox*>();
+  ASSERT_NE(box, nullptr);
+  EXPECT_TRUE(box->isVisible());
+  EXPECT_EQ(box->text(),
+            QStringLiteral("The Mac's volume isn't there any more. What was read from it is still shown."));
+  EXPECT_EQ(table().model()->rowCount(), 2);
+}
+
 TEST_F(MainInterface, EndsWhileASheetIsUp) {
   show();
   click("showBillOfMaterials");
