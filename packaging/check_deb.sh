@@ -34,7 +34,7 @@ head -n 3 "$scratch/listing"
 
 echo "The program on the sample volume"
 start_shared_display
-in_root pelmarix >"$scratch/output" 2>&1 &
+in_root env --unset=PELMARIX_VOLUME pelmarix-open "$volume" >"$scratch/output" 2>&1 &
 program=$!
 title() { xdotool search --onlyvisible --name '^Pelmarix – currently running macOS Version ' getwindowname; }
 retry 300 title || { cat "$scratch/output" >&2; echo "The program shows no window" >&2; exit 1; }

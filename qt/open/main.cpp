@@ -1,6 +1,5 @@
 // pelmarix-open: opens the folders that it is given, which together stand for one Mac's "/".
 
-#include <QApplication>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include "posix/companion.h"
 #include "posix/volume.h"
 #include "qt/services/text_conversion.h"
+#include "qt/widgets/quiet_application.h"
 #include "qt/widgets/sentence_box.h"
 #include "qt/widgets/visible_text.h"
 
@@ -23,7 +23,7 @@ int complain(int argc, char** argv, const std::string& sentence) {
       !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
   if (hasDisplay && !pelmarix::posix::isStartedFromTerminal()) {
     int nameAlone = std::min(argc, 1);  // Qt would take options
-    const QApplication application(nameAlone, argv);
+    const auto application = pelmarix::qt::makeApplication(nameAlone, argv);
     pelmarix::qt::SentenceBox(nullptr, sentence).exec();
   }
   return EXIT_FAILURE;

@@ -1,9 +1,7 @@
 #include <QApplication>
 #include <QIcon>
-#include <QLoggingCategory>
 #include <QSettings>
 #include <algorithm>
-#include <clocale>
 #include <cstdlib>
 #include <memory>
 
@@ -11,6 +9,7 @@
 #include "platform/application.h"
 #include "qt/services/machine_services.h"
 #include "qt/services/network_session.h"
+#include "qt/widgets/quiet_application.h"
 #include "qt/window/application_adapter.h"
 #include "qt/window/close_requests.h"
 #include "qt/window/file_save_panel.h"
@@ -27,32 +26,11 @@ QWidget* windowInFront(QWidget& mainWindow) {
   return mainWindow.isVisible() ? &mainWindow : nullptr;
 }
 
-// The toolkit's application, which has nothing to say on the terminal.
-std::unique_ptr<QApplication> makeApplication(int& argc, char** argv) {
-  // What Qt misses in a session concerns no user. QT_LOGGING_RULES brings its warnings back.
-  QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-#ifdef Q_OS_MACOS
-  return std::make_unique<QApplication>(argc, argv);
-#else
-  // A locale whose name is no language's is remarked on by the library for fonts, too.
-  if (std::setlocale(LC_CTYPE, "") == nullptr) qputenv("FC_LANG", "C");
-  // Where the session has no folder of its own, Qt would make one among the temporary files, and leave it.
-  const QByteArray temporaryFolder = qgetenv("TMPDIR");
-  qputenv("TMPDIR", "/dev/null");
-  auto application = std::make_unique<QApplication>(argc, argv);
-  if (temporaryFolder.isNull())
-    qunsetenv("TMPDIR");
-  else
-    qputenv("TMPDIR", temporaryFolder);
-  return application;
-#endif
-}
-
 }  // namespace
 
 void platform::applicationMain(int argc, char** argv) {
   int nameAlone = std::min(argc, 1);  // Qt would take options
-  const std::unique_ptr<QApplication> qtApplication = makeApplication(nameAlone, argv);
+  const std::unique_ptr<QApplication> qtApplication = qt::makeApplication(nameAlone, argv);
   QApplication::setApplicationName(QStringLiteral("Pelmarix"));
   // Desktops find the program's entry by this name, and its icon: where it isn't installed, it has none.
   QApplication::setDesktopFileName(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER));

@@ -111,14 +111,25 @@ class Command(Volumes):
                 self.assertEqual(program.wait_for_end(), 1)
                 self.assert_left_well(program, f"pelmarix-open: {sentence}\n")
 
-    def test_tells_it_at_the_terminal_where_there_is_one(self):
+    def at_terminal(self, command, folder):
+        """How the command ends that is started from a terminal, and what it writes there."""
         reader, terminal = pty.openpty()
         environment = {**self.desktop.environment, "QT_QPA_PLATFORM": "a window would end it"}
-        command = subprocess.run([OPEN, "/nowhere"], env=environment, stderr=terminal, timeout=30, check=False)
+        status = subprocess.run([command, folder], env=environment, stderr=terminal, timeout=30, check=False).returncode
         os.close(terminal)
-        self.assertEqual(command.returncode, 1)
-        self.assertEqual(os.read(reader, 1000), b"pelmarix-open: /nowhere doesn't exist.\r\n")
+        written = os.read(reader, 1000).decode()
         os.close(reader)
+        return status, written
+
+    def test_tells_it_at_the_terminal_where_there_is_one(self):
+        self.assertEqual(self.at_terminal(OPEN, "/nowhere"), (1, "pelmarix-open: /nowhere doesn't exist.\r\n"))
+
+    def test_tells_that_the_program_is_missing(self):
+        alone = shutil.copy(OPEN, self.new_folder())
+        self.assertEqual(
+            self.at_terminal(alone, self.data),
+            (1, "pelmarix-open: Pelmarix can't be started: No such file or directory.\r\n"),
+        )
 
 
 class OpenVolume(Volumes):

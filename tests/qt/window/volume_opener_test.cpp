@@ -31,11 +31,11 @@ class VolumeOpener : public testing::Test {
     QMimeData data;
     if (!urls.isEmpty()) data.setUrls(urls);
     data.setText(QStringLiteral("a text"));
-    QDragEnterEvent enter({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDragEnterEvent enter({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, Qt::ShiftModifier);
     enter.ignore();
     QApplication::sendEvent(&window, &enter);
     if (!enter.isAccepted()) return false;
-    QDropEvent event({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDropEvent event({5, 5}, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, Qt::ShiftModifier);
     QApplication::sendEvent(&window, &event);
     EXPECT_EQ(event.dropAction(), Qt::CopyAction);
     return event.isAccepted();
@@ -97,10 +97,11 @@ TEST_F(VolumeOpener, ProposesWhatLiesBesideADroppedFolder) {
   const std::string data = folder.addFolder("Mac - Data");
   folder.addFolder("Mac");
   EXPECT_TRUE(drop(data + "/"));
-  auto& dialog = *window.findChild<qt::OpenVolumeDialog*>();
-  EXPECT_TRUE(dialog.isVisible());
-  EXPECT_EQ(dialog.findChild<QTreeWidget*>()->currentItem()->text(1).toStdString(), data);
-  dialog.accept();
+  auto* dialog = window.findChild<qt::OpenVolumeDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_TRUE(dialog->isVisible());
+  EXPECT_EQ(dialog->findChild<QTreeWidget*>()->currentItem()->text(1).toStdString(), data);
+  dialog->accept();
   EXPECT_EQ(started(), folder / "Mac" + ":" + data);
 }
 
