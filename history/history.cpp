@@ -1,5 +1,7 @@
 #include "history/history.h"
 
+#include "base/csv.h"
+
 namespace pelmarix {
 
 std::string_view history_type::name(std::int64_t type) {
@@ -35,6 +37,16 @@ std::vector<std::string> History::reportLines(bool skipConfigData) const {
     lines.push_back(isSkipped ? std::string() : reportLine(*item));
   }
   return lines;
+}
+
+std::string csvText(const std::vector<std::shared_ptr<History>>& groups) {
+  std::string text;
+  appendCsvRecord(text, {"Group", "Kind", "Name", "Version", "Date"});
+  for (const auto& group : groups)
+    for (const auto& item : group->children)
+      appendCsvRecord(text, {group->name, history_type::name(item->type), item->name, item->version,
+                             description(item->installDate)});
+  return text;
 }
 
 }  // namespace pelmarix

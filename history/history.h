@@ -57,4 +57,8 @@ class History final : public platform::Object {
   std::vector<std::shared_ptr<HistoryItem>> children;
 };
 
+/// All entries of the groups as comma-separated values (base/csv.h), in their order, below a line of titles:
+/// group, kind, name, version and date of each.
+std::string csvText(const std::vector<std::shared_ptr<History>>& groups);
+
 }  // namespace pelmarix

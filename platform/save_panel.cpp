@@ -1,6 +1,5 @@
 #include "platform/save_panel.h"
 
-#include <string_view>
 #include <utility>
 
 #include "platform/alert.h"
@@ -15,13 +14,17 @@ void saveThroughPanel(const std::vector<std::string>& types, std::vector<SharedT
   // The panel holds the handler, so the handler must not hold the panel.
   panel->beginWithCompletionHandler([parts = std::move(parts), &chosen = *panel](int response) {
     if (response != modalResponseOK) return;
-    const std::optional<std::string> path = chosen.path();
-    if (!path) return;
     std::vector<std::string_view> texts;
     for (const SharedText& part : parts) texts.emplace_back(*part);
-    const auto written = FileManager::defaultManager().writeFile(*path, texts);
-    if (!written) showErrorAlert(lastActionErrorMessage, written.error().message());
+    writeToChosenFile(chosen, texts);
   });
+}
+
+void writeToChosenFile(const SavePanel& panel, const std::vector<std::string_view>& parts) {
+  const std::optional<std::string> path = panel.path();
+  if (!path) return;
+  const auto written = FileManager::defaultManager().writeFile(*path, parts);
+  if (!written) showErrorAlert(lastActionErrorMessage, written.error().message());
 }
 
 }  // namespace pelmarix::platform

@@ -1,10 +1,12 @@
 // The panel in which the user chooses where to save.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/text.h"
@@ -23,6 +25,12 @@ class SavePanel {
   virtual void setCanCreateDirectories(bool canCreate) = 0;
   /// File-name extensions without the dot; a name that has none of them gets the first.
   virtual void setAllowedFileTypes(const std::vector<std::string>& types) = 0;
+  virtual void setTitle(const std::string& title) = 0;
+  /// Names of what can be saved, of which the user chooses one; the first is chosen at first. Set after the
+  /// types, which all of them have.
+  virtual void setContents(const std::vector<std::string>& names) = 0;
+  /// The place of the chosen content among them.
+  virtual std::size_t chosenContent() const = 0;
   /// Shows the panel and returns. `handler` is called once on the main thread with the response when
   /// the panel has ended, and released then; the panel stays alive until then. It is not called when the
   /// program ends first.
@@ -35,5 +43,8 @@ class SavePanel {
 /// Shows a panel that may make folders and writes `parts`, one after the other, into the file that the user
 /// chooses, of one of the types. A failure gives one error alert.
 void saveThroughPanel(const std::vector<std::string>& types, std::vector<SharedText> parts);
+
+/// The second half of that, for a panel that ended with its OK button.
+void writeToChosenFile(const SavePanel& panel, const std::vector<std::string_view>& parts);
 
 }  // namespace pelmarix::platform

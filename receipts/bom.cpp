@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/csv.h"
 #include "base/fatal.h"
 #include "base/utf8.h"
 #include "platform/alert.h"
@@ -12,6 +13,11 @@
 #include "receipts/bom_receipt_record.h"
 
 namespace pelmarix {
+namespace {
+
+constexpr std::string_view extension = ".plist";
+
+}  // namespace
 
 std::string BoMItem::listBoM() const {
   std::vector<std::string> arguments = theBomParams;
@@ -35,7 +41,6 @@ std::string BoMItem::listBoM() const {
 }
 
 void BoM::readBoMPLists() {
-  constexpr std::string_view extension = ".plist";
   platform::FileManager& files = platform::FileManager::defaultManager();
   std::vector<std::shared_ptr<BoMItem>> items;
   if (const auto enumerator = files.enumeratorAtPath(receiptsFolder)) {
@@ -57,6 +62,14 @@ void BoM::readBoMPLists() {
   std::stable_sort(items.begin(), items.end(),
                    [](const auto& a, const auto& b) { return a->installDate > b->installDate; });
   children = std::move(items);
+}
+
+std::string BoM::csvText() const {
+  std::string text;
+  appendCsvRecord(text, {"Date", "Package", "Path"});
+  for (const auto& item : children)
+    appendCsvRecord(text, {description(item->installDate), item->name, item->path + std::string(extension)});
+  return text;
 }
 
 }  // namespace pelmarix

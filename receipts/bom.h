@@ -50,6 +50,10 @@ class BoM final : public platform::Object {
   /// each, which blocks until it is dismissed; a file that is no receipt is passed over.
   void readBoMPLists();
 
+  /// The receipts as comma-separated values (base/csv.h), in their order, below a line of titles: date,
+  /// package, and the receipt's own path.
+  std::string csvText() const;
+
   std::vector<std::shared_ptr<BoMItem>> children;
 };
 

@@ -1,13 +1,15 @@
 #include "ui/view_controller.h"
 
 #include <algorithm>
-#include <optional>
+#include <new>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "base/date.h"
 #include "base/fatal.h"
 #include "history/loader.h"
+#include "platform/alert.h"
 #include "platform/application.h"
 #include "platform/process_info.h"
 #include "platform/save_panel.h"
@@ -169,6 +171,24 @@ void ViewController::saveButton(Object* /*sender*/) {
   std::string stamp = "Checked by Pelmarix at: " + description(platform::currentDate()) + "\n";
   platform::saveThroughPanel({"text", "txt"},
                              {connected(outputText).string(), platform::shareText(std::move(stamp))});
+}
+
+void ViewController::exportLists(Object* /*sender*/) {
+  const std::shared_ptr<platform::SavePanel> panel = platform::SavePanel::make();
+  panel->setTitle(exportTitle);
+  panel->setCanCreateDirectories(true);
+  panel->setAllowedFileTypes({"csv"});
+  panel->setContents({"Install history", "Receipts"});
+  panel->beginWithCompletionHandler([this, &chosen = *panel](int response) {
+    if (response != platform::modalResponseOK) return;
+    try {
+      const bool isHistory = chosen.chosenContent() == 0;
+      platform::writeToChosenFile(chosen, {isHistory ? csvText(histories) : boms.csvText()});
+    } catch (const std::bad_alloc&) {
+      platform::showErrorAlert(platform::lastActionErrorMessage,
+                               std::make_error_code(std::errc::not_enough_memory).message());
+    }
+  });
 }
 
 // The outline of the history.

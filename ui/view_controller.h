@@ -15,6 +15,9 @@
 
 namespace pelmarix::ui {
 
+/// Of the panel that chooses where to export.
+inline constexpr const char* exportTitle = "Export";
+
 /// Data source and delegate of the history outline and the receipts table, and the window's delegate once it
 /// has appeared. The interface file connects outlets and actions; using an outlet that it left out stops the
 /// program. An action's sender may be null unless said otherwise. Main thread only.
@@ -39,6 +42,8 @@ class ViewController final : public platform::ViewController,
   // The report's actions.
   /// Lets the user choose a file, and writes the report and a line with the time into it.
   void saveButton(platform::Object* sender);
+  /// Lets the user choose a file and what to write into it as comma-separated values: history or receipts.
+  void exportLists(platform::Object* sender);
   /// The skip option has changed: makes the report's lines anew and shows them.
   void skipNonCheckbox(platform::Object* sender);
   /// The newest-last option has changed: shows the report in its order, and reverses the receipts.

@@ -12,6 +12,15 @@
 #include "qt/widgets/visible_text.h"
 
 namespace pelmarix::qt {
+namespace {
+
+QStringList toQStrings(const std::vector<std::string>& texts) {
+  QStringList list;
+  for (const std::string& text : texts) list += toQString(text);
+  return list;
+}
+
+}  // namespace
 
 // The Mac's own panel judges names itself. Qt's takes quotes for marks around each of several names, and
 // doesn't answer to a name that no file can have: here what is typed becomes a path, and where there can't be
@@ -32,14 +41,26 @@ class FileSavePanel::Dialog final : public QFileDialog {
 #endif
   }
 
+  QString ownTitle() const { return ownTitle_; }
+  void setOwnTitle(const QString& title) {
+    ownTitle_ = title;
+    setWindowTitle(title);
+  }
+
   void setTypes(const QStringList& types) {
     types_ = types;
-    QStringList patterns;
-    for (const QString& type : types) patterns += QStringLiteral("*.") + type;
-    setNameFilters({tr("Text files (%1)").arg(patterns.join(QLatin1Char(' '))), tr("All files (*)")});
+    setContents({tr("Text files")});
+    setNameFilters(nameFilters() << tr("All files (*)"));
 #ifdef Q_OS_MACOS
     setDefaultSuffix(types.value(0));
 #endif
+  }
+
+  void setContents(const QStringList& names) {
+    QStringList filters;
+    for (const QString& name : names)
+      filters += QStringLiteral("%1 (*.%2)").arg(name, types_.join(QLatin1String(" *.")));
+    setNameFilters(filters);
   }
 
 #ifdef Q_OS_MACOS
@@ -99,6 +120,7 @@ class FileSavePanel::Dialog final : public QFileDialog {
 #endif
 
  private:
+  QString ownTitle_;
   QStringList types_;
 };
 
@@ -109,8 +131,10 @@ FileSavePanel::~FileSavePanel() {
   if (dialog_ != nullptr) dialog_->deleteLater();
 }
 
-bool FileSavePanel::bringToFront(const QWidget& parent) {
-  for (auto* panel : parent.findChildren<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+bool FileSavePanel::bringToFront(const QWidget& parent, const std::string& title) {
+  for (auto* child : parent.findChildren<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+    auto* panel = dynamic_cast<Dialog*>(child);
+    if (panel == nullptr || panel->ownTitle() != toQString(title)) continue;
     if (!panel->isVisible()) continue;  // it has ended and goes soon
     panel->setWindowState(panel->windowState() & ~Qt::WindowMinimized);
     panel->raise();
@@ -125,9 +149,17 @@ void FileSavePanel::setCanCreateDirectories(bool canCreate) {
 }
 
 void FileSavePanel::setAllowedFileTypes(const std::vector<std::string>& types) {
-  QStringList list;
-  for (const std::string& type : types) list += toQString(type);
-  dialog_->setTypes(list);
+  dialog_->setTypes(toQStrings(types));
+}
+
+void FileSavePanel::setTitle(const std::string& title) { dialog_->setOwnTitle(toQString(title)); }
+
+void FileSavePanel::setContents(const std::vector<std::string>& names) {
+  dialog_->setContents(toQStrings(names));
+}
+
+std::size_t FileSavePanel::chosenContent() const {
+  return static_cast<std::size_t>(dialog_->nameFilters().indexOf(dialog_->selectedNameFilter()));
 }
 
 void FileSavePanel::beginWithCompletionHandler(std::function<void(int response)> handler) {

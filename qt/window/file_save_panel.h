@@ -16,11 +16,15 @@ class FileSavePanel final : public platform::SavePanel, public std::enable_share
   explicit FileSavePanel(QWidget* parent);
   ~FileSavePanel() override;
 
-  /// Shows the panel that is open before a window, in front of it; false when none is.
-  static bool bringToFront(const QWidget& parent);
+  /// Shows the panel of a title (without: that of Qt's own) that is open before a window, in front of it;
+  /// false when none is.
+  static bool bringToFront(const QWidget& parent, const std::string& title = {});
 
   void setCanCreateDirectories(bool canCreate) override;
   void setAllowedFileTypes(const std::vector<std::string>& types) override;
+  void setTitle(const std::string& title) override;
+  void setContents(const std::vector<std::string>& names) override;
+  std::size_t chosenContent() const override;
   void beginWithCompletionHandler(std::function<void(int response)> handler) override;
   std::optional<std::string> path() const override;
 

@@ -152,6 +152,10 @@ void MainInterface::save() {
   if (!FileSavePanel::bringToFront(window_)) controller_.saveButton(nullptr);
 }
 
+void MainInterface::exportLists() {
+  if (!FileSavePanel::bringToFront(window_, ui::exportTitle)) controller_.exportLists(nullptr);
+}
+
 void MainInterface::showBillOfMaterials() {
   if (sheet_ != nullptr) return;
   QGuiApplication::setOverrideCursor(Qt::WaitCursor);
@@ -174,6 +178,7 @@ void MainInterface::showBillOfMaterials() {
 void MainInterface::connectMenus(AppDelegate& delegate) {
   ui_->actionBiggerText->setShortcuts(
       {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
+  on(ui_->actionExport, &QAction::triggered, [this] { exportLists(); });
   on(ui_->actionSupport, &QAction::triggered, [&delegate] { delegate.openSupport(nullptr); });
   on(ui_->actionSystemUpdates, &QAction::triggered, [&delegate] { delegate.openUpdates(nullptr); });
   on(ui_->actionAbout, &QAction::triggered, [this] { showAbout(&window_); });

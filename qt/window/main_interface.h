@@ -51,6 +51,7 @@ class MainInterface final {
   void on(Sender* sender, Signal signal, Action action);
   // A panel that is open already comes to the front.
   void save();
+  void exportLists();
   // The segue to the sheet.
   void showBillOfMaterials();
   void changeFontSize(int steps);

@@ -10,6 +10,7 @@ MENUS = {
     "File": (
         ("Open Volume…", "o", "Ctrl+O"),
         ("Save…", "s", "Ctrl+S"),
+        ("Export…", "e", None),
         ("Close", "c", "Ctrl+W"),
         ("Quit", "q", "Ctrl+Q"),
     ),
@@ -157,6 +158,11 @@ class Walk(WindowTestCase):
 
     def check_save(self, program, choose):
         choose()
+        self.leave_dialog(program)
+
+    def check_export(self, program, choose):
+        choose()
+        self.assertEqual(program.dialog().name, "Export")
         self.leave_dialog(program)
 
     def leave_dialog(self, program):

@@ -33,6 +33,20 @@ TEST(HistoryType, IsNamedInWords) {
   EXPECT_EQ(history_type::name(-1), "");
 }
 
+TEST(HistoryCsv, HasARecordForEachEntryBelowTheTitles) {
+  auto mojave = std::make_shared<History>("macOS Mojave 10.14");
+  mojave->children = {item("macOS Mojave", "10.14", 0), item("Fonts, \"all\"", "", 4)};
+  auto catalina = std::make_shared<History>("macOS 10.15 Update 10.15");
+  catalina->children = {item("MRTConfigData", "1.50", 2)};
+  EXPECT_EQ(csvText({mojave, std::make_shared<History>("Listing 0"), catalina}),
+            "Group,Kind,Name,Version,Date\r\n"
+            "macOS Mojave 10.14,system install or upgrade,macOS Mojave,10.14,2019-03-26 10:11:12 +0000\r\n"
+            "macOS Mojave 10.14,configuration data,\"Fonts, \"\"all\"\"\",,2019-03-26 10:11:12 +0000\r\n"
+            "macOS 10.15 Update 10.15,security data,MRTConfigData,1.50,2019-03-26 10:11:12 +0000\r\n");
+}
+
+TEST(HistoryCsv, OfNoHistoryIsTheTitles) { EXPECT_EQ(csvText({}), "Group,Kind,Name,Version,Date\r\n"); }
+
 TEST(ReportLines, WriteNameVersionAndDateOfEachItemInOrder) {
   History group("macOS Mojave 10.14");
   group.children = {item("macOS Mojave", "10.14", 0), item("Security Update 2019-001", "10.14.3", 1)};

@@ -239,5 +239,17 @@ TEST(BoMItem, IsMadeFromNameDateAndPathOnly) {
   EXPECT_TRUE((std::is_constructible_v<BoMItem, std::string, Date, std::string>));
 }
 
+TEST(ReceiptsCsv, HasARecordForEachReceiptBelowTheTitles) {
+  BoM boms;
+  EXPECT_EQ(boms.csvText(), "Date,Package,Path\r\n");
+  boms.children = {
+      std::make_shared<BoMItem>("com.example.new", Date{575287872}, "/System/Library/Receipts/a b"),
+      std::make_shared<BoMItem>("com.example.old", Date{0}, "/System/Library/Receipts/in,ner/\xff")};
+  EXPECT_EQ(boms.csvText(),
+            "Date,Package,Path\r\n"
+            "2019-03-26 10:11:12 +0000,com.example.new,/System/Library/Receipts/a b.plist\r\n"
+            "2001-01-01 00:00:00 +0000,com.example.old,\"/System/Library/Receipts/in,ner/\uFFFD.plist\"\r\n");
+}
+
 }  // namespace
 }  // namespace pelmarix

@@ -2,6 +2,7 @@
 // tested beside its implementation.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,6 +23,7 @@ class MemoryFileManager final : public platform::FileManager {
   std::map<std::string, std::vector<std::string>> folders;
   /// What writeFile answers; nothing means success.
   std::optional<std::error_code> writeFailure;
+  std::function<void()> whileWriting = [] {};
   /// Every path that was asked for, in order.
   std::vector<std::string> pathsRead;
 
@@ -40,6 +42,7 @@ class MemoryFileManager final : public platform::FileManager {
 
   Result<void, std::error_code> writeFile(const std::string& path,
                                           const std::vector<std::string_view>& parts) override {
+    whileWriting();
     if (writeFailure) return *writeFailure;
     std::string& contents = files[path];
     contents.clear();

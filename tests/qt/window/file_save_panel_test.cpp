@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -66,6 +67,35 @@ TEST_F(FileSavePanel, IsNotModalAndHasNothingPreset) {
   EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(), QString());
   EXPECT_FALSE(dialog.testOption(QFileDialog::ReadOnly)) << "folders can be made";
   EXPECT_THAT(responses, IsEmpty());
+}
+
+TEST_F(FileSavePanel, OffersTextFilesAndAllOthers) {
+  EXPECT_EQ(begin().nameFilters().join(QLatin1Char('|')).toStdString(),
+            "Text files (*.text *.txt)|All files (*)");
+}
+
+TEST_F(FileSavePanel, LetsTheUserChooseWhatIsSaved) {
+  auto panel = std::make_shared<qt::FileSavePanel>(&window);
+  panel->setTitle("Export");
+  panel->setAllowedFileTypes({"csv"});
+  panel->setContents({"Install history", "Receipts"});
+  std::vector<std::size_t> contents;
+  panel->beginWithCompletionHandler([&, raw = panel.get()](int) {
+    contents.push_back(raw->chosenContent());
+    path = raw->path();
+  });
+  auto& dialog = *window.findChild<QFileDialog*>();
+  EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Export"));
+  auto& types = *dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+  ASSERT_EQ(types.count(), 2);
+  EXPECT_EQ(types.currentText(), QStringLiteral("Install history (*.csv)"));
+  EXPECT_EQ(types.itemText(1), QStringLiteral("Receipts (*.csv)"));
+  EXPECT_EQ(panel->chosenContent(), 0U);
+  QTest::keyClick(&types, Qt::Key_Down);
+  dialog.setDirectory(QString::fromStdString(folder.path()));
+  type(dialog, "receipts");
+  EXPECT_THAT(contents, ElementsAre(1U));
+  EXPECT_EQ(path, folder / "receipts.csv");
 }
 
 TEST_F(FileSavePanel, GivesTheChosenFile) { EXPECT_EQ(choose("report.text"), folder / "report.text"); }

@@ -286,6 +286,36 @@ TEST_F(MainInterface, BringsTheSavePanelThatIsOpenToTheFront) {
   EXPECT_EQ(panels().size(), 1);
 }
 
+TEST_F(MainInterface, ExportsTheLists) {
+  show();
+  choose("actionExport");
+  savePanels[0]->chosenPath = "/receipts.csv";
+  savePanels[0]->chosen = 1;
+  savePanels[0]->completionHandler(platform::modalResponseOK);
+  EXPECT_EQ(fileManager.files.at("/receipts.csv"),
+            "Date,Package,Path\r\n"
+            "2019-01-01 00:00:00 +0000,com.example.new,/System/Library/Receipts/com.example.new.plist\r\n"
+            "2018-01-01 00:00:00 +0000,com.example.old,/System/Library/Receipts/com.example.old.plist\r\n");
+}
+
+TEST_F(MainInterface, BringsThePanelForExportToTheFrontBesideTheSavePanel) {
+  services.services.makeSavePanel = [this] { return std::make_shared<qt::FileSavePanel>(&window()); };
+  show();
+  choose("actionSave");
+  choose("actionExport");
+  const QList<QFileDialog*> panels = window().findChildren<QFileDialog*>();
+  ASSERT_EQ(panels.size(), 2);
+  EXPECT_NE(panels[0]->windowTitle(), QStringLiteral("Export"));
+  EXPECT_EQ(panels[1]->windowTitle(), QStringLiteral("Export"));
+  for (int time = 0; time < 2; ++time) {
+    choose("actionSave");
+    EXPECT_TRUE(QTest::qWaitForWindowActive(panels[0]));
+    choose("actionExport");
+    EXPECT_TRUE(QTest::qWaitForWindowActive(panels[1]));
+  }
+  EXPECT_EQ(window().findChildren<QFileDialog*>().size(), 2);
+}
+
 TEST_F(MainInterface, SavesTheTextItselfNotItsPicture) {
   setHistory({{"macOS Mojave\u2028\u00a0x", "10.14"}});
   show();
