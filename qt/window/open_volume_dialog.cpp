@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScreen>
 #include <utility>
 
 #include "qt/services/text_conversion.h"
@@ -17,7 +18,8 @@ OpenVolumeDialog::OpenVolumeDialog(QWidget* window, const QList<MacVolume>& volu
   ui_->setupUi(this);
   setAttribute(Qt::WA_DeleteOnClose);
   const QFontMetrics metrics = fontMetrics();
-  resize(metrics.averageCharWidth() * 90, metrics.lineSpacing() * 18);
+  const QSize wanted(metrics.averageCharWidth() * 90, metrics.lineSpacing() * 18);
+  resize(wanted.boundedTo(screen()->availableSize() * 9 / 10));
   ui_->volumes->header()->resizeSection(0, metrics.averageCharWidth() * 30);
 
   connect(ui_->volumes, &QTreeWidget::currentItemChanged, this, &OpenVolumeDialog::proposePartner);
@@ -26,7 +28,7 @@ OpenVolumeDialog::OpenVolumeDialog(QWidget* window, const QList<MacVolume>& volu
   ui_->volumes->setCurrentItem(ui_->volumes->topLevelItem(0));
   proposePartner();
   updateControls();
-  if (volumes_.isEmpty()) ui_->chooseFolder->setFocus();
+  (volumes_.isEmpty() ? static_cast<QWidget*>(ui_->chooseFolder) : ui_->volumes)->setFocus();
 }
 
 OpenVolumeDialog::~OpenVolumeDialog() = default;

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -9,6 +10,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -151,6 +153,30 @@ TEST_F(OpenVolumeDialog, HasSignsForWhatCannotBeSeenInNamesAndPaths) {
   choose(0);
   open().click();
   EXPECT_THAT(opened, ElementsAre("/media/a\nb\u202e"));
+}
+
+TEST_F(OpenVolumeDialog, IsWalkedThroughByTheTabKey) {
+  show(threeVolumes);
+  dialog->activateWindow();
+  QStringList walked;
+  for (int i = 0; i < 5; ++i) {
+    walked += dialog->focusWidget()->accessibleName() + dialog->focusWidget()->property("text").toString();
+    QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
+  }
+  EXPECT_EQ(walked.join(QLatin1Char(' ')).remove(QLatin1Char('&')).toStdString(),
+            "Volumes Together with Choose Folder…Choose Folder… Open Cancel");
+}
+
+TEST_F(OpenVolumeDialog, FitsItsScreenWithALargeFont) {
+  const QFont before = QApplication::font();
+  QFont large = before;
+  large.setPointSize(24);
+  QApplication::setFont(large);
+  show(threeVolumes);
+  EXPECT_GT(dialog->fontMetrics().averageCharWidth() * 90, dialog->screen()->availableSize().width());
+  EXPECT_LE(dialog->width(), dialog->screen()->availableSize().width());
+  EXPECT_LE(dialog->height(), dialog->screen()->availableSize().height());
+  QApplication::setFont(before);
 }
 
 }  // namespace
