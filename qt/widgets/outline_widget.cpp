@@ -8,33 +8,28 @@ OutlineWidget::OutlineWidget(QWidget* parent) : QTreeView(parent), RowsView(*thi
   // A double click is the outline's action; the view must not expand the row a second time.
   setExpandsOnDoubleClick(false);
   connect(this, &QTreeView::doubleClicked, this, &OutlineWidget::rowDoubleClicked);
-  tellingGroups_.setSingleShot(true);
-  connect(&tellingGroups_, &QTimer::timeout, this, &OutlineWidget::tellGroups);
-  connect(this, &QTreeView::expanded, &tellingGroups_, qOverload<>(&QTimer::start));
-  connect(this, &QTreeView::collapsed, &tellingGroups_, qOverload<>(&QTimer::start));
+  connect(this, &QTreeView::expanded, this, [this] { setExpandedGroups(expandedGroups_ + 1); });
+  connect(this, &QTreeView::collapsed, this, [this] { setExpandedGroups(expandedGroups_ - 1); });
 }
 
 void OutlineWidget::reset() {
   QTreeView::reset();
-  tellingGroups_.start();
+  expandableGroups_ = 0;
+  for (int row = 0; model() != nullptr && row < model()->rowCount(); ++row)
+    if (model()->hasChildren(model()->index(row, 0))) ++expandableGroups_;
+  setExpandedGroups(0);
 }
 
 void OutlineWidget::expandAll() {
-  QTreeView::expandAll();  // says nothing of the groups
-  tellingGroups_.start();
+  QTreeView::expandAll();  // without a signal for each
+  setExpandedGroups(expandableGroups_);
 }
 
-bool OutlineWidget::holdsGroup(bool isExpandedGroup) const {
-  for (int row = 0; row < model()->rowCount(); ++row) {
-    const QModelIndex group = model()->index(row, 0);
-    if (model()->hasChildren(group) && isExpanded(group) == isExpandedGroup) return true;
-  }
-  return false;
-}
-
-void OutlineWidget::tellGroups() {
-  emit canExpandChanged(holdsGroup(false));
-  emit canCollapseChanged(holdsGroup(true));
+// Counted, for it takes the view 0.3 s to find the expanded one among a million groups.
+void OutlineWidget::setExpandedGroups(int count) {
+  expandedGroups_ = count;
+  emit canExpandChanged(expandedGroups_ < expandableGroups_);
+  emit canCollapseChanged(expandedGroups_ > 0);
 }
 
 void OutlineWidget::keyPressEvent(QKeyEvent* event) {

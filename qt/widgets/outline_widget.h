@@ -1,7 +1,6 @@
 // The widget behind the history outline.
 #pragma once
 
-#include <QTimer>
 #include <QTreeView>
 
 #include "qt/widgets/rows_view.h"
@@ -41,11 +40,10 @@ class OutlineWidget final : public QTreeView, public RowsView {
  private:
   // By which Qt's outline would open a group.
   bool isArrowByAnotherButton(const QMouseEvent& event) const;
-  bool holdsGroup(bool isExpandedGroup) const;
-  void tellGroups();
+  void setExpandedGroups(int count);
 
-  // Once for all groups that expand or collapse together.
-  QTimer tellingGroups_;
+  int expandableGroups_ = 0;
+  int expandedGroups_ = 0;
 };
 
 }  // namespace pelmarix::qt

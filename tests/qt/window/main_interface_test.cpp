@@ -492,7 +492,6 @@ TEST_F(MainInterface, HasNothingToSelectInEmptyLists) {
   fileManager.files.clear();
   fileManager.folders.clear();
   show();
-  QApplication::processEvents();
   for (QWidget* list : {static_cast<QWidget*>(&outline()), static_cast<QWidget*>(&table())}) {
     list->setFocus();
     for (const char* name :
@@ -505,7 +504,6 @@ TEST_F(MainInterface, HasNothingToSelectInEmptyLists) {
 TEST_F(MainInterface, DisablesExpandingAndCollapsingWhereNothingIsLeftToExpandOrToCollapse) {
   show();
   const auto enabled = [this] {
-    QApplication::processEvents();
     return std::pair(find<QAction>("actionExpandAll").isEnabled(),
                      find<QAction>("actionCollapseAll").isEnabled());
   };
