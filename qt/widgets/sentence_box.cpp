@@ -10,7 +10,7 @@ namespace {
 constexpr qsizetype longestPart = 500;
 
 QString shown(const std::string& sentence) {
-  const QString text = visibleInOneLine(toQString(sentence));
+  QString text = visibleInOneLine(toQString(sentence));
   if (text.size() <= 2 * longestPart) return text;
   return text.left(longestPart) + QChar(u'…') + text.right(longestPart);
 }

@@ -50,6 +50,7 @@ void OpenVolumeDialog::addFolder(const QString& path) {
   const QString partner = partnerPath(path);
   if (QFileInfo(partner).isDir()) add(volumeAt(partner));
   ui_->volumes->setCurrentItem(ui_->volumes->topLevelItem(static_cast<int>(place)));
+  ui_->volumes->setFocus();
   proposePartner();  // the row may have been the current one before
   updateControls();
 }

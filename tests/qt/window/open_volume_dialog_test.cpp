@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
+#include <QTreeView>
 #include <QTreeWidget>
 
 #include "tests/support/temporary_folder.h"
@@ -127,8 +128,26 @@ TEST_F(OpenVolumeDialog, AddsAFolderThatIsChosenAndProposesTheOneBesideIt) {
   ASSERT_EQ(volumes().topLevelItemCount(), 2);
   EXPECT_EQ(volumes().currentItem()->text(0), QStringLiteral("Mac - Data"));
   EXPECT_FALSE(find<QLabel>("nothingMounted").isVisible());
+  EXPECT_EQ(dialog->focusWidget(), &volumes()) << "so that Return opens it";
   open().click();
   EXPECT_THAT(opened, ElementsAre(system, data));
+}
+
+TEST_F(OpenVolumeDialog, AddsAFolderWithQuotesColonsOrLineEndsInItsName) {
+  for (const char* const name : {"My \"Mac\"", "line\nend", "a:b"}) {
+    const TemporaryFolder parent;
+    const std::string mac = parent.addFolder(name);
+    show({});
+    find<QPushButton>("chooseFolder").click();
+    auto& panel = *dialog->findChild<QFileDialog*>();
+    panel.setDirectory(QString::fromStdString(parent.path()));
+    auto& list = *panel.findChild<QTreeView*>(QStringLiteral("treeView"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list.model()->rowCount(list.rootIndex()) == 1; }));
+    list.setCurrentIndex(list.model()->index(0, 0, list.rootIndex()));
+    panel.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+    open().click();
+    EXPECT_THAT(opened, ElementsAre(mac));
+  }
 }
 
 TEST_F(OpenVolumeDialog, HasAFolderOnce) {
