@@ -110,29 +110,31 @@ void PlainTextView::markMatches(const QString& text) {
   viewport()->update();
 }
 
-bool PlainTextView::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
+bool PlainTextView::selectMatchAhead(const QString& text, SearchStart start, SearchDirection direction) {
   const SoughtText sought(text);
   const std::string_view all = *this->text();
   const bool isForward = direction == SearchDirection::forward;
-  const std::size_t from =
+  const bool isFromEdge = start == SearchStart::atEdge || start == SearchStart::upToSelection;
+  const std::size_t place =
       start == SearchStart::atSelection || !isForward ? selection().begin : selection().end;
-  const TextRange before{0, from};
-  const TextRange after{from, all.size()};
-  auto match = isForward ? sought.firstIn(all, after) : sought.lastIn(all, before);
-  if (!match) match = isForward ? sought.firstIn(all, before) : sought.lastIn(all, after);
+  TextRange where{0, all.size()};
+  if (start != SearchStart::atEdge) (isForward == isFromEdge ? where.end : where.begin) = place;
+  const auto match = isForward ? sought.firstIn(all, where) : sought.lastIn(all, where);
   if (!match) return false;
   reveal(match->begin);
   select(match->begin, match->end);
   return true;
 }
 
-std::size_t PlainTextView::countMatches(const QString& text) const {
+MatchCount PlainTextView::countMatches(const QString& text) const {
   const SoughtText sought(text);
   const std::string_view all = *this->text();
-  std::size_t count = 0;
+  MatchCount count;
   for (auto match = sought.firstIn(all, {0, all.size()}); match;
-       match = sought.firstIn(all, {match->end, all.size()}))
-    ++count;
+       match = sought.firstIn(all, {match->end, all.size()})) {
+    ++count.matches;
+    if (*match == selection()) count.selected = count.matches;
+  }
   return count;
 }
 

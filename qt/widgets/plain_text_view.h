@@ -39,8 +39,8 @@ class PlainTextView final : public TextPane, public Searchable {
   void copy() const;
 
   void markMatches(const QString& text) override;
-  bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) override;
-  std::size_t countMatches(const QString& text) const override;
+  bool selectMatchAhead(const QString& text, SearchStart start, SearchDirection direction) override;
+  MatchCount countMatches(const QString& text) const override;
 
  signals:
   /// The user turned the wheel with the control key held: bigger by so many steps, smaller when negative.

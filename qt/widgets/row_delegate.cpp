@@ -108,7 +108,7 @@ void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell,
   QTextLine line = layOut();
   if (!line.isValid()) return;
   if (line.naturalTextWidth() > rect.width()) {
-    layout.setText(cell.fontMetrics.elidedText(cell.text, cell.textElideMode, rect.width()));
+    layout.setText(elided(cell, rect.width()));
     line = layOut();
     if (!line.isValid()) return;
   }
@@ -125,6 +125,21 @@ void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell,
     mark.setBackground(matchMarkColor(cell.palette));
   const QPointF place(rect.left(), rect.top() + (rect.height() - line.height()) / 2);
   layout.draw(&painter, place, matches(layout.text(), mark));
+}
+
+QString RowDelegate::elided(const QStyleOptionViewItem& cell, int width) const {
+  constexpr QChar ellipsis(0x2026);
+  constexpr qsizetype lettersBefore = 4;
+  const QString sought = visible(marked_);
+  const qsizetype match = indexOfIgnoringCase(cell.text, sought);
+  for (const Qt::TextElideMode mode : {cell.textElideMode, Qt::ElideLeft}) {
+    const QString text = cell.fontMetrics.elidedText(cell.text, mode, width);
+    if (match < 0 || indexOfIgnoringCase(text, sought) >= 0) return text;
+  }
+  qsizetype begin = std::max<qsizetype>(match - lettersBefore, 0);
+  if (cell.text.at(begin).isLowSurrogate()) ++begin;
+  const QString rest = begin == 0 ? cell.text : ellipsis + cell.text.mid(begin);
+  return cell.fontMetrics.elidedText(rest, Qt::ElideRight, width);
 }
 
 QList<QTextLayout::FormatRange> RowDelegate::matches(const QString& drawn,

@@ -33,6 +33,8 @@ class RowDelegate final : public QStyledItemDelegate {
 
  private:
   void paintText(QPainter& painter, const QStyleOptionViewItem& cell, const QRect& rect) const;
+  // Without what there is no room for. Of a text that holds a match, one stays.
+  QString elided(const QStyleOptionViewItem& cell, int width) const;
   QList<QTextLayout::FormatRange> matches(const QString& drawn, const QTextCharFormat& mark) const;
 
   QString marked_;

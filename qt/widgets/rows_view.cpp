@@ -34,23 +34,23 @@ QModelIndex rowBefore(const QAbstractItemModel& model, const QModelIndex& row) {
   return before;
 }
 
-bool holds(const QModelIndex& row, const QString& text) {
+// The first that holds a text; -1 when none does.
+int columnWith(const QModelIndex& row, const QString& text) {
   for (int column = 0; column < row.model()->columnCount(); ++column)
-    if (indexOfIgnoringCase(row.siblingAtColumn(column).data().toString(), text) >= 0) return true;
-  return false;
+    if (indexOfIgnoringCase(row.siblingAtColumn(column).data().toString(), text) >= 0) return column;
+  return -1;
 }
 
-// The first row from `current` on, all the way round, that `matches`; `next` goes from one to the other.
+// The first row that `matches`; `next` goes from one to the other.
 template <typename Matches, typename Next>
 QModelIndex firstMatch(const QModelIndex& current, SearchStart start, Matches matches, Next next) {
-  QModelIndex first = start == SearchStart::atSelection ? current : next(current);
-  if (!first.isValid()) first = next({});
-  QModelIndex row = first;
-  while (row.isValid()) {
+  if (start == SearchStart::upToSelection && !current.isValid()) return {};
+  const bool isFromEdge = start == SearchStart::atEdge || start == SearchStart::upToSelection;
+  const bool isFromCurrent = start == SearchStart::atSelection && current.isValid();
+  QModelIndex row = isFromCurrent ? current : next(isFromEdge ? QModelIndex() : current);
+  for (; row.isValid(); row = next(row)) {
     if (matches(row)) return row;
-    row = next(row);
-    if (!row.isValid()) row = next({});
-    if (row == first) break;
+    if (start == SearchStart::upToSelection && row == current) break;
   }
   return {};
 }
@@ -144,22 +144,28 @@ void RowsView::markMatches(const QString& text) {
   view_.viewport()->update();
 }
 
-bool RowsView::selectMatch(const QString& text, SearchStart start, SearchDirection direction) {
+bool RowsView::selectMatchAhead(const QString& text, SearchStart start, SearchDirection direction) {
   const QAbstractItemModel& model = *view_.model();
-  const auto matches = [&text](const QModelIndex& row) { return holds(row, text); };
+  const auto matches = [&text](const QModelIndex& row) { return columnWith(row, text) >= 0; };
   const auto next = [&](const QModelIndex& row) {
     return direction == SearchDirection::forward ? rowAfter(model, row, true) : rowBefore(model, row);
   };
   const QModelIndex match = firstMatch(view_.currentIndex().siblingAtColumn(0), start, matches, next);
-  if (match.isValid()) selectAlone(match);
-  return match.isValid();
+  if (!match.isValid()) return false;
+  selectAlone(match);
+  view_.scrollTo(match.siblingAtColumn(columnWith(match, text)));
+  return true;
 }
 
-std::size_t RowsView::countMatches(const QString& text) const {
+MatchCount RowsView::countMatches(const QString& text) const {
   const QAbstractItemModel& model = *view_.model();
-  std::size_t count = 0;
-  for (QModelIndex row = rowAfter(model, {}, true); row.isValid(); row = rowAfter(model, row, true))
-    if (holds(row, text)) ++count;
+  const QModelIndex selected = view_.currentIndex().siblingAtColumn(0);
+  MatchCount count;
+  for (QModelIndex row = rowAfter(model, {}, true); row.isValid(); row = rowAfter(model, row, true)) {
+    if (columnWith(row, text) < 0) continue;
+    ++count.matches;
+    if (row == selected) count.selected = count.matches;
+  }
   return count;
 }
 
@@ -183,8 +189,9 @@ void RowsView::goToTyped(const QString& typed) {
   // From a row that is not shown: from the one that hides it.
   QModelIndex current = view_.currentIndex().siblingAtColumn(0);
   if (const QModelIndex group = current.parent(); group.isValid() && !isOpen(group)) current = group;
-  const QModelIndex match =
+  QModelIndex match =
       firstMatch(current, isFirst ? SearchStart::pastSelection : SearchStart::atSelection, matches, next);
+  if (!match.isValid()) match = firstMatch(current, SearchStart::upToSelection, matches, next);
   if (match.isValid()) selectAlone(match);
 }
 

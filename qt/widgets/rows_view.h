@@ -29,8 +29,8 @@ class RowsView : public Searchable {
   void copyNames() const;
 
   void markMatches(const QString& text) override;
-  bool selectMatch(const QString& text, SearchStart start, SearchDirection direction) override;
-  std::size_t countMatches(const QString& text) const override;
+  bool selectMatchAhead(const QString& text, SearchStart start, SearchDirection direction) override;
+  MatchCount countMatches(const QString& text) const override;
 
  protected:
   /// `view` is the widget itself, `header` that of its columns.

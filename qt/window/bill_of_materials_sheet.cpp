@@ -48,7 +48,9 @@ BillOfMaterialsSheet::BillOfMaterialsSheet(QWidget* window)
   connect(ui_->close, &QPushButton::clicked, this, [this] { controller_.closeButton(nullptr); });
 
   ui_->listing->setColumns({QTextOption::RightTab, QTextOption::LeftTab});  // the size, and the date
-  ui_->findBar->setTarget(*ui_->listing, *ui_->listing);
+  ui_->findBar->addPart(*ui_->listing, *ui_->listing);
+  ui_->actionFindNext->setShortcuts(findNextKeys());
+  ui_->actionFindPrevious->setShortcuts(findPreviousKeys());
   ui_->actionBiggerText->setShortcuts(
       {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
   connect(ui_->actionBiggerText, &QAction::triggered, this, [this] { changeTextSize(1); });

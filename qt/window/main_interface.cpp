@@ -176,6 +176,8 @@ void MainInterface::showBillOfMaterials() {
 }
 
 void MainInterface::connectMenus(AppDelegate& delegate) {
+  ui_->actionFindNext->setShortcuts(findNextKeys());
+  ui_->actionFindPrevious->setShortcuts(findPreviousKeys());
   ui_->actionBiggerText->setShortcuts(
       {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
   on(ui_->actionExport, &QAction::triggered, [this] { exportLists(); });
@@ -195,11 +197,12 @@ void MainInterface::connectVolumes() {
 }
 
 void MainInterface::connectFocus() {
-  ui_->findBar->setTarget(*ui_->outline, *ui_->outline);
+  ui_->findBar->addPart(*ui_->outline, *ui_->outline);
+  ui_->findBar->addPart(*ui_->receiptsTable, *ui_->receiptsTable);
+  ui_->findBar->addPart(*ui_->report, *ui_->report);
   // What had the focus last is what is searched.
   on(qApp, &QApplication::focusChanged, [this](QWidget* /*before*/, QWidget* now) {
-    auto* searchable = dynamic_cast<Searchable*>(now);
-    if (searchable != nullptr && now->window() == &window_) ui_->findBar->setTarget(*now, *searchable);
+    if (now != nullptr) ui_->findBar->setPart(*now);
   });
   QObject::connect(ui_->report, &PlainTextView::textChanged, ui_->findBar, &FindBar::countMatches);
   on(ui_->actionCopy, &QAction::triggered, [] { withFocused([](auto& widget) { widget.copy(); }); });

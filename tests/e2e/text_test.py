@@ -1,7 +1,7 @@
 """The report and the sheet's text, as they are used with the mouse and read by a screen reader."""
 
 from accessible import Atspi, GLib
-from program import REPORT, SHEET_TEXT
+from program import REPORT, SHEET_TEXT, TABLE
 from waiting import wait_until
 from window_test_case import WindowTestCase, desktop, main, options
 
@@ -97,6 +97,34 @@ class Text(WindowTestCase):
         desktop.run("xdotool", "mouseup", "1")
         wait_until(lambda: field.text == self.lines[2][:6], lambda: f"what was dragged; there is {field.text!r}")
         program.keys("Escape")
+        self.assert_leaves_well(program)
+
+    def test_all_parts_are_searched_one_after_the_other_by_keys(self):
+        program = self.program
+        dates = [date for date, _ in program.receipts()]
+        month = next(date[:8] for date in dates if f" {date[:8]}" in program.report)
+        program.keys("alt+i", "ctrl+f")
+        field = program.part("text", "Find")
+        wait_until(lambda: field.is_("focused"), "the field of the search")
+        program.type(month)
+        program.keys("alt+a")
+
+        def outcome():
+            return next((label.name for label in program.window.find("label") if "in all parts" in label.name), "")
+
+        def goes_on_to(part, keys):
+            before = outcome()
+            program.keys(keys)
+            wait_until(lambda: outcome() not in ("", before), lambda: f"another outcome than {before!r}")
+            return outcome().startswith(f"{part}: ")
+
+        wait_until(lambda: outcome().startswith("Install history: 1 of "), lambda: f"a match; there is {outcome()!r}")
+        for part, keys in (("Receipts", "F3"), ("Report", "F3"), ("Receipts", "shift+F3")):
+            wait_until(lambda part=part, keys=keys: goes_on_to(part, keys), f"the search to come to {part}")
+        found = [dates[row] for row in program.selected_receipts()]
+        self.assertEqual([date[:8] for date in found], [month])
+        program.keys("Escape")
+        wait_until(lambda: program.part("table", TABLE).is_("focused"), "the receipts to have the keyboard")
         self.assert_leaves_well(program)
 
     def test_the_sheet_is_scrolled_to_what_is_asked_for(self):

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPalette>
@@ -45,7 +46,10 @@ class FindBarInAWindow : public testing::Test {
     window.show();
     window.activateWindow();
     QApplication::processEvents();
-    bar.setTarget(report, report);
+    report.setAccessibleName(QStringLiteral("Report"));
+    other.setAccessibleName(QStringLiteral("Other"));
+    bar.addPart(report, report);
+    bar.addPart(other, other);
     plain = picture();
   }
 
@@ -71,6 +75,7 @@ class FindBarInAWindow : public testing::Test {
   FindBar bar{&window};
   QLineEdit* line = bar.findChild<QLineEdit*>();
   QLabel* outcome = bar.findChild<QLabel*>();
+  QCheckBox* allParts = bar.findChild<QCheckBox*>();
   QImage plain;
 };
 
@@ -105,32 +110,98 @@ TEST_F(FindBarInAWindow, GoesForwardByReturnInTheTextAndBackWithShift) {
 TEST_F(FindBarInAWindow, TellsThatNothingWasFoundAlsoToAScreenReader) {
   const QString usualDescription = line->accessibleDescription();
   find("notes");
-  EXPECT_EQ(outcome->text(), QStringLiteral("Not found"));
-  EXPECT_EQ(line->accessibleDescription(), QStringLiteral("Not found"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Report"));
+  EXPECT_EQ(line->accessibleDescription(), QStringLiteral("Not found in Report"));
   line->setText(QStringLiteral("mail"));
   EXPECT_EQ(outcome->text(), QString());
   EXPECT_EQ(line->accessibleDescription(), usualDescription);
   line->setText(QStringLiteral("notes"));
-  bar.setTarget(other, other);
+  bar.setPart(other);
   EXPECT_EQ(outcome->text(), QString());
   EXPECT_EQ(line->accessibleDescription(), usualDescription);
 }
 
 TEST_F(FindBarInAWindow, CountsTheMatchesAlsoForAScreenReader) {
   find("mail");
-  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("3 matches"); }));
-  EXPECT_EQ(line->accessibleDescription(), QStringLiteral("3 matches"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("Report: 3 matches"); }));
+  EXPECT_EQ(line->accessibleDescription(), QStringLiteral("Report: 3 matches"));
   line->setText(QStringLiteral("Mail\u00a0"));
-  EXPECT_EQ(outcome->text(), QStringLiteral("Not found"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Report"));
   line->setText(QStringLiteral("R"));
-  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("2 matches"); }));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("Report: 1 of 2"); }));
   QObject::connect(&report, &PlainTextView::textChanged, &bar, &FindBar::countMatches);
   report.showText(platform::shareText("Safari"));
-  EXPECT_EQ(outcome->text(), QStringLiteral("1 match"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Report: 1 match"));
   report.showText(platform::shareText("Mail"));
-  EXPECT_EQ(outcome->text(), QStringLiteral("Not found"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Report"));
   line->clear();
   EXPECT_EQ(outcome->text(), QString());
+}
+
+TEST_F(FindBarInAWindow, TellsWhichMatchOfHowManyIsSelected) {
+  find("mail");
+  QTest::keyClick(line, Qt::Key_Return);
+  QTest::keyClick(line, Qt::Key_Return);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("Report: 2 of 3"); }));
+  QTest::keyClick(line, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("Report: 1 of 3"); }));
+}
+
+TEST_F(FindBarInAWindow, SearchesOnePartUnlessAllAreToBeSearched) {
+  other.showText(platform::shareText("Mail\nMaps\n"));
+  find("maps");
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Report"));
+  EXPECT_EQ(line->placeholderText(), QStringLiteral("Find in Report"));
+  allParts->click();
+  EXPECT_EQ(other.index().part(other.selection()), "Maps");
+  EXPECT_EQ(line->placeholderText(), QStringLiteral("Find in all parts"));
+  EXPECT_TRUE(
+      QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("Other: 1 of 1, 1 in all parts"); }));
+  line->setText(QStringLiteral("notes"));
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in any part"));
+  allParts->click();
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Other"));
+}
+
+TEST_F(FindBarInAWindow, GoesThroughAllPartsOneAfterTheOtherInBothDirections) {
+  other.showText(platform::shareText("Maps\nMail\nSafari\nMail"));
+  find("mail");
+  allParts->click();
+  const auto goTo = [this](Qt::KeyboardModifiers modifiers, const QString& expected) {
+    line->setFocus();
+    QTest::keyClick(line, Qt::Key_Return, modifiers);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      return outcome->text() == expected + QStringLiteral(", 5 in all parts");
+    })) << outcome->text().toStdString();
+  };
+  goTo({}, QStringLiteral("Report: 2 of 3"));
+  goTo({}, QStringLiteral("Report: 3 of 3"));
+  goTo({}, QStringLiteral("Other: 1 of 2"));
+  goTo({}, QStringLiteral("Other: 2 of 2"));
+  goTo({}, QStringLiteral("Report: 1 of 3"));
+  goTo(Qt::ShiftModifier, QStringLiteral("Other: 2 of 2"));
+  goTo(Qt::ShiftModifier, QStringLiteral("Other: 1 of 2"));
+  goTo(Qt::ShiftModifier, QStringLiteral("Report: 3 of 3"));
+}
+
+TEST_F(FindBarInAWindow, MarksTheMatchesOfAllPartsWhereAllAreSearched) {
+  find("safari");
+  bar.setPart(other);
+  EXPECT_EQ(picture(), plain);
+  allParts->click();
+  report.select(0, 0);
+  EXPECT_NE(picture(), plain);
+  QTest::keyClick(line, Qt::Key_Escape);
+  EXPECT_EQ(picture(), plain);
+}
+
+TEST_F(FindBarInAWindow, OffersAllPartsOnlyWhereThereAreSeveral) {
+  bar.open();
+  EXPECT_TRUE(allParts->isVisible());
+  FindBar single(&window);
+  single.addPart(report, report);
+  single.open();
+  EXPECT_FALSE(single.findChild<QCheckBox*>()->isVisible());
 }
 
 TEST_F(FindBarInAWindow, MarksMatchesUntilTheSearchEnds) {
@@ -151,7 +222,7 @@ TEST_F(FindBarInAWindow, MarksTheMatchesOfItsLastTextWhenItIsOpenedAgain) {
 TEST_F(FindBarInAWindow, MarksMatchesUntilSomethingElseIsSearched) {
   find("safari");
   EXPECT_NE(picture(), plain);
-  bar.setTarget(other, other);
+  bar.setPart(other);
   EXPECT_EQ(picture(), plain);
 }
 

@@ -11,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
+#include <optional>
 #include <string>
 
 #include "tests/qt/widgets/pictures.h"
@@ -233,11 +234,37 @@ TEST_F(PlainTextView, FindsWhatOverlapsTheSelectionOnTheWayRound) {
 
 TEST_F(PlainTextView, CountsMatchesThatDoNotOverlapAsItMarksThem) {
   show("aaaaa Aa\n\u00c4 \u00e4\na");
-  EXPECT_EQ(widget.countMatches(QStringLiteral("aa")), 3U);
-  EXPECT_EQ(widget.countMatches(QStringLiteral("\u00e4")), 2U);
-  EXPECT_EQ(widget.countMatches(QStringLiteral("A")), 8U);
-  EXPECT_EQ(widget.countMatches(QStringLiteral("b")), 0U);
-  EXPECT_EQ(widget.countMatches({}), 0U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("aa")).matches, 3U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("\u00e4")).matches, 2U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("A")).matches, 8U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("b")).matches, 0U);
+  EXPECT_EQ(widget.countMatches({}).matches, 0U);
+}
+
+TEST_F(PlainTextView, TellsWhichOfTheMatchesIsSelected) {
+  show("Mail Safari Mail");
+  EXPECT_EQ(widget.countMatches(QStringLiteral("mail")).selected, 0U);
+  widget.select(12, 16);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("mail")).selected, 2U);
+  widget.select(12, 15);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("mail")).selected, 0U);
+}
+
+TEST_F(PlainTextView, FindsTextAheadWithoutGoingRound) {
+  using Start = qt::SearchStart;
+  using Direction = qt::SearchDirection;
+  show("Mail Safari Mail");
+  const auto found = [this](Start start, Direction direction) {
+    const bool isFound = widget.selectMatchAhead(QStringLiteral("mail"), start, direction);
+    return isFound ? std::optional(widget.selection().begin) : std::nullopt;
+  };
+  EXPECT_EQ(found(Start::atEdge, Direction::backward), 12U);
+  EXPECT_EQ(found(Start::pastSelection, Direction::forward), std::nullopt);
+  EXPECT_EQ(found(Start::upToSelection, Direction::forward), 0U);
+  EXPECT_EQ(found(Start::pastSelection, Direction::backward), std::nullopt);
+  EXPECT_EQ(found(Start::upToSelection, Direction::backward), 12U);
+  EXPECT_EQ(found(Start::atEdge, Direction::forward), 0U);
+  EXPECT_EQ(found(Start::upToSelection, Direction::forward), 0U) << "that is selected is found again";
 }
 
 TEST_F(PlainTextView, FindsNothingInNothingAndNoEmptyText) {

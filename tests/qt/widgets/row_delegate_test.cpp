@@ -7,8 +7,10 @@
 #include <QTest>
 #include <QToolTip>
 #include <algorithm>
+#include <cmath>
 #include <string>
 
+#include "qt/widgets/palette_colors.h"
 #include "tests/qt/widgets/pictures.h"
 #include "tests/qt/widgets/tree_fixture.h"
 
@@ -109,6 +111,29 @@ TEST_F(DrawnOutline, MarksMatches) {
   EXPECT_GE(changed.height(), QFontMetrics(widget.font()).height() - 2);
   widget.markMatches({});
   EXPECT_EQ(picture(), before);
+}
+
+TEST_F(DrawnOutline, HasAMatchInViewThatWouldBeCutOff) {
+  const QColor mark = qt::matchMarkColor(widget.palette());
+  const auto marksAre = [&](const char* text) {
+    widget.markMatches(QLatin1String(text));
+    const QImage image = picture();
+    const QRect row = widget.visualRect(group(2));
+    const QColor base = widget.palette().color(QPalette::Base);
+    const float alpha = mark.alphaF();
+    const float expected = mark.redF() * alpha + base.redF() * (1 - alpha);
+    const int above =
+        row.top() + (row.height() - QFontMetrics(widget.font()).height()) / 2 + 1;  // the letters
+    int columns = 0;
+    for (int x = row.left(); x <= row.right(); ++x)
+      if (std::abs(image.pixelColor(x, above).redF() - expected) < 0.01F) ++columns;
+    return columns;
+  };
+  const std::string filling(200, 'x');
+  catalina->name = "Begin " + filling + "\U0001f600 Needle " + filling + " End";
+  for (const char* const text : {"begin", "needle", "end"})
+    EXPECT_GE(marksAre(text), boldWidth(text) - 2) << text;
+  EXPECT_EQ(marksAre("haystack"), 0);
 }
 
 TEST_F(DrawnOutline, MarksMatchesInWritingFromRightToLeft) {

@@ -344,9 +344,46 @@ TEST_F(TableAdapter, FindsTextInAnyColumnAllTheWayRound) {
 }
 
 TEST_F(TableAdapter, CountsTheRowsThatHoldATextInAnyColumn) {
-  EXPECT_EQ(widget.countMatches(QStringLiteral("MA")), 2U);
-  EXPECT_EQ(widget.countMatches(QStringLiteral("a")), 3U);
-  EXPECT_EQ(widget.countMatches(QStringLiteral("Notes")), 0U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("MA")).matches, 2U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("a")).matches, 3U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("Notes")).matches, 0U);
+}
+
+TEST_F(TableAdapter, TellsWhichOfTheRowsThatMatchIsSelected) {
+  EXPECT_EQ(widget.countMatches(QStringLiteral("MA")).selected, 0U);
+  widget.selectRow(2);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("MA")).selected, 2U);
+  EXPECT_EQ(widget.countMatches(QStringLiteral("Notes")).selected, 0U);
+}
+
+TEST_F(TableAdapter, FindsTextAheadWithoutGoingRound) {
+  using enum qt::SearchStart;
+  using enum qt::SearchDirection;
+  EXPECT_FALSE(widget.selectMatchAhead(QStringLiteral("MA"), upToSelection, forward))
+      << "nothing is selected";
+  EXPECT_TRUE(widget.selectMatchAhead(QStringLiteral("MA"), atEdge, backward));
+  EXPECT_EQ(table.selectedRow(), 2);
+  EXPECT_FALSE(widget.selectMatchAhead(QStringLiteral("MA"), pastSelection, forward));
+  EXPECT_TRUE(widget.selectMatchAhead(QStringLiteral("MA"), upToSelection, forward));
+  EXPECT_EQ(table.selectedRow(), 1);
+  EXPECT_FALSE(widget.selectMatchAhead(QStringLiteral("MA"), pastSelection, backward));
+  EXPECT_TRUE(widget.selectMatchAhead(QStringLiteral("MA"), atEdge, forward));
+  EXPECT_EQ(table.selectedRow(), 1);
+}
+
+TEST_F(TableAdapter, BringsTheColumnWithWhatIsFoundIntoView) {
+  widget.horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  widget.horizontalHeader()->resizeSection(0, widget.viewport()->width());
+  widget.horizontalHeader()->resizeSection(1, widget.viewport()->width());
+  QApplication::processEvents();
+  const auto isShown = [this](int column) {
+    const QRect cell = widget.visualRect(widget.model()->index(1, column));
+    return widget.viewport()->rect().contains(cell.center());
+  };
+  EXPECT_FALSE(isShown(1));
+  EXPECT_TRUE(
+      widget.selectMatch(QStringLiteral("mail"), qt::SearchStart::atEdge, qt::SearchDirection::forward));
+  EXPECT_TRUE(isShown(1));
 }
 
 }  // namespace

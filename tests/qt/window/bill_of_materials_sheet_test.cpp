@@ -290,7 +290,8 @@ TEST_F(BillOfMaterialsSheet, FindsText) {
   EXPECT_NE(sheet(), nullptr) << "Escape closes the search first";
 }
 
-TEST_F(BillOfMaterialsSheet, OpensTheSearchByItsKeys) {
+TEST_F(BillOfMaterialsSheet, SearchesByItsKeys) {
+  table().selectRow(0);
   click("showBillOfMaterials");
   sheet()->activateWindow();
   QApplication::processEvents();
@@ -299,6 +300,14 @@ TEST_F(BillOfMaterialsSheet, OpensTheSearchByItsKeys) {
   QTest::keyClick(text, Qt::Key_F, Qt::ControlModifier);
   EXPECT_TRUE(wanted->isVisible());
   EXPECT_TRUE(wanted->hasFocus());
+  wanted->setText(QStringLiteral("a"));
+  const std::size_t first = text->caret();
+  QTest::keyClick(text, Qt::Key_F3);
+  EXPECT_GT(text->caret(), first);
+  QTest::keyClick(text, Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_EQ(text->caret(), first);
+  EXPECT_FALSE(sheet()->findChild<QCheckBox*>(QStringLiteral("allParts"))->isVisible())
+      << "the sheet has one part";
 }
 
 TEST_F(BillOfMaterialsSheet, LeavesNothingBehindHoweverOftenItIsOpened) {

@@ -140,9 +140,37 @@ TEST_F(MainInterface, CountsMatchesInTheReportAnewWhenAnOptionChangesIt) {
   const auto tells = [this](const char* outcome) {
     return QTest::qWaitFor([&] { return find<QLabel>("outcome").text() == QLatin1String(outcome); });
   };
-  EXPECT_TRUE(tells("1 match"));
+  EXPECT_TRUE(tells("Report: 1 of 1"));
   click("skipConfigurationData");
-  EXPECT_TRUE(tells("2 matches"));
+  EXPECT_TRUE(tells("Report: 2 matches"));
+}
+
+TEST_F(MainInterface, SearchesAllPartsOneAfterTheOtherByKeys) {
+  show();
+  outline().setFocus();
+  choose("actionFind");
+  find<QLineEdit>("text").setText(QStringLiteral("2018-"));
+  click("allParts");
+  const auto tells = [this](const char* outcome) {
+    return QTest::qWaitFor([&] {
+      return find<QLabel>("outcome").text() == QLatin1String(outcome) + QStringLiteral(", 4 in all parts");
+    });
+  };
+  EXPECT_TRUE(tells("Install history: 1 of 2"));
+  const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&find<QLineEdit>("text"), key, modifiers);
+  };
+  press(Qt::Key_F3);
+  EXPECT_TRUE(tells("Install history: 2 of 2"));
+  press(Qt::Key_F3);
+  EXPECT_TRUE(tells("Receipts: 1 of 1"));
+  EXPECT_EQ(table().currentIndex().row(), 1);
+  press(Qt::Key_G, Qt::ControlModifier);
+  EXPECT_TRUE(tells("Report: 1 of 1"));
+  press(Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_TRUE(tells("Receipts: 1 of 1"));
+  press(Qt::Key_G, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_TRUE(tells("Install history: 2 of 2"));
 }
 
 TEST_F(MainInterface, KeepsTheFirstLineOfTheReportThatIsInViewWhereItStillIsInTheText) {
