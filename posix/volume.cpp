@@ -1,5 +1,7 @@
 #include "posix/volume.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -79,10 +81,8 @@ Result<std::string, VolumeError> Volume::valueForFolders(const std::vector<std::
 
 std::string Volume::resolve(const std::string& macPath) const {
   if (roots_.size() > 1) {  // else nothing is to be chosen, and the file system isn't asked
-    for (const std::string& root : roots_) {
-      std::error_code unknown;
-      if (std::string path = root + macPath; std::filesystem::exists(path, unknown)) return path;
-    }
+    for (const std::string& root : roots_)
+      if (std::string path = root + macPath; access(path.c_str(), F_OK) == 0) return path;
   }
   return roots_.front() + macPath;
 }

@@ -223,6 +223,23 @@ class OpenVolume(Volumes):
         self.assertEqual(program.receipts(), expectation.receipts(options.sample))
         self.assert_leaves_well(program)
 
+    def test_lets_the_window_close_behind_the_choice_and_behind_a_message(self):
+        program = self.start(options.sample)
+        program.keys("ctrl+o")
+        self.assertTrue(program.dialog())
+        self.assert_leaves_well(program)
+
+        gone = self.new_folder() / "gone"
+        gone.mkdir()
+        program = self.start(options.sample)
+        program.keys("ctrl+o")
+        dialog = program.dialog()
+        self.choose_folder(program, dialog, gone)
+        gone.rmdir()
+        dialog.one("push button", "Open").press()
+        self.assertTrue(program.alert())
+        self.assert_leaves_well(program)
+
 
 if __name__ == "__main__":
     main()
