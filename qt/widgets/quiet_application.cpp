@@ -1,5 +1,7 @@
 #include "qt/widgets/quiet_application.h"
 
+#include <QDir>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <clocale>
 
@@ -21,6 +23,12 @@ std::unique_ptr<QApplication> makeApplication(int& argc, char** argv) {
     qunsetenv("TMPDIR");
   else
     qputenv("TMPDIR", temporaryFolder);
+  // On Wayland desktops find the icon by this name, where the program is installed. On X11 they are given it.
+  QApplication::setDesktopFileName(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER));
+  QIcon icon;
+  const QDir sizes(QStringLiteral(":/icon"));
+  for (const QString& file : sizes.entryList()) icon.addFile(sizes.filePath(file));
+  QApplication::setWindowIcon(icon);
   return application;
 #endif
 }

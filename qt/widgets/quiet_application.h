@@ -6,7 +6,8 @@
 
 namespace pelmarix::qt {
 
-/// It has nothing to say on the terminal, and leaves no file behind. `argc` has to outlive it.
+/// It has the program's icon, nothing to say on the terminal, and leaves no file behind. `argc` has to
+/// outlive it.
 std::unique_ptr<QApplication> makeApplication(int& argc, char** argv);
 
 }  // namespace pelmarix::qt

@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QIcon>
 #include <QSettings>
 #include <algorithm>
 #include <cstdlib>
@@ -32,9 +31,6 @@ void platform::applicationMain(int argc, char** argv) {
   int nameAlone = std::min(argc, 1);  // Qt would take options
   const std::unique_ptr<QApplication> qtApplication = qt::makeApplication(nameAlone, argv);
   QApplication::setApplicationName(QStringLiteral("Pelmarix"));
-  // Desktops find the program's entry by this name, and its icon: where it isn't installed, it has none.
-  QApplication::setDesktopFileName(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER));
-  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(PELMARIX_BUNDLE_IDENTIFIER)));
   // The program ends by Application::terminate: an alert before the main window must not be taken for the
   // last window.
   QApplication::setQuitOnLastWindowClosed(false);

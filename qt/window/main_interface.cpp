@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QScopeGuard>
 #include <concepts>
 #include <new>
@@ -10,11 +9,10 @@
 #include <utility>
 
 #include "platform/alert.h"
-#include "platform/bundle.h"
 #include "platform/file_manager.h"
 #include "platform/task.h"
-#include "qt/services/text_conversion.h"
 #include "qt/widgets/sentence_box.h"
+#include "qt/window/about_box.h"
 #include "qt/window/file_save_panel.h"
 #include "ui_main_window.h"
 
@@ -54,28 +52,6 @@ bool hasSelection(const QLineEdit& line) { return line.hasSelectedText(); }
 bool isEmpty(const QAbstractItemView& list) { return list.model()->rowCount() == 0; }
 bool isEmpty(const PlainTextView& text) { return text.text()->empty(); }
 bool isEmpty(const QLineEdit& line) { return line.text().isEmpty(); }
-
-// Empty when the bundle doesn't tell.
-QString version() {
-  const platform::InfoDictionary info =
-      platform::Bundle::mainBundle().infoDictionary().value_or(platform::InfoDictionary());
-  const auto found = info.find("CFBundleShortVersionString");
-  const auto* text = found == info.end() ? nullptr : std::any_cast<std::string>(&found->second);
-  return text == nullptr ? QString() : toQString(*text);
-}
-
-void showAbout(QWidget* window) {
-  auto* box = new QMessageBox(window);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setWindowTitle(QObject::tr("About Pelmarix"));
-  box->setTextFormat(Qt::PlainText);
-  box->setText(QStringLiteral("Pelmarix ") + version());
-  box->setInformativeText(
-      QObject::tr("Tells what has been installed on a Mac.\n\n"
-                  "Copyright © 2026 The Pelmarix authors\n"
-                  "Free software under the MIT License"));
-  box->open();
-}
 
 }  // namespace
 
@@ -183,7 +159,7 @@ void MainInterface::connectMenus(AppDelegate& delegate) {
   on(ui_->actionExport, &QAction::triggered, [this] { exportLists(); });
   on(ui_->actionSupport, &QAction::triggered, [&delegate] { delegate.openSupport(nullptr); });
   on(ui_->actionSystemUpdates, &QAction::triggered, [&delegate] { delegate.openUpdates(nullptr); });
-  on(ui_->actionAbout, &QAction::triggered, [this] { showAbout(&window_); });
+  on(ui_->actionAbout, &QAction::triggered, [this, &delegate] { showAbout(window_, delegate); });
 }
 
 void MainInterface::connectVolumes() {

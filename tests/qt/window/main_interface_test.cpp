@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QClipboard>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -417,16 +418,34 @@ TEST_F(MainInterface, HasAMenuItemThatTellsOfTheUpdateCheck) {
   EXPECT_TRUE(find<QAction>("actionUpdateCheck").isChecked());
 }
 
-TEST_F(MainInterface, TellsItsVersionAndItsLicense) {
+TEST_F(MainInterface, TellsItsVersionItsLicenseAndItsPageBesideItsIcon) {
   bundle.info = platform::InfoDictionary{{"CFBundleShortVersionString", std::string("1.2")}};
   show();
+  QPixmap drawing(16, 16);
+  drawing.fill(Qt::red);
+  window().setWindowIcon(drawing);
   choose("actionAbout");
-  auto* box = window().findChild<QMessageBox*>();
+  auto* box = window().findChild<QDialog*>(QStringLiteral("AboutBox"));
   ASSERT_NE(box, nullptr);
   EXPECT_TRUE(box->isVisible());
-  EXPECT_EQ(box->text(), QStringLiteral("Pelmarix 1.2"));
-  EXPECT_TRUE(box->informativeText().contains(QStringLiteral("MIT License")));
-  box->close();
+  box->activateWindow();
+  QApplication::processEvents();
+  EXPECT_EQ(find<QLabel>("name").text(), QStringLiteral("Pelmarix 1.2"));
+  EXPECT_TRUE(find<QLabel>("license").text().contains(QStringLiteral("MIT License")));
+  EXPECT_EQ(find<QLabel>("icon").pixmap().toImage().pixelColor(8, 8), QColor(Qt::red));
+  QPushButton* const close = find<QDialogButtonBox>("buttons").button(QDialogButtonBox::Close);
+  EXPECT_TRUE(close->hasFocus());
+  QTest::keyClick(close, Qt::Key_Tab);
+  auto& link = find<QLabel>("link");
+  ASSERT_TRUE(link.hasFocus());
+  QTest::keyClick(&link, Qt::Key_Tab);  // within it, to the address
+  EXPECT_THAT(workspace.opened, IsEmpty());
+  QTest::keyClick(&link, Qt::Key_Return);
+  EXPECT_THAT(workspace.opened, ElementsAre(supportPageAddress));
+  EXPECT_TRUE(link.text().contains(QLatin1String(supportPageAddress)));
+  QTest::keyClick(box, Qt::Key_Escape);
+  finishClosing();
+  EXPECT_EQ(window().findChild<QDialog*>(), nullptr);
 }
 
 TEST_F(MainInterface, GivesEveryMenuItemAnExplicitRoleAndNoShortcutTwice) {
