@@ -71,7 +71,7 @@ Result<std::string, VolumeError> Volume::valueForFolders(const std::vector<std::
   std::string value;
   for (const std::string& folder : folders) {
     if (const std::string hindrance = hindranceOf(folder); !hindrance.empty())
-      return VolumeError{folder + hindrance};
+      return VolumeError{(folder.empty() ? "The empty path" : folder) + hindrance};
     if (folders.size() > 1 && folder.find(':') != std::string::npos)
       return VolumeError{folder + " has a colon in its path. It can only be opened alone."};
     value += (value.empty() ? "" : ":") + folder;

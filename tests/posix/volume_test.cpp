@@ -151,7 +151,7 @@ TEST_F(VolumeOfTwoFolders, IsNamedByTheirPathsWithAColonBetween) {
 TEST_F(VolumeOfTwoFolders, IsNotWhatOnlyOneOfThemIs) {
   const std::string file = folder.addFile("disk.dmg");
   EXPECT_EQ(valueFor({system, folder / "gone"}), folder / "gone" + " doesn't exist.");
-  EXPECT_EQ(valueFor({"", system}), " doesn't exist.");
+  EXPECT_EQ(valueFor({"", system}), "The empty path doesn't exist.");
   EXPECT_EQ(valueFor({file, data}),
             file +
                 " is a file. If it is the image of a disk, mount it and open the folder "
