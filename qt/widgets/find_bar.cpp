@@ -119,7 +119,7 @@ void FindBar::countMatches() {
     outcome += tr("%1 of %2").arg(selected).arg(matches);
   else
     outcome += matches == 1 ? tr("1 match") : tr("%1 matches").arg(matches);
-  if (isAllSearched()) outcome += tr(", %1 in all parts").arg(all);
+  if (isAllSearched()) outcome += tr(", %1 in all").arg(all);
   setOutcome(outcome);
 }
 

@@ -110,7 +110,7 @@ class Text(WindowTestCase):
         program.keys("alt+a")
 
         def outcome():
-            return next((label.name for label in program.window.find("label") if "in all parts" in label.name), "")
+            return next((label.name for label in program.window.find("label") if " in all" in label.name), "")
 
         def goes_on_to(part, keys):
             before = outcome()
