@@ -24,7 +24,9 @@ QStringList toQStrings(const std::vector<std::string>& texts) {
 
 // The Mac's own panel judges names itself. Qt's takes quotes for marks around each of several names, and
 // doesn't answer to a name that no file can have: here what is typed becomes a path, and where there can't be
-// such a file the one who writes it is told.
+// such a file the one who writes it is told. The panels of Linux desktops that Qt 6.4 can show, GTK's and the
+// portal's, don't know which type a name gets, and ask about replacing another file than the one that is
+// written.
 class FileSavePanel::Dialog final : public QFileDialog {
  public:
   explicit Dialog(QWidget* parent) : QFileDialog(parent) {
