@@ -4,6 +4,7 @@
 
 #include "platform/alert.h"
 #include "platform/file_manager.h"
+#include "platform/services.h"
 
 namespace pelmarix::platform {
 
@@ -24,7 +25,10 @@ void writeToChosenFile(const SavePanel& panel, const std::vector<std::string_vie
   const std::optional<std::string> path = panel.path();
   if (!path) return;
   const auto written = FileManager::defaultManager().writeFile(*path, parts);
-  if (!written) showErrorAlert(lastActionErrorMessage, written.error().message());
+  if (written)
+    tellSaved(*path);
+  else
+    showErrorAlert(lastActionErrorMessage, written.error().message());
 }
 
 }  // namespace pelmarix::platform

@@ -41,7 +41,8 @@ class SavePanel {
 };
 
 /// Shows a panel that may make folders and writes `parts`, one after the other, into the file that the user
-/// chooses, of one of the types. A failure gives one error alert.
+/// chooses, of one of the types. The user is told of success by Services::tellSaved, of a failure by one
+/// error alert.
 void saveThroughPanel(const std::vector<std::string>& types, std::vector<SharedText> parts);
 
 /// The second half of that, for a panel that ended with its OK button.

@@ -51,6 +51,7 @@ std::unique_ptr<Task> Task::make() { return call(services().makeTask); }
 Date currentDate() { return call(services().currentDate); }
 std::string composedForm(std::string_view text) { return call(services().composedForm, text); }
 bool isValidAddress(const std::string& text) { return call(services().isValidAddress, text); }
+void tellSaved(const std::string& path) { call(services().tellSaved, path); }
 void dispatchAsyncToMainQueue(std::function<void()> block) {
   call(services().dispatchAsyncToMainQueue, std::move(block));
 }

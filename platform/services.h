@@ -47,6 +47,8 @@ struct Services {
   /// True when the text keeps to the generic syntax of RFC 3986, as the platform's own parser reads it, so
   /// that what is taken for an address here is one everywhere. An address need not have a scheme.
   std::function<bool(const std::string&)> isValidAddress;
+  /// Tells the user that a file has been written where the user chose.
+  std::function<void(const std::string& path)> tellSaved;
   /// Runs a block on the main thread, after what runs there now. Callable from any thread.
   std::function<void(std::function<void()>)> dispatchAsyncToMainQueue;
 };
@@ -60,6 +62,8 @@ Date currentDate();
 std::string composedForm(std::string_view text);
 
 bool isValidAddress(const std::string& text);
+
+void tellSaved(const std::string& path);
 
 void dispatchAsyncToMainQueue(std::function<void()> block);
 

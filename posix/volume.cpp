@@ -79,6 +79,12 @@ Result<std::string, VolumeError> Volume::valueForFolders(const std::vector<std::
   return value;
 }
 
+std::vector<std::string> Volume::folders() const {
+  std::vector<std::string> folders = roots_;
+  std::replace(folders.begin(), folders.end(), std::string(), std::string("/"));
+  return folders;
+}
+
 std::string Volume::resolve(const std::string& macPath) const {
   if (roots_.size() > 1) {  // else nothing is to be chosen, and the file system isn't asked
     for (const std::string& root : roots_)

@@ -39,6 +39,9 @@ class Volume {
   /// True when a folder was named, be it "/": what the machine says of itself is not said of the Mac.
   bool isNamed() const { return isNamed_; }
 
+  /// The folders, as they are on this machine.
+  std::vector<std::string> folders() const;
+
   /// Where the Mac's absolute path leads on this machine, as bytes: below the first folder that has something
   /// there, else below the first.
   std::string resolve(const std::string& macPath) const;

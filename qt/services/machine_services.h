@@ -22,6 +22,7 @@ class MachineServices {
   /// Points into this object, whose owner adds what is missing and installs it.
   platform::Services& services() { return services_; }
   MainQueue& mainQueue() { return mainQueue_; }
+  const posix::Volume& volume() const { return volume_; }
 
  private:
   PropertyListBundle bundle_;

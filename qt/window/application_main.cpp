@@ -41,7 +41,7 @@ void platform::applicationMain(int argc, char** argv) {
   AppDelegate delegate;  // outlives whatever may still call it
   qt::MachineServices machine;
   qt::NetworkSession session;
-  qt::MainInterface interface(delegate);
+  qt::MainInterface interface(delegate, machine.volume());
   qt::ApplicationAdapter application(interface.helpMenu());
 
   platform::Services& services = machine.services();
@@ -54,6 +54,7 @@ void platform::applicationMain(int argc, char** argv) {
   services.makeSavePanel = [&] {
     return std::make_shared<qt::FileSavePanel>(windowInFront(interface.window()));
   };
+  services.tellSaved = [&](const std::string& path) { interface.tellSaved(path); };
   platform::installServices(&services);
 
 #ifndef Q_OS_MACOS

@@ -55,7 +55,8 @@ bool isEmpty(const QLineEdit& line) { return line.text().isEmpty(); }
 
 }  // namespace
 
-MainInterface::MainInterface(AppDelegate& delegate) : ui_(std::make_unique<Ui::MainWindow>()) {
+MainInterface::MainInterface(AppDelegate& delegate, const posix::Volume& volume)
+    : volume_(volume), ui_(std::make_unique<Ui::MainWindow>()) {
   ui_->setupUi(&window_);
   // A screen reader goes through the parts of a widget in the order of its children, of which a splitter puts
   // each new one in front.
@@ -72,6 +73,8 @@ MainInterface::MainInterface(AppDelegate& delegate) : ui_(std::make_unique<Ui::M
 MainInterface::~MainInterface() = default;
 
 QMenu& MainInterface::helpMenu() { return *ui_->helpMenu; }
+
+void MainInterface::tellSaved(const std::string& path) { ui_->statusBar->tellSaved(path); }
 
 void MainInterface::connectOutlets() {
   const QString date = QStringLiteral("0000-00-00 00:00:00 +0000");
@@ -218,6 +221,7 @@ void MainInterface::show() {
   ui_->outline->setFocus();
   window_.show();
   controller_.viewDidAppear();
+  ui_->statusBar->tellOf(volume_.folders(), *ui_->outline, *ui_->receiptsTable);
   outline_->revealLastGroup();
 }
 

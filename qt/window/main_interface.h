@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "app/app_delegate.h"
+#include "posix/volume.h"
 #include "qt/widgets/check_box_adapter.h"
 #include "qt/widgets/outline_adapter.h"
 #include "qt/widgets/table_adapter.h"
@@ -24,8 +25,8 @@ namespace pelmarix::qt {
 class MainInterface final {
  public:
   /// Creates the window with its controller and connects outlets, actions, data sources, the segue to the
-  /// sheet, and the Help menu's items to `delegate`, which outlives the interface.
-  explicit MainInterface(AppDelegate& delegate);
+  /// sheet, and the Help menu's items to `delegate`. `volume` is what is shown. Both outlive the interface.
+  MainInterface(AppDelegate& delegate, const posix::Volume& volume);
   ~MainInterface();
   MainInterface(const MainInterface&) = delete;
   MainInterface& operator=(const MainInterface&) = delete;
@@ -35,6 +36,7 @@ class MainInterface final {
 
   MainWindow& window() { return window_; }
   QMenu& helpMenu();
+  void tellSaved(const std::string& path);
 
  private:
   void connectOutlets();
@@ -56,6 +58,7 @@ class MainInterface final {
   void showBillOfMaterials();
   void changeFontSize(int steps);
 
+  const posix::Volume& volume_;
   MainWindow window_;
   std::unique_ptr<Ui::MainWindow> ui_;
   ui::ViewController controller_;

@@ -52,6 +52,7 @@ class TestServices {
   TestServices() {
     services.userDefaults = &userDefaults;
     services.isValidAddress = [](const std::string& text) { return text.find(' ') == std::string::npos; };
+    services.tellSaved = [this](const std::string& path) { savedFiles.push_back(path); };
     services.makeAlert = [this] { return std::make_unique<RecordingAlert>(*this); };
     previous_ = platform::installServices(&services);
   }
@@ -63,6 +64,8 @@ class TestServices {
   MemoryUserDefaults userDefaults;
   /// Every alert shown, in order.
   std::vector<ShownAlert> alerts;
+  /// The files that the user was told of, in order.
+  std::vector<std::string> savedFiles;
   /// The user's answer to an alert; called while it is up.
   std::function<int(const ShownAlert&)> answer = [](const ShownAlert&) {
     return platform::alertFirstButtonReturn;

@@ -70,6 +70,7 @@ class MainInterface : public testing::Test {
     platform.currentDate = [] { return Date{575287872}; };
     platform.composedForm = [](std::string_view text) { return std::string(text); };
     platform.isValidAddress = qt::isValidAddress;
+    platform.tellSaved = [this](const std::string& path) { interface->tellSaved(path); };
     platform.makeSavePanel = [this] { return savePanels.emplace_back(std::make_shared<PlainSavePanel>()); };
     setHistory({{"macOS Mojave", "10.14", "", "2018-09-25T08:00:00Z"},
                 {"Core Suggestions", "5", "config-data", "2018-10-01T08:00:00Z"},
@@ -90,7 +91,7 @@ class MainInterface : public testing::Test {
 
   /// What the services have at this moment is loaded.
   void show() {
-    interface = std::make_unique<qt::MainInterface>(delegate);
+    interface = std::make_unique<qt::MainInterface>(delegate, volume);
     interface->show();
     window().activateWindow();
     QApplication::processEvents();
@@ -129,6 +130,7 @@ class MainInterface : public testing::Test {
   InstantLister lister{services.services};
   std::vector<std::shared_ptr<PlainSavePanel>> savePanels;
   AppDelegate delegate;
+  posix::Volume volume;
   std::unique_ptr<qt::MainInterface> interface;
 };
 
