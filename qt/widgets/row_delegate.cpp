@@ -133,7 +133,7 @@ QString RowDelegate::elided(const QStyleOptionViewItem& cell, int width) const {
   const QString sought = visible(marked_);
   const qsizetype match = indexOfIgnoringCase(cell.text, sought);
   for (const Qt::TextElideMode mode : {cell.textElideMode, Qt::ElideLeft}) {
-    const QString text = cell.fontMetrics.elidedText(cell.text, mode, width);
+    QString text = cell.fontMetrics.elidedText(cell.text, mode, width);
     if (match < 0 || indexOfIgnoringCase(text, sought) >= 0) return text;
   }
   qsizetype begin = std::max<qsizetype>(match - lettersBefore, 0);
