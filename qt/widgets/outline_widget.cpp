@@ -1,5 +1,7 @@
 #include "qt/widgets/outline_widget.h"
 
+#include "qt/widgets/palette_colors.h"
+
 namespace pelmarix::qt {
 
 OutlineWidget::OutlineWidget(QWidget* parent) : QTreeView(parent), RowsView(*this, *header()) {
@@ -64,6 +66,16 @@ void OutlineWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 void OutlineWidget::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
   paintPlaceholder();
+}
+
+void OutlineWidget::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  fitNames();
+}
+
+void OutlineWidget::initViewItemOption(QStyleOptionViewItem* option) const {
+  QTreeView::initViewItemOption(option);
+  if (!hasFocus()) option->palette = withoutFocus(option->palette);
 }
 
 void OutlineWidget::changeEvent(QEvent* event) {

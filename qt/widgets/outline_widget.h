@@ -29,6 +29,7 @@ class OutlineWidget final : public QTreeView, public RowsView {
 
  protected:
   bool isOpen(const QModelIndex& row) const override { return isExpanded(row); }
+  int indentationOfNames() const override { return 2 * indentation(); }
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -36,6 +37,8 @@ class OutlineWidget final : public QTreeView, public RowsView {
   void contextMenuEvent(QContextMenuEvent* event) override { openContextMenu(*event); }
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void initViewItemOption(QStyleOptionViewItem* option) const override;
 
  private:
   // By which Qt's outline would open a group.

@@ -5,12 +5,19 @@
 
 namespace pelmarix::qt {
 
-/// Of what marks a match of a search: a tint of the colour of selections that leaves text readable on either
-/// side of it, light or dark.
-inline QColor matchMarkColor(const QPalette& palette) {
+/// A tint of the colour of selections that leaves text readable on either side of it, light or dark: of what
+/// marks a match of a search, and of a selection that the keyboard isn't at.
+inline QColor tintOfHighlight(const QPalette& palette) {
   QColor color = palette.color(QPalette::Highlight);
   color.setAlphaF(0.35F);
   return color;
+}
+
+/// The same palette for what hasn't the keyboard: a selection is duller.
+inline QPalette withoutFocus(QPalette palette) {
+  palette.setColor(QPalette::Highlight, tintOfHighlight(palette));
+  palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
+  return palette;
 }
 
 /// Of what stands where there is nothing yet. Not the palette's own, which on some desktops is dark on dark.

@@ -143,7 +143,7 @@ MatchCount PlainTextView::countMatches(const QString& text) const {
 std::vector<TextPane::Highlight> PlainTextView::highlightsIn(TextRange range) const {
   std::vector<Highlight> highlights;
   QTextCharFormat mark;
-  mark.setBackground(matchMarkColor(palette()));
+  mark.setBackground(tintOfHighlight(palette()));
   // A match may begin before the range and end after it.
   const std::size_t reach = marked_.longestMatch();
   TextRange where{range.begin - std::min(reach, range.begin), range.end};
@@ -151,10 +151,10 @@ std::vector<TextPane::Highlight> PlainTextView::highlightsIn(TextRange range) co
     highlights.push_back({*match, mark});
     where.begin = match->end;
   }
-  const QPalette::ColorGroup group = hasFocus() ? QPalette::Active : QPalette::Inactive;
+  const QPalette colors = hasFocus() ? palette() : withoutFocus(palette());
   QTextCharFormat selected;
-  selected.setBackground(palette().brush(group, QPalette::Highlight));
-  selected.setForeground(palette().brush(group, QPalette::HighlightedText));
+  selected.setBackground(colors.highlight());
+  selected.setForeground(colors.highlightedText());
   highlights.push_back({selection(), selected});
   return highlights;
 }

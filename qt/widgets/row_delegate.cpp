@@ -122,7 +122,7 @@ void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell,
   if (isSelected)
     mark.setProperty(QTextFormat::OutlinePen, QPen(textColor));
   else
-    mark.setBackground(matchMarkColor(cell.palette));
+    mark.setBackground(tintOfHighlight(cell.palette));
   const QPointF place(rect.left(), rect.top() + (rect.height() - line.height()) / 2);
   layout.draw(&painter, place, matches(layout.text(), mark));
 }

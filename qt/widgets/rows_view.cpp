@@ -67,6 +67,8 @@ RowsView::RowsView(QAbstractItemView& view, QHeaderView& header)
   view_.setDragEnabled(true);
   view_.setDragDropMode(QAbstractItemView::DragOnly);
   view_.setTabKeyNavigation(false);
+  view_.setTextElideMode(Qt::ElideMiddle);  // names of one maker begin alike
+  view_.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   header_.setHighlightSections(false);
   header_.setStretchLastSection(false);
   header_.setSectionsMovable(false);
@@ -78,17 +80,40 @@ void RowsView::setColumns(const std::vector<ColumnDescription>& columns) {
   const auto name = std::find_if(columns.begin(), columns.end(),
                                  [](const ColumnDescription& column) { return column.usualText.isEmpty(); });
   nameColumn_ = static_cast<int>(name - columns.begin());
-  header_.setSectionResizeMode(nameColumn_, QHeaderView::Stretch);
   fitColumns();
 }
 
-void RowsView::fitColumns() {
+int RowsView::widthForText(const QString& text) const {
   const int margin = view_.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view_) + 1;
-  for (int column = 0; column < std::ssize(columns_); ++column) {
-    const QString& text = columns_[static_cast<std::size_t>(column)].usualText;
-    if (!text.isEmpty())
-      header_.resizeSection(column, view_.fontMetrics().horizontalAdvance(text) + 4 * margin);
+  return view_.fontMetrics().horizontalAdvance(text) + 4 * margin;
+}
+
+int RowsView::usualWidth(int column) const {
+  return widthForText(columns_[static_cast<std::size_t>(column)].usualText);
+}
+
+void RowsView::fitColumns() {
+  for (int column = 0; column < std::ssize(columns_); ++column)
+    if (column != nameColumn_) header_.resizeSection(column, usualWidth(column));
+  fitNames();
+}
+
+void RowsView::fitNames() {
+  const auto widthForCharacters = [this](int count) {
+    return widthForText(QString(count, QLatin1Char('0'))) + indentationOfNames();
+  };
+  const int least = widthForCharacters(22);
+  const int usual = widthForCharacters(48);
+  const int last = static_cast<int>(std::ssize(columns_)) - 1;
+  int room = view_.viewport()->width();
+  for (int column = 0; column <= last; ++column) {
+    if (column == nameColumn_) continue;
+    room -= column == last ? usualWidth(column) : header_.sectionSize(column);
   }
+  int width = nameColumn_ == last ? room : std::min(room, std::max(usual, room / 2));
+  if (room < least) width = std::max(std::min(usual, view_.viewport()->width()), least);
+  header_.resizeSection(nameColumn_, width);
+  if (nameColumn_ != last) header_.resizeSection(last, usualWidth(last) + std::max(room - width, 0));
 }
 
 QModelIndexList RowsView::selectedRows() const {

@@ -38,6 +38,8 @@ class RowsView : public Searchable {
 
   /// True for a row that shows those below it.
   virtual bool isOpen(const QModelIndex& row) const = 0;
+  /// How far from the left edge of its column the name of a row begins that is below another.
+  virtual int indentationOfNames() const { return 0; }
 
   /// True when no key that changes its meaning is held down with it.
   static bool isAlone(const QKeyEvent& key) {
@@ -55,11 +57,18 @@ class RowsView : public Searchable {
   /// Opens a menu of the widget's actions.
   void openContextMenu(const QContextMenuEvent& event);
 
-  /// Gives the columns the widths of their usual texts, in the view's font and style.
+  /// Gives the columns the widths of their usual texts, in the view's font and style, and fits that of names.
   void fitColumns();
+  /// Gives the column of names what room there is in the view; where others stand behind it, not so much that
+  /// they are far from the names. With so little room that a name couldn't be told by its two ends, it gets
+  /// what names take, and the view scrolls sideways. To be called when the view's size has changed.
+  void fitNames();
   void paintPlaceholder();
 
  private:
+  int usualWidth(int column) const;
+  // Of a cell, in which there are some pixels left and right of its text.
+  int widthForText(const QString& text) const;
   QModelIndexList selectedRows() const;
   void openContextMenu(QPoint place);
   void openContextMenuAtCurrentRow();

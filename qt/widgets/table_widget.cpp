@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "qt/widgets/palette_colors.h"
+
 namespace pelmarix::qt {
 
 TableWidget::TableWidget(QWidget* parent) : QTableView(parent), RowsView(*this, *horizontalHeader()) {
@@ -47,6 +49,16 @@ void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 void TableWidget::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
   paintPlaceholder();
+}
+
+void TableWidget::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  fitNames();
+}
+
+void TableWidget::initViewItemOption(QStyleOptionViewItem* option) const {
+  QTableView::initViewItemOption(option);
+  if (!hasFocus()) option->palette = withoutFocus(option->palette);
 }
 
 void TableWidget::changeEvent(QEvent* event) {

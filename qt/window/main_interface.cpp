@@ -63,6 +63,8 @@ MainInterface::MainInterface(AppDelegate& delegate, const posix::Volume& volume)
   for (QSplitter* splitter : {ui_->listSplitter, ui_->mainSplitter})
     for (int part = splitter->count() - 1; part >= 0; --part) splitter->widget(part)->lower();
   ui_->menuBar->lower();
+  // The lists stand in line, though a button is above one of them only.
+  ui_->historyHeading->setMinimumHeight(ui_->showBillOfMaterials->sizeHint().height());
   connectOutlets();
   connectControls();
   connectMenus(delegate);
@@ -81,7 +83,7 @@ void MainInterface::connectOutlets() {
   const std::vector<ColumnDescription> historyColumns{
       {"NameColumn", QObject::tr("Name"), {"NameCell", "NameItemCell"}, {}},
       {"DateColumn", QObject::tr("Date"), {"DateCell"}, date},
-      {"VersionColumn", QObject::tr("Version"), {"VersionCell"}, QStringLiteral("0000.0.0.00")},
+      {"VersionColumn", QObject::tr("Version"), {"VersionCell"}, QStringLiteral("000.0.0.00")},
   };
   const std::vector<ColumnDescription> receiptColumns{
       {"DateColumn", QObject::tr("Date"), {"DateCell"}, date},

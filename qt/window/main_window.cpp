@@ -9,11 +9,11 @@
 namespace pelmarix::qt {
 namespace {
 
-// Room for two lists side by side and some lines of the report, in the size of the letters; never more than
-// the screen has.
+// Room for two lists side by side with their names whole, and for some lines of the report, in the size of
+// the letters; never more than the screen has.
 platform::Rect initialContentRect(const QWidget& widget) {
   const QFontMetrics metrics = widget.fontMetrics();
-  const QSize wanted(metrics.averageCharWidth() * 150, metrics.lineSpacing() * 46);
+  const QSize wanted(metrics.averageCharWidth() * 196, metrics.lineSpacing() * 48);
   const QSize screen = widget.screen()->availableSize() * 9 / 10;
   const QSize size = wanted.boundedTo(screen);
   return {0, 0, static_cast<double>(size.width()), static_cast<double>(size.height())};

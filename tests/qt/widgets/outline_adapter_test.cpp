@@ -46,6 +46,37 @@ TEST_F(OutlineAdapter, TellsTheActionWhichItemWasDoubleClicked) {
   EXPECT_EQ(outline.itemAtClickedRow(), nullptr);
 }
 
+TEST_F(OutlineAdapter, HasTheDatesNearTheNamesInAWideWindow) {
+  const int dates = widget.columnWidth(1);
+  widget.resize(1600, 400);
+  QApplication::processEvents();
+  const QString longName = QStringLiteral("Incompatible Kernel Extension Configuration Data");
+  EXPECT_GE(widget.columnWidth(0),
+            widget.visualRect(entry(0, 0)).left() + widget.fontMetrics().horizontalAdvance(longName));
+  EXPECT_LT(widget.columnWidth(0), 800);
+  EXPECT_EQ(widget.columnWidth(1), dates);
+  EXPECT_EQ(widget.columnWidth(0) + dates + widget.columnWidth(2), widget.viewport()->width());
+}
+
+TEST_F(OutlineAdapter, CutsNamesAndThenScrollsSidewaysWhereThereIsLittleRoom) {
+  const auto charactersWidth = [this](int count) {
+    return widget.fontMetrics().horizontalAdvance(QString(count, QLatin1Char('0')));
+  };
+  const auto resizeForNames = [&](int width) {
+    const int others =
+        widget.columnWidth(1) + widget.fontMetrics().horizontalAdvance(QStringLiteral("something else "));
+    widget.resize(others + width + 2 * widget.frameWidth(), 400);
+    QApplication::processEvents();
+  };
+  resizeForNames(charactersWidth(35));
+  EXPECT_GE(widget.columnWidth(0), charactersWidth(30));
+  EXPECT_LE(widget.columnWidth(0), charactersWidth(35));
+  EXPECT_EQ(widget.horizontalScrollBar()->maximum(), 0);
+  resizeForNames(charactersWidth(15));
+  EXPECT_GE(widget.columnWidth(0) - widget.visualRect(entry(0, 0)).left(), charactersWidth(22));
+  EXPECT_GT(widget.horizontalScrollBar()->maximum(), 0);
+}
+
 TEST_F(OutlineAdapter, GoesToItsEndsAndByPages) {
   tree.groups.clear();
   for (int i = 0; i < 10; ++i) tree.addGroup("Group", std::vector<std::string>(20, "Entry"));

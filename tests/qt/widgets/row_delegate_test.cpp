@@ -114,7 +114,7 @@ TEST_F(DrawnOutline, MarksMatches) {
 }
 
 TEST_F(DrawnOutline, HasAMatchInViewThatWouldBeCutOff) {
-  const QColor mark = qt::matchMarkColor(widget.palette());
+  const QColor mark = qt::tintOfHighlight(widget.palette());
   const auto marksAre = [&](const char* text) {
     widget.markMatches(QLatin1String(text));
     const QImage image = picture();
@@ -166,7 +166,7 @@ TEST_F(DrawnOutline, MarksMatchesThatHoldAControlOfWritingDirection) {
 
 TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
   mojave->name = "A name that is too long \u202e<b>for</b> its cell";
-  widget.resize(200, 400);
+  for (int column = 0; column < 3; ++column) widget.setColumnWidth(column, 60);
   QApplication::processEvents();
   const QPoint place = widget.visualRect(group(0)).center();
   QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));

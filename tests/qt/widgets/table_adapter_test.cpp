@@ -122,6 +122,56 @@ TEST_F(TableAdapter, AsksForNoCellThatIsNotOnScreen) {
   EXPECT_LE(cellQuestions, 2 * shownRows);
 }
 
+TEST_F(TableAdapter, GivesNamesTheRoomBesideTheDates) {
+  EXPECT_EQ(widget.columnWidth(0) + widget.columnWidth(1), widget.viewport()->width());
+  widget.resize(700, 300);
+  EXPECT_EQ(widget.columnWidth(0) + widget.columnWidth(1), widget.viewport()->width());
+  EXPECT_EQ(widget.horizontalScrollBar()->maximum(), 0);
+  EXPECT_EQ(widget.textElideMode(), Qt::ElideMiddle) << "names of one maker begin alike";
+}
+
+TEST_F(TableAdapter, ScrollsSidewaysWhereNamesWouldBeCutTooShort) {
+  const auto charactersWidth = [this](int count) {
+    return widget.fontMetrics().horizontalAdvance(QString(count, QLatin1Char('0')));
+  };
+  const auto resizeForNames = [&](int width) {
+    widget.resize(widget.columnWidth(0) + width + 2 * widget.frameWidth(), 300);
+    QApplication::processEvents();
+  };
+  resizeForNames(charactersWidth(24));
+  EXPECT_GE(widget.columnWidth(1), charactersWidth(22));
+  EXPECT_EQ(widget.horizontalScrollBar()->maximum(), 0);
+  resizeForNames(charactersWidth(20));
+  EXPECT_GE(widget.columnWidth(1), charactersWidth(22));
+  EXPECT_GT(widget.horizontalScrollBar()->maximum(), 0);
+}
+
+TEST_F(TableAdapter, ShowsASelectionDullerWithoutTheFocus) {
+  QWidget other;
+  other.setFocusPolicy(Qt::StrongFocus);
+  other.show();
+  const auto rowColor = [this] {
+    const QRect row = widget.visualRect(cell(1, 1));
+    return widget.viewport()->grab().toImage().pixelColor(row.right() - 2, row.center().y());
+  };
+  const QColor usual = rowColor();
+  widget.selectRow(1);
+  const auto difference = [&usual](const QColor& color) {
+    return std::abs(color.red() - usual.red()) + std::abs(color.green() - usual.green()) +
+           std::abs(color.blue() - usual.blue());
+  };
+  widget.activateWindow();
+  widget.setFocus();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return widget.hasFocus(); }));
+  const int withFocus = difference(rowColor());
+  other.activateWindow();
+  other.setFocus();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !widget.hasFocus(); }));
+  const int withoutFocus = difference(rowColor());
+  EXPECT_GT(withoutFocus, 20) << "it can still be seen";
+  EXPECT_LT(withoutFocus, withFocus * 2 / 3);
+}
+
 TEST_F(TableAdapter, OpensTheSelectedRowByReturnSpaceAndDoubleClick) {
   const QSignalSpy opened(&widget, &qt::TableWidget::rowOpened);
   QTest::keyClick(&widget, Qt::Key_Return);

@@ -632,6 +632,19 @@ TEST_F(MainInterface, GrowsWithTheLettersOfTheSystem) {
   QApplication::setFont(before);
 }
 
+TEST_F(MainInterface, HasBothListsInLineAndAboutAsWide) {
+  show();
+  window().resize(1200, 700);
+  QApplication::processEvents();
+  const auto place = [](const QWidget& list) { return QRect(list.mapToGlobal(QPoint()), list.size()); };
+  const QRect history = place(outline());
+  const QRect receipts = place(table());
+  EXPECT_EQ(history.top(), receipts.top());
+  EXPECT_EQ(history.bottom(), receipts.bottom());
+  EXPECT_GT(receipts.width(), history.width() * 4 / 5);
+  EXPECT_LT(receipts.width(), history.width() * 5 / 4);
+}
+
 TEST_F(MainInterface, FitsASmallScreen) {
   show();
   window().resize(800, 500);
