@@ -57,7 +57,7 @@ chmod +x "$scratch/shared/pelmarix"
 mkdir -p "$scratch/shared/tmp" build/pictures
 for test in walk pictures; do
   TMPDIR=$scratch/shared/tmp /usr/bin/python3 -B "tests/e2e/${test}_test.py" --program "$scratch/shared/pelmarix" \
-    --lister "$PWD/build/package/bin/lsbom" --sample "$volume" --pictures "$PWD/build/pictures"
+    --lister "$PWD/build/package/bin/lsbom" --sample "$mounted_volume" --pictures "$PWD/build/pictures"
 done
 
 echo "Removed again"

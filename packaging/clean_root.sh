@@ -8,6 +8,7 @@
 . scripts/desktop.sh
 root=$scratch/root
 volume=$scratch/shared/volume  # the same path outside and inside
+mounted_volume="/media/user/Macintosh HD"
 mounts=()
 
 finish() {
@@ -37,10 +38,12 @@ make_clean_root() {
   mounts+=("$root/proc")
 }
 
-# The sample volume of build/package, and a home folder for the user who looks at it.
+# The sample volume of build/package, and a home folder for the user who looks at it. In the clean system the volume has
+# a second path, such as a mounted one has, which is the same each time: the window shows it.
 make_sample() {
   build/package/sample/pelmarix-sample "$volume"
-  mkdir -p "$root$scratch" "$scratch/shared/home/run"
+  mkdir -p "$root$scratch" "$scratch/shared/home/run" "$root/media/user"
+  ln -s "$volume" "$root$mounted_volume"
   chmod -R a+rX "$scratch/shared"
   chown -R nobody "$scratch/shared/home"
   chmod 700 "$scratch/shared/home/run"
