@@ -8,6 +8,12 @@
 #include "ui_find_bar.h"
 
 namespace pelmarix::qt {
+namespace {
+
+// Of a name or a line, to which nobody listens for longer.
+constexpr qsizetype longestTold = 1000;
+
+}  // namespace
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::FindBar>()) {
   ui_->setupUi(this);
@@ -120,13 +126,15 @@ void FindBar::countMatches() {
   else
     outcome += matches == 1 ? tr("1 match") : tr("%1 matches").arg(matches);
   if (isAllSearched()) outcome += tr(", %1 in all").arg(all);
-  setOutcome(outcome);
+  setOutcome(outcome, selected > 0 ? current.searchable->selectedMatchInWords() : QString());
 }
 
-void FindBar::setOutcome(const QString& outcome) {
+void FindBar::setOutcome(const QString& outcome, const QString& found) {
   counting_.stop();
   ui_->outcome->setText(outcome);
   ui_->text->setAccessibleDescription(outcome.isEmpty() ? usualDescription_ : outcome);
+  const QString match = found.isEmpty() ? QString() : found.left(longestTold) + QStringLiteral(". ");
+  if (!outcome.isEmpty()) announcer_.announce(match + outcome);
 }
 
 void FindBar::setPlaceholderColor() {

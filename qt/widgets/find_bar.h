@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "qt/widgets/announcer.h"
 #include "qt/widgets/searchable.h"
 
 namespace Ui {
@@ -58,14 +59,15 @@ class FindBar final : public QWidget {
   QString notFound() const;
   // By the placeholder, and by the marks in the parts that are searched.
   void showScope();
-  // Shows it beside the text, and tells it to a screen reader that is in there.
-  void setOutcome(const QString& outcome);
+  // Shows it beside the text, and tells it to a screen reader, behind what was found.
+  void setOutcome(const QString& outcome, const QString& found = {});
   void setPlaceholderColor();
 
   std::unique_ptr<Ui::FindBar> ui_;
   QString usualDescription_;
   // Matches are counted when the one that was found is on screen.
   QTimer counting_;
+  Announcer announcer_{this};
   std::vector<Part> parts_;
   std::size_t current_ = 0;
 };

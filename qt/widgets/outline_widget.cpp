@@ -34,6 +34,12 @@ void OutlineWidget::setExpandedGroups(int count) {
   emit canCollapseChanged(expandedGroups_ > 0);
 }
 
+void OutlineWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  // Qt's own tells screen readers that the row has the focus, which it hasn't when a search comes to it.
+  if (hasFocus()) return QTreeView::currentChanged(current, previous);
+  QAbstractItemView::currentChanged(current, previous);  // NOLINT(bugprone-parent-virtual-call)
+}
+
 void OutlineWidget::keyPressEvent(QKeyEvent* event) {
   if (takesKey(*event)) return;
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

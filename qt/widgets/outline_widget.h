@@ -30,6 +30,7 @@ class OutlineWidget final : public QTreeView, public RowsView {
  protected:
   bool isOpen(const QModelIndex& row) const override { return isExpanded(row); }
   int indentationOfNames() const override { return 2 * indentation(); }
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;

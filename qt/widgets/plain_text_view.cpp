@@ -138,6 +138,15 @@ MatchCount PlainTextView::countMatches(const QString& text) const {
   return count;
 }
 
+QString PlainTextView::selectedMatchInWords() const {
+  // Of an endless line, what comes from the match on.
+  constexpr std::size_t longestTold = 2000;
+  TextRange told = index().line(index().lineAt(selection().begin));
+  if (selection().begin - told.begin > longestTold / 2) told.begin = selection().begin;
+  told.end = index().placeAt(std::min(told.end, told.begin + longestTold));
+  return toQString(index().part(told));
+}
+
 // What it looks like.
 
 std::vector<TextPane::Highlight> PlainTextView::highlightsIn(TextRange range) const {

@@ -41,6 +41,7 @@ class PlainTextView final : public TextPane, public Searchable {
   void markMatches(const QString& text) override;
   bool selectMatchAhead(const QString& text, SearchStart start, SearchDirection direction) override;
   MatchCount countMatches(const QString& text) const override;
+  QString selectedMatchInWords() const override;
 
  signals:
   /// The user turned the wheel with the control key held: bigger by so many steps, smaller when negative.

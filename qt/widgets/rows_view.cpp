@@ -194,6 +194,13 @@ MatchCount RowsView::countMatches(const QString& text) const {
   return count;
 }
 
+QString RowsView::selectedMatchInWords() const {
+  const QModelIndex firstCell = view_.currentIndex().siblingAtColumn(0);
+  const QString name = firstCell.data().toString().trimmed();
+  const QString description = firstCell.data(Qt::AccessibleDescriptionRole).toString();
+  return description.isEmpty() ? name : name + QStringLiteral(", ") + description;
+}
+
 bool RowsView::isTyping() const {
   return sinceTyped_.isValid() && sinceTyped_.elapsed() <= QApplication::keyboardInputInterval();
 }

@@ -31,6 +31,7 @@ class RowsView : public Searchable {
   void markMatches(const QString& text) override;
   bool selectMatchAhead(const QString& text, SearchStart start, SearchDirection direction) override;
   MatchCount countMatches(const QString& text) const override;
+  QString selectedMatchInWords() const override;
 
  protected:
   /// `view` is the widget itself, `header` that of its columns.

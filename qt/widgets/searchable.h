@@ -34,6 +34,8 @@ class Searchable {
   }
   /// The matches in a text; of a list, the rows that match.
   virtual MatchCount countMatches(const QString& text) const = 0;
+  /// What a screen reader is to say of the match that is selected: of a list its row, of a text its line.
+  virtual QString selectedMatchInWords() const = 0;
 };
 
 }  // namespace pelmarix::qt

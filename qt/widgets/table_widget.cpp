@@ -25,6 +25,12 @@ void TableWidget::fitRows() {
   verticalHeader()->setDefaultSectionSize(RowDelegate::rowHeight(fontMetrics()));
 }
 
+void TableWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  // As in the outline.
+  if (hasFocus()) return QTableView::currentChanged(current, previous);
+  QAbstractItemView::currentChanged(current, previous);  // NOLINT(bugprone-parent-virtual-call)
+}
+
 void TableWidget::keyPressEvent(QKeyEvent* event) {
   if (takesKey(*event)) return;
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -22,6 +22,7 @@ class TableWidget final : public QTableView, public RowsView {
  protected:
   bool isOpen(const QModelIndex& /*row*/) const override { return false; }
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override { openContextMenu(*event); }

@@ -1,6 +1,7 @@
 """What a screen reader tells of the window beyond the names of its parts."""
 
 import expectation
+from accessible import Accessible, Atspi, GLib
 from program import OUTLINE, TABLE
 from waiting import wait_until
 from window_test_case import WindowTestCase, main, options
@@ -60,6 +61,40 @@ class ScreenReader(WindowTestCase):
             [(cell.name, cell.description) for cell in cells[0::2]], expectation.receipts(options.sample)
         )
         self.assertEqual({cell.description for cell in cells[1::2]}, {""})
+        self.assert_leaves_well(program)
+
+    def test_hears_what_was_found_and_that_nothing_was_without_losing_the_focus(self):
+        program, groups = self.program, expectation.history(options.sample)
+        heard = []
+
+        def hear(event):
+            source = Accessible(event.source)
+            heard.append((source.role, source.name))
+
+        listener = Atspi.EventListener.new(hear)
+        listener.register("object:state-changed:showing")
+        listener.register("object:state-changed:focused")
+
+        def wait_to_hear(what):
+            def is_heard():
+                while GLib.MainContext.default().iteration(False):
+                    pass
+                return ("notification", what) in heard
+
+            wait_until(is_heard, lambda: f"{what!r}; there was {heard}")
+
+        program.keys("ctrl+f")
+        field = program.part("text", "Find")
+        wait_until(lambda: field.is_("focused"), "the field of the search")
+        heard.clear()
+        item = next(item for item in groups[0].items if item.kind == expectation.SECURITY_DATA)
+        name, date, version = item.cells
+        program.type(f"{date}")
+        wait_to_hear(f"{name}, security data, {version}, {date}. Install history: 1 of 1")
+        program.type("?")
+        wait_to_hear("Not found in Install history")
+        self.assertNotIn("table cell", {role for role, _ in heard})  # to which the focus would have gone
+        self.assertTrue(field.is_("focused"))
         self.assert_leaves_well(program)
 
     def cells(self, name, role):

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QTest>
+#include <string>
 
 #include "qt/widgets/plain_text_view.h"
 
@@ -119,6 +121,27 @@ TEST_F(FindBarInAWindow, TellsThatNothingWasFoundAlsoToAScreenReader) {
   bar.setPart(other);
   EXPECT_EQ(outcome->text(), QString());
   EXPECT_EQ(line->accessibleDescription(), usualDescription);
+}
+
+TEST_F(FindBarInAWindow, TellsAloudWhatWasFoundAndThatNothingWas) {
+  report.showText(platform::shareText("Mail\nSafari 12\nMail\n" + std::string(1'000'000, 'x') + "Safari 13"));
+  bar.open();
+  QAccessibleInterface& notification = *QAccessible::queryAccessibleInterface(bar.findChild<Announcer*>());
+  EXPECT_EQ(notification.role(), QAccessible::Notification);
+  const auto told = [&](const char* expectedOutcome) {
+    EXPECT_TRUE(QTest::qWaitFor([&] { return outcome->text() == QLatin1String(expectedOutcome); }));
+    return notification.text(QAccessible::Name).toStdString();
+  };
+  QTest::keyClicks(line, QStringLiteral("fari"));
+  EXPECT_EQ(told("Report: 1 of 2"), "Safari 12. Report: 1 of 2");
+  QTest::keyClick(line, Qt::Key_Return);
+  EXPECT_EQ(told("Report: 2 of 2"), "fari 13. Report: 2 of 2");
+  line->setText(QStringLiteral("notes"));
+  EXPECT_EQ(told("Not found in Report"), "Not found in Report");
+  line->setText(QStringLiteral("xxxx"));
+  const std::string endless = told("Report: 1 of 250000");
+  EXPECT_TRUE(endless.starts_with("xxxxx"));
+  EXPECT_LT(endless.size(), 2000U) << "nobody listens for longer";
 }
 
 TEST_F(FindBarInAWindow, CountsTheMatchesAlsoForAScreenReader) {

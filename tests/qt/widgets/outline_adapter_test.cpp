@@ -125,6 +125,12 @@ TEST_F(OutlineAdapter, TellsWhetherThereAreGroupsToExpandAndToCollapse) {
   EXPECT_EQ(told(), std::pair(false, false));
 }
 
+TEST_F(OutlineAdapter, TellsTheRowThatWasFoundWithoutItsIndentation) {
+  widget.selectMatch(QStringLiteral("word"), qt::SearchStart::atSelection, qt::SearchDirection::forward);
+  EXPECT_EQ(widget.selectedMatchInWords().toStdString(),
+            "Word List, What \tWord List is, with the rest of its row");
+}
+
 TEST_F(OutlineAdapter, SendsTheActionWithoutAnItemForADoubleClickBelowTheLastRow) {
   std::vector<platform::Object*> clicked;
   outline.setDoubleAction([&] { clicked.push_back(outline.itemAtClickedRow()); });

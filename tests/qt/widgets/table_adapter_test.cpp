@@ -393,6 +393,11 @@ TEST_F(TableAdapter, FindsTextInAnyColumnAllTheWayRound) {
   EXPECT_EQ(table.selectedRow(), 2);
 }
 
+TEST_F(TableAdapter, TellsTheRowThatWasFound) {
+  widget.selectMatch(QStringLiteral("ail"), qt::SearchStart::atSelection, qt::SearchDirection::forward);
+  EXPECT_EQ(widget.selectedMatchInWords().toStdString(), "today, Mail");
+}
+
 TEST_F(TableAdapter, CountsTheRowsThatHoldATextInAnyColumn) {
   EXPECT_EQ(widget.countMatches(QStringLiteral("MA")).matches, 2U);
   EXPECT_EQ(widget.countMatches(QStringLiteral("a")).matches, 3U);
