@@ -645,6 +645,25 @@ TEST_F(MainInterface, HasBothListsInLineAndAboutAsWide) {
   EXPECT_LT(receipts.width(), history.width() * 5 / 4);
 }
 
+TEST_F(MainInterface, HasTheReportsOptionsBelowItsButtonsWhereTheWindowIsNarrow) {
+  show();
+  const auto top = [this](const char* name) { return find<QWidget>(name).mapTo(&window(), QPoint()).y(); };
+  const auto areInOneRow = [&] { return std::abs(top("newestLast") - top("save")) < 10; };
+  window().resize(1200, 700);
+  QApplication::processEvents();
+  EXPECT_TRUE(areInOneRow());
+  window().resize(window().minimumSizeHint().width(), 700);
+  QApplication::processEvents();
+  EXPECT_FALSE(areInOneRow());
+  EXPECT_GT(top("newestLast"), top("save"));
+  EXPECT_LT(top("newestLast"), top("report"));
+  for (const char* name : {"skipConfigurationData", "newestLast", "smallerText", "biggerText", "save"})
+    EXPECT_GE(find<QWidget>(name).width(), find<QWidget>(name).minimumSizeHint().width()) << name;
+  window().resize(1200, 700);
+  QApplication::processEvents();
+  EXPECT_TRUE(areInOneRow());
+}
+
 TEST_F(MainInterface, FitsASmallScreen) {
   show();
   window().resize(800, 500);
