@@ -1,6 +1,7 @@
 // What the running system says of itself. Away from a Mac that is the system of the volume that is looked at.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace pelmarix::platform {
@@ -19,6 +20,8 @@ class ProcessInfo {
   /// For people, for example "Version 10.14.6 (Build 18G103)".
   virtual std::string operatingSystemVersionString() const = 0;
   virtual OperatingSystemVersion operatingSystemVersion() const = 0;
+  /// How many processors this program may use on the machine that it runs on; at least 1.
+  virtual std::size_t activeProcessorCount() const = 0;
 };
 
 }  // namespace pelmarix::platform

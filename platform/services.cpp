@@ -5,6 +5,7 @@
 #include "base/fatal.h"
 #include "platform/alert.h"
 #include "platform/application.h"
+#include "platform/background_task.h"
 #include "platform/bundle.h"
 #include "platform/file_manager.h"
 #include "platform/process_info.h"
@@ -44,12 +45,14 @@ UserDefaults& UserDefaults::standardUserDefaults() {
 Workspace& Workspace::sharedWorkspace() { return required(services().workspace, "no workspace"); }
 
 std::unique_ptr<Alert> Alert::make() { return call(services().makeAlert); }
+std::unique_ptr<BackgroundTask> BackgroundTask::make() { return call(services().makeBackgroundTask); }
 std::unique_ptr<Pipe> Pipe::make() { return call(services().makePipe); }
 std::shared_ptr<SavePanel> SavePanel::make() { return call(services().makeSavePanel); }
 std::unique_ptr<Task> Task::make() { return call(services().makeTask); }
 
 Date currentDate() { return call(services().currentDate); }
 std::string composedForm(std::string_view text) { return call(services().composedForm, text); }
+std::string foldedForm(std::string_view text) { return call(services().foldedForm, text); }
 bool isValidAddress(const std::string& text) { return call(services().isValidAddress, text); }
 void tellSaved(const std::string& path) { call(services().tellSaved, path); }
 void dispatchAsyncToMainQueue(std::function<void()> block) {

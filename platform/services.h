@@ -14,6 +14,7 @@ namespace pelmarix::platform {
 
 class Alert;
 class Application;
+class BackgroundTask;
 class Bundle;
 class FileManager;
 class Pipe;
@@ -36,6 +37,7 @@ struct Services {
   Workspace* workspace = nullptr;
 
   std::function<std::unique_ptr<Alert>()> makeAlert;
+  std::function<std::unique_ptr<BackgroundTask>()> makeBackgroundTask;
   std::function<std::unique_ptr<Pipe>()> makePipe;
   std::function<std::shared_ptr<SavePanel>()> makeSavePanel;
   std::function<std::unique_ptr<Task>()> makeTask;
@@ -44,6 +46,9 @@ struct Services {
   std::function<Date()> currentDate;
   /// Unicode's composed form (NFC) of a text; bytes that are not UTF-8 become U+FFFD.
   std::function<std::string(std::string_view)> composedForm;
+  /// The composed form of a text without the difference of upper and lower case, and of a blank and a
+  /// no-break space.
+  std::function<std::string(std::string_view)> foldedForm;
   /// True when the text keeps to the generic syntax of RFC 3986, as the platform's own parser reads it, so
   /// that what is taken for an address here is one everywhere. An address need not have a scheme.
   std::function<bool(const std::string&)> isValidAddress;
@@ -60,6 +65,8 @@ const Services* installServices(const Services* services);
 Date currentDate();
 
 std::string composedForm(std::string_view text);
+
+std::string foldedForm(std::string_view text);
 
 bool isValidAddress(const std::string& text);
 

@@ -7,6 +7,14 @@ namespace pelmarix::platform {
 
 std::string composed(std::string_view text) { return isAscii(text) ? std::string(text) : composedForm(text); }
 
+std::string folded(std::string_view text) {
+  if (!isAscii(text)) return foldedForm(text);
+  std::string form(text);
+  for (char& letter : form)
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  return form;
+}
+
 bool textEquals(std::string_view text, std::string_view other) {
   if (text == other) return true;
   if (isAscii(text) && isAscii(other)) return false;

@@ -26,4 +26,8 @@ bool textEquals(std::string_view text, std::string_view other);
 /// hence not held.
 bool textContains(std::string_view text, std::string_view literal);
 
+/// The text in a form in which all cases of a letter and all its spellings are the same bytes: what is sought
+/// is compared in it. No character becomes "/", "*" or "?" in it that wasn't.
+std::string folded(std::string_view text);
+
 }  // namespace pelmarix::platform

@@ -57,14 +57,18 @@ class SpawnSettings {
 
 // Nothing but the three standard descriptors: whoever started this program may have left it others open that
 // the child would keep open too.
-void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput) {
+void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput, bool hasStandardError) {
   if (standardOutput >= 0)
     check(posix_spawn_file_actions_adddup2(&settings.fileActions, standardOutput, STDOUT_FILENO), "pipe");
+  if (!hasStandardError)
+    check(posix_spawn_file_actions_addopen(&settings.fileActions, STDERR_FILENO, "/dev/null", O_WRONLY, 0),
+          "descriptors");
 #ifdef __APPLE__
   settings.flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     // Where this program was started with one closed, its number can be an end of the pipe now.
-    const bool isRedirected = descriptor == STDOUT_FILENO && standardOutput >= 0;
+    const bool isRedirected = (descriptor == STDOUT_FILENO && standardOutput >= 0) ||
+                              (descriptor == STDERR_FILENO && !hasStandardError);
     if (isRedirected || fcntl(descriptor, F_GETFD) == 0)
       check(posix_spawn_file_actions_addinherit_np(&settings.fileActions, descriptor), "descriptors");
   }
@@ -147,7 +151,8 @@ void PosixTask::launch() {
   stopIgnoringChildren();
 
   SpawnSettings settings;
-  passStandardDescriptorsOnly(settings, standardOutput_ == nullptr ? -1 : standardOutput_->writeEnd());
+  passStandardDescriptorsOnly(settings, standardOutput_ == nullptr ? -1 : standardOutput_->writeEnd(),
+                              hasStandardError_);
   passUsualSignals(settings);
   check(posix_spawnattr_setflags(&settings.attributes, settings.flags), "attributes");
 
@@ -162,6 +167,13 @@ void PosixTask::launch() {
   if (standardOutput_ != nullptr) standardOutput_->closeWriteEnd();
   check(failure, program);
   child_ = child;
+}
+
+bool PosixTask::isRunning() const {
+  siginfo_t ended = {};
+  // Leaves the status where it is, for waitUntilExit.
+  return child_ >= 0 && waitid(P_PID, static_cast<id_t>(child_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+         ended.si_pid == 0;
 }
 
 void PosixTask::waitUntilExit() {

@@ -18,6 +18,12 @@ class PosixPipe final : public platform::Pipe {
 
   Result<std::string, std::error_code> readDataToEndOfFile() override;
 
+  /// What there is to read, as far as it has room; waits until there is something. No bytes at the end.
+  Result<std::size_t, std::error_code> readAvailableData(char* bytes, std::size_t size) {
+    return readSome(readEnd_, bytes, size);
+  }
+
+  int readEnd() const { return readEnd_.get(); }
   int writeEnd() const { return writeEnd_.get(); }
   /// Leaves the write end to the child alone, so that the child's end is the end of what is read.
   void closeWriteEnd() { writeEnd_ = FileDescriptor(); }
@@ -44,11 +50,15 @@ class PosixTask final : public platform::Task {
   void setArguments(const std::vector<std::string>& arguments) override { arguments_ = arguments; }
   /// `pipe` must be a PosixPipe.
   void setStandardOutput(platform::Pipe& pipe) override;
+  /// What the child writes there is lost.
+  void discardStandardError() { hasStandardError_ = false; }
 
   /// A program that was told to ignore SIGCHLD, by whoever started it, stops doing so: the system would throw
   /// away the status of its children.
   void launch() override;
   void waitUntilExit() override;
+  /// False when no child was launched, and once it has ended.
+  bool isRunning() const;
   int terminationStatus() const override { return terminationStatus_; }
 
  private:
@@ -56,6 +66,7 @@ class PosixTask final : public platform::Task {
   std::string launchPath_;
   std::vector<std::string> arguments_;
   PosixPipe* standardOutput_ = nullptr;
+  bool hasStandardError_ = true;
   pid_t child_ = -1;
   int terminationStatus_ = -1;
 };

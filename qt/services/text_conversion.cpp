@@ -28,4 +28,10 @@ std::string composedForm(std::string_view utf8) {
   return toUtf8(toQString(utf8).normalized(QString::NormalizationForm_C));
 }
 
+std::string foldedForm(std::string_view utf8) {
+  // Letters lose their case best where their accents stand apart.
+  const QString letters = toQString(utf8).normalized(QString::NormalizationForm_D).toCaseFolded();
+  return toUtf8(letters.normalized(QString::NormalizationForm_C).replace(QChar::Nbsp, QLatin1Char(' ')));
+}
+
 }  // namespace pelmarix::qt

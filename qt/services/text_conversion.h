@@ -28,4 +28,7 @@ std::string toFileName(const QString& name);
 /// Unicode's composed form (NFC) of UTF-8 text.
 std::string composedForm(std::string_view utf8);
 
+/// What Services::foldedForm asks for.
+std::string foldedForm(std::string_view utf8);
+
 }  // namespace pelmarix::qt

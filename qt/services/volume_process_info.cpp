@@ -1,6 +1,7 @@
 #include "qt/services/volume_process_info.h"
 
 #include <QSysInfo>
+#include <QThread>
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -62,6 +63,10 @@ VolumeProcessInfo::VolumeProcessInfo(platform::FileManager& files, const posix::
   if (!told || told->version.empty()) return;
   versionString_ = "Version " + told->version + (told->build.empty() ? "" : " (Build " + told->build + ")");
   version_ = versionNumbers(told->version);
+}
+
+std::size_t VolumeProcessInfo::activeProcessorCount() const {
+  return static_cast<std::size_t>(std::max(QThread::idealThreadCount(), 1));
 }
 
 }  // namespace pelmarix::qt

@@ -21,6 +21,7 @@ class VolumeProcessInfo final : public platform::ProcessInfo {
 
   std::string operatingSystemVersionString() const override { return versionString_; }
   platform::OperatingSystemVersion operatingSystemVersion() const override { return version_; }
+  std::size_t activeProcessorCount() const override;
 
  private:
   std::string versionString_ = "Version unknown";

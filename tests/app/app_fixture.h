@@ -32,6 +32,7 @@ class FixedProcessInfo final : public platform::ProcessInfo {
  public:
   std::string operatingSystemVersionString() const override { return "Version 10.14.6 (Build 18G103)"; }
   platform::OperatingSystemVersion operatingSystemVersion() const override { return version; }
+  std::size_t activeProcessorCount() const override { return 1; }
   platform::OperatingSystemVersion version;
 };
 

@@ -40,6 +40,8 @@ class PlainProcessInfo final : public platform::ProcessInfo {
  public:
   std::string operatingSystemVersionString() const override { return "Version 10.14.6 (Build 18G103)"; }
   platform::OperatingSystemVersion operatingSystemVersion() const override { return {10, 14, 6}; }
+  std::size_t activeProcessorCount() const override { return processors; }
+  std::size_t processors = 2;
 };
 
 class PlainSavePanel final : public platform::SavePanel {

@@ -81,5 +81,14 @@ TEST(ComposedForm, LeavesAsciiAndCompatibilityLettersAlone) {
 
 TEST(ComposedForm, ReplacesBytesThatAreNotUtf8) { EXPECT_EQ(composedForm("\x80"), "\xEF\xBF\xBD"); }
 
+TEST(FoldedForm, IsTheSameForAllCasesAndSpellingsOfALetter) {
+  for (const char* text : {"\u00E9", "\u00C9", "e\u0301", "E\u0301"}) EXPECT_EQ(foldedForm(text), "\u00E9");
+  EXPECT_EQ(foldedForm("\u212A\u017F"), "ks");
+  EXPECT_EQ(foldedForm("STRA\u00DFE"), "stra\u00DFe");  // letter by letter
+  EXPECT_EQ(foldedForm("a\u00A0b/*?"), "a b/*?");
+  EXPECT_EQ(foldedForm("\u65E5\u672C \U0001F312"), "\u65E5\u672C \U0001F312");
+  EXPECT_EQ(foldedForm("\u1F88\u0345"), foldedForm("\u1F80\u0345"));
+}
+
 }  // namespace
 }  // namespace pelmarix::qt
