@@ -19,14 +19,17 @@ constexpr std::string_view extension = ".plist";
 
 }  // namespace
 
-std::string BoMItem::listBoM() const {
+std::vector<std::string> BoMItem::listArguments() const {
   std::vector<std::string> arguments = theBomParams;
   arguments.push_back(path + theBomExtension);
+  return arguments;
+}
 
+std::string BoMItem::listBoM() const {
   const std::unique_ptr<platform::Pipe> pipe = platform::Pipe::make();
   const std::unique_ptr<platform::Task> task = platform::Task::make();
   task->setLaunchPath(theBomCmd);
-  task->setArguments(arguments);
+  task->setArguments(listArguments());
   task->setStandardOutput(*pipe);
   task->launch();
   // Reading comes first: a lister with much to say would wait for room in a full pipe while it was waited

@@ -29,6 +29,8 @@ class BoMItem final : public platform::Object {
   /// the lister has ended. Throws TaskLaunchError when it can't be started; output that is not UTF-8 from a
   /// lister that succeeded stops the program.
   std::string listBoM() const;
+  /// What the lister is given for it.
+  std::vector<std::string> listArguments() const;
 
   const std::string name;  ///< the package's identifier
   const Date installDate;  ///< always finite
