@@ -79,6 +79,18 @@ void BillOfMaterialsSheet::present() {
   controller_.viewDidAppear();
 }
 
+void BillOfMaterialsSheet::selectLines(std::string_view lines) {
+  const std::string& listing = *ui_->listing->text();
+  for (std::size_t begin = listing.find(lines); begin != std::string::npos;
+       begin = listing.find(lines, begin + 1)) {
+    const std::size_t end = begin + lines.size();
+    if ((begin > 0 && listing[begin - 1] != '\n') || (end < listing.size() && listing[end] != '\n')) continue;
+    ui_->listing->select(end, begin);  // the beginning is what comes into view
+    ui_->listing->setFocus();
+    return;
+  }
+}
+
 void BillOfMaterialsSheet::changeTextSize(int steps) {
   // What is drawn may be a little smaller than what was asked for; a size in pixels is known by that alone.
   const bool isInPoints = ui_->listing->font().pointSizeF() > 0;

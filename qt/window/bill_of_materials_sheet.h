@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <memory>
+#include <string_view>
 
 #include "platform/controls.h"
 #include "qt/widgets/text_adapter.h"
@@ -27,6 +28,8 @@ class BillOfMaterialsSheet final : public QDialog {
   void setReceipt(const QString& package, const QString& date);
   /// Loads the controller's view and shows the sheet over its window.
   void present();
+  /// Selects what the listing has of a file and brings it into view; nothing where it isn't in there.
+  void selectLines(std::string_view lines);
 
  private:
   void changeTextSize(int steps);

@@ -150,10 +150,36 @@ void MainInterface::showBillOfMaterials() {
   if (table_->selectedRow() >= 0) sheet->setReceipt(cell(1), cell(0));
   sheet->present();
   sheet_ = sheet.release();  // deletes itself when it is closed
+  tellWhenVolumeIsGone();
+}
+
+void MainInterface::tellWhenVolumeIsGone() {
   // Why there is nothing to be listed: the disk that the receipts were read from was pulled out, for one.
   if (!controller_.boms.children.empty() &&
       platform::FileManager::defaultManager().enumeratorAtPath(receiptsFolder) == nullptr)
     SentenceBox::tell(sheet_, "The Mac's volume isn't there any more. What was read from it is still shown.");
+}
+
+void MainInterface::findFile() {
+  if (search_ != nullptr) return;
+  search_ = new FileSearchSheet(&window_, controller_.boms.children);  // deletes itself when it is closed
+  on(search_.get(), &FileSearchSheet::fileOpened, [this] { showFoundFile(); });
+  search_->open();
+}
+
+void MainInterface::showFoundFile() {
+  const auto* const found = search_->controller().selectedFile();
+  if (found == nullptr || sheet_ != nullptr) return;
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  const auto restoreCursor = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+  auto sheet = std::make_unique<BillOfMaterialsSheet>(search_);
+  platform::Segue segue(sheet->controller());
+  search_->controller().prepareForSegue(segue, nullptr);
+  sheet->setReceipt(toQString(found->package->name), toQString(description(found->package->installDate)));
+  sheet->present();
+  sheet->selectLines(found->file.text());
+  sheet_ = sheet.release();  // deletes itself when it is closed
+  tellWhenVolumeIsGone();
 }
 
 void MainInterface::connectMenus(AppDelegate& delegate) {
@@ -162,6 +188,7 @@ void MainInterface::connectMenus(AppDelegate& delegate) {
   ui_->actionBiggerText->setShortcuts(
       {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
   on(ui_->actionExport, &QAction::triggered, [this] { exportLists(); });
+  on(ui_->actionFindFile, &QAction::triggered, [this] { findFile(); });
   on(ui_->actionSupport, &QAction::triggered, [&delegate] { delegate.openSupport(nullptr); });
   on(ui_->actionSystemUpdates, &QAction::triggered, [&delegate] { delegate.openUpdates(nullptr); });
   on(ui_->actionAbout, &QAction::triggered, [this, &delegate] { showAbout(window_, delegate); });
@@ -220,6 +247,7 @@ void MainInterface::updateEditActions() {
 
 void MainInterface::show() {
   guarded([this] { controller_.viewDidLoad(); })();
+  ui_->actionFindFile->setEnabled(!controller_.boms.children.empty());
   ui_->outline->setFocus();
   window_.show();
   controller_.viewDidAppear();

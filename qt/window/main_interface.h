@@ -12,6 +12,7 @@
 #include "qt/widgets/text_adapter.h"
 #include "qt/window/application_adapter.h"
 #include "qt/window/bill_of_materials_sheet.h"
+#include "qt/window/file_search_sheet.h"
 #include "qt/window/main_window.h"
 #include "qt/window/volume_opener.h"
 #include "ui/view_controller.h"
@@ -56,6 +57,11 @@ class MainInterface final {
   void exportLists();
   // The segue to the sheet.
   void showBillOfMaterials();
+  // Over the sheet.
+  void tellWhenVolumeIsGone();
+  void findFile();
+  // The segue from a file that was found to the sheet.
+  void showFoundFile();
   void changeFontSize(int steps);
 
   const posix::Volume& volume_;
@@ -73,6 +79,7 @@ class MainInterface final {
   platform::ScrollView reportScroller_;
   platform::ClipView reportClip_;
   QPointer<BillOfMaterialsSheet> sheet_;
+  QPointer<FileSearchSheet> search_;
   std::unique_ptr<VolumeOpener> volumeOpener_;
   // The receiver of every signal. The first to go: a window tells of lost focus and the like as it ends.
   QObject connections_;

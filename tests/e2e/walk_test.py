@@ -21,6 +21,7 @@ MENUS = {
         ("Find…", "f", "Ctrl+F"),
         ("Find Next", "n", "Ctrl+G"),
         ("Find Previous", "p", "Ctrl+Shift+G"),
+        ("Find File in Packages…", "k", "Ctrl+Shift+F"),
     ),
     "View": (
         ("Show Bill of Materials", "m", "Ctrl+B"),
@@ -248,6 +249,12 @@ class Walk(WindowTestCase):
         wait_until(lambda: self.selection(report) == first, "the first place to be found again")
         self.end_search(program, field)
 
+    def check_find_file_in_packages(self, program, choose):
+        choose()
+        sheet = program.dialog()
+        wait_until(lambda: sheet.one("text", "File to find").is_("focused"), "the field of the search")
+        self.leave_dialog(program)
+
     def check_show_bill_of_materials(self, program, choose):
         program.select_receipt(0)
         choose()
@@ -346,6 +353,21 @@ class Walk(WindowTestCase):
         self.assertEqual(nameless_below(sheet), [])
         program.keys("Escape", window=sheet)
         wait_until(lambda: not field.is_("showing"), "the search to end")
+        self.leave_dialog(program)
+
+        program.keys("ctrl+shift+f")
+        search = program.dialog()
+        self.assertEqual(nameless_below(search), [])
+        program.type("Info.plist", window=search)
+        wait_until(lambda: not search.one("push button", "Stop").is_("enabled"), "the end of the search")
+        wait_until(lambda: search.one("push button", "Export…").is_("enabled"), "files to be found")
+        self.assertEqual(nameless_below(search), [])
+        # All of it is reached by the keyboard alone.
+        program.keys("Return", window=search)
+        wait_until(lambda: search.one("push button", "Show Bill of Materials").is_("enabled"), "a row to be selected")
+        for name in ("Show Bill of Materials", "Export…", "Close"):
+            program.keys("Tab", window=search)
+            wait_until(lambda: search.one("push button", name).is_("focused"), f"{name} to be reached")
         self.leave_dialog(program)
 
         program.keys("ctrl+o")

@@ -23,6 +23,7 @@ _arguments = argparse.ArgumentParser(description="Tests the window of the progra
 _arguments.add_argument("--program", required=True, type=pathlib.Path, help="the program")
 _arguments.add_argument("--lister", required=True, type=pathlib.Path, help="the lister of bills of materials beside it")
 _arguments.add_argument("--sample", required=True, type=pathlib.Path, help="a sample volume")
+_arguments.add_argument("--write-bom", type=pathlib.Path, help="a program that writes bills of materials")
 _arguments.add_argument("--pictures", default=".", type=pathlib.Path, help="where a failed test leaves a picture")
 _arguments.add_argument("--instrumented", action="store_true", help="the program takes more memory than its own")
 options, sys.argv[1:] = _arguments.parse_known_args()
