@@ -15,8 +15,6 @@
 namespace pelmarix {
 namespace {
 
-constexpr const char* installHistoryPath = "/Library/Receipts/InstallHistory.plist";
-
 // A new kind of security data is one line here, a new system release one line in the list below it.
 constexpr auto securityDataNames = std::to_array<std::string_view>({
     "Gatekeeper Configuration Data",
@@ -67,7 +65,7 @@ std::optional<std::int64_t> classify(const theReceipts& entry) {
 std::vector<std::shared_ptr<History>> groupInstallHistory(std::vector<theReceipts> entries) {
   std::vector<std::shared_ptr<History>> groups;
   // Shown only where no system install begins another: what came before the first one is left out.
-  auto current = std::make_shared<History>("Listing 0");
+  auto current = std::make_shared<History>(nameWithoutSystemInstall);
   for (theReceipts& entry : entries) {
     const std::optional<std::int64_t> type = classify(entry);
     if (!type) continue;

@@ -8,6 +8,11 @@
 
 namespace pelmarix {
 
+inline constexpr const char* installHistoryPath = "/Library/Receipts/InstallHistory.plist";
+
+/// The group of all entries where no system install was recognised.
+inline constexpr const char* nameWithoutSystemInstall = "Listing 0";
+
 /// The groups of the install history, in the file's order, which is taken to be oldest first: one for each
 /// system install or upgrade, beginning with it, or a single group "Listing 0" when there is none. Entries
 /// before the first system install are left out, and so are all those that no class takes. No entries make no

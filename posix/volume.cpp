@@ -85,6 +85,23 @@ std::vector<std::string> Volume::folders() const {
   return folders;
 }
 
+std::string Volume::hindranceTo(const std::string& macPath) const {
+  for (const std::string& root : folders())
+    if (const std::string hindrance = hindranceOf(root); !hindrance.empty()) return root + hindrance;
+  const std::size_t slash = macPath.rfind('/');
+  const std::string folder = resolve(macPath.substr(0, slash));
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(folder, error);
+  if (status.type() == std::filesystem::file_type::not_found ||
+      (!error && !std::filesystem::is_directory(status)))
+    return "There is no folder " + folder + ".";
+  if (const std::string hindrance = hindranceOf(folder); !hindrance.empty()) return folder + hindrance;
+  const std::string file = macPath.substr(slash + 1);
+  if (!file.empty() && !std::filesystem::exists(resolve(macPath), error) && !error)
+    return "There is no " + file + " in " + folder + ".";
+  return {};
+}
+
 std::string Volume::resolve(const std::string& macPath) const {
   if (roots_.size() > 1) {  // else nothing is to be chosen, and the file system isn't asked
     for (const std::string& root : roots_)

@@ -42,6 +42,11 @@ class Volume {
   /// The folders, as they are on this machine.
   std::vector<std::string> folders() const;
 
+  /// What hinders somebody who wants to look at the Mac's file, or at its folder where a slash is at the end
+  /// of the path: a sentence about the folder that is missing or closed, or about the missing file. Else
+  /// empty.
+  std::string hindranceTo(const std::string& macPath) const;
+
   /// Where the Mac's absolute path leads on this machine, as bytes: below the first folder that has something
   /// there, else below the first.
   std::string resolve(const std::string& macPath) const;

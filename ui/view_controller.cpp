@@ -240,8 +240,12 @@ std::string ViewController::outlineViewToolTipForItem(OutlineView& /*outlineView
     return text;
   }
   const auto* group = dynamic_cast<const History*>(item);
-  if (group == nullptr || group->children.empty()) return {};
-  return group->children.size() == 1 ? "1 entry" : std::to_string(group->children.size()) + " entries";
+  if (group == nullptr) return {};
+  std::string text;
+  if (!group->children.empty())
+    text = group->children.size() == 1 ? "1 entry" : std::to_string(group->children.size()) + " entries";
+  if (group->name != nameWithoutSystemInstall) return text;
+  return text + (text.empty() ? "No" : ", no") + " system install was recognised";
 }
 
 std::string ViewController::outlineViewAccessibilityDescriptionForItem(OutlineView& outlineView,

@@ -31,7 +31,6 @@ platform::View* OutlineAdapter::makeViewWithIdentifier(const std::string& identi
 
 void OutlineAdapter::reloadItemReloadChildren(platform::Object* /*item*/, bool /*reloadChildren*/) {
   const bool isChanged = model_.reload();
-  widget_.updateDescription();
   // Not by QAbstractItemModel::dataChanged: the view would look up 100,000 rows to find the few on screen.
   if (!isChanged) return widget_.viewport()->update();
   // The names of groups, which have no date and no version, take the whole row.

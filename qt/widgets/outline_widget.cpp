@@ -77,6 +77,7 @@ void OutlineWidget::paintEvent(QPaintEvent* event) {
 void OutlineWidget::resizeEvent(QResizeEvent* event) {
   QTreeView::resizeEvent(event);
   fitNames();
+  placeAction();
 }
 
 void OutlineWidget::initViewItemOption(QStyleOptionViewItem* option) const {

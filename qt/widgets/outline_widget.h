@@ -37,8 +37,8 @@ class OutlineWidget final : public QTreeView, public RowsView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override { openContextMenu(*event); }
   void paintEvent(QPaintEvent* event) override;
-  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void initViewItemOption(QStyleOptionViewItem* option) const override;
 
  private:

@@ -1,17 +1,23 @@
 #include "qt/widgets/placeholder.h"
 
 #include <QPainter>
+#include <QTextOption>
 
 #include "qt/widgets/palette_colors.h"
 
 namespace pelmarix::qt {
 
-void paintPlaceholder(QAbstractScrollArea& view, const QString& text) {
+void paintPlaceholder(QAbstractScrollArea& view, const QString& text, const QWidget* action) {
   QPainter painter(view.viewport());
   painter.setPen(placeholderColor(view.palette()));
   const int margin = view.fontMetrics().averageCharWidth() * 2;
-  painter.drawText(view.viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                   Qt::AlignCenter | Qt::TextWordWrap, text);
+  QRect room = view.viewport()->rect().adjusted(margin, margin, -margin, -margin);
+  if (action != nullptr)
+    room.setBottom(view.viewport()->mapFrom(view.parentWidget(), action->pos()).y() - margin);
+  // Paths are broken where they must be.
+  QTextOption option(action == nullptr ? Qt::AlignCenter : Qt::AlignHCenter | Qt::AlignBottom);
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  painter.drawText(room, text, option);
 }
 
 }  // namespace pelmarix::qt

@@ -76,7 +76,6 @@ RowsView::RowsView(QAbstractItemView& view, QHeaderView& header)
 
 void RowsView::setColumns(const std::vector<ColumnDescription>& columns) {
   columns_ = columns;
-  usualDescription_ = view_.accessibleDescription();
   const auto name = std::find_if(columns.begin(), columns.end(),
                                  [](const ColumnDescription& column) { return column.usualText.isEmpty(); });
   nameColumn_ = static_cast<int>(name - columns.begin());
@@ -233,13 +232,32 @@ void RowsView::selectAlone(const QModelIndex& row) {
   view_.scrollTo(row);
 }
 
-void RowsView::updateDescription() {
-  view_.setAccessibleDescription(view_.model()->rowCount() > 0 ? usualDescription_ : placeholderText_);
+void RowsView::setPlaceholderText(const QString& text) {
+  placeholderText_ = text;
+  view_.setAccessibleDescription(text);
+  view_.viewport()->update();
+}
+
+void RowsView::showAction(QWidget& action) {
+  action_ = &action;
+  placeAction();
+  action.raise();
+  action.show();
+}
+
+void RowsView::placeAction() {
+  if (action_ == nullptr) return;
+  const QSize size = action_->sizeHint();
+  const QRect room = view_.viewport()->rect();
+  // Below the middle, but not beyond the lower edge: the text ends above it.
+  const int top = std::min(room.height() * 11 / 20, room.height() - size.height());
+  const QPoint place(room.center().x() - size.width() / 2, top);
+  action_->setGeometry({view_.viewport()->mapTo(view_.parentWidget(), place), size});
 }
 
 void RowsView::paintPlaceholder() {
   if (view_.model() != nullptr && view_.model()->rowCount() == 0)
-    qt::paintPlaceholder(view_, placeholderText_);
+    qt::paintPlaceholder(view_, placeholderText_, action_);
 }
 
 }  // namespace pelmarix::qt

@@ -20,9 +20,11 @@ class RowsView : public Searchable {
  public:
   /// Those of the model, which is set before. Exactly one has no usual text: that of names.
   void setColumns(const std::vector<ColumnDescription>& columns);
-  void setPlaceholderText(const QString& text) { placeholderText_ = text; }
-  /// To be called after each reload: an empty list's accessible description is its placeholder.
-  void updateDescription();
+  /// What an empty list says, as its accessible description, too.
+  void setPlaceholderText(const QString& text);
+  /// Shows it below the placeholder of an empty list. It is a sibling of the widget, because what is inside a
+  /// list is not reached by screen readers.
+  void showAction(QWidget& action);
 
   /// Puts the selected rows on the clipboard, or their names alone; nothing selected leaves it alone.
   void copy() const;
@@ -65,6 +67,8 @@ class RowsView : public Searchable {
   /// what names take, and the view scrolls sideways. To be called when the view's size has changed.
   void fitNames();
   void paintPlaceholder();
+  /// To be called when the view has another size.
+  void placeAction();
 
  private:
   int usualWidth(int column) const;
@@ -82,7 +86,7 @@ class RowsView : public Searchable {
   std::vector<ColumnDescription> columns_;
   int nameColumn_ = 0;
   QString placeholderText_;
-  QString usualDescription_;
+  QWidget* action_ = nullptr;
   QString typed_;
   QElapsedTimer sinceTyped_;
 };

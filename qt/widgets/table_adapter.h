@@ -18,10 +18,7 @@ class TableAdapter final : public platform::TableView {
                platform::TableViewDataSource& dataSource, platform::TableViewDelegate& delegate);
 
   platform::View* makeViewWithIdentifier(const std::string& identifier) override;
-  void reloadData() override {
-    model_.reload();
-    widget_.updateDescription();
-  }
+  void reloadData() override { model_.reload(); }
   /// Of several selected rows the one with the focus, else the first.
   std::ptrdiff_t selectedRow() const override;
   const std::vector<platform::TableColumn*>& tableColumns() const override { return columns_.all(); }

@@ -60,6 +60,7 @@ void TableWidget::paintEvent(QPaintEvent* event) {
 void TableWidget::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   fitNames();
+  placeAction();
 }
 
 void TableWidget::initViewItemOption(QStyleOptionViewItem* option) const {

@@ -27,8 +27,8 @@ class TableWidget final : public QTableView, public RowsView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override { openContextMenu(*event); }
   void paintEvent(QPaintEvent* event) override;
-  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void initViewItemOption(QStyleOptionViewItem* option) const override;
 
  private:

@@ -12,7 +12,9 @@
 #include "platform/file_manager.h"
 #include "platform/task.h"
 #include "qt/widgets/sentence_box.h"
+#include "qt/widgets/visible_text.h"
 #include "qt/window/about_box.h"
+#include "qt/window/empty_places.h"
 #include "qt/window/file_save_panel.h"
 #include "ui_main_window.h"
 
@@ -204,6 +206,18 @@ void MainInterface::connectVolumes() {
 #endif
 }
 
+void MainInterface::fillEmptyPlaces() {
+  const auto fill = [](auto& list, const std::string& reason, [[maybe_unused]] QWidget& action) {
+    list.setPlaceholderText(visibleInOneLine(toQString(reason)));
+#ifndef Q_OS_MACOS
+    list.showAction(action);
+#endif
+  };
+  if (isEmpty(*ui_->outline)) fill(*ui_->outline, whyThereIsNoHistory(volume_), *ui_->openVolumeForHistory);
+  if (isEmpty(*ui_->receiptsTable))
+    fill(*ui_->receiptsTable, whyThereAreNoReceipts(volume_), *ui_->openVolumeForReceipts);
+}
+
 void MainInterface::connectFocus() {
   ui_->findBar->addPart(*ui_->outline, *ui_->outline);
   ui_->findBar->addPart(*ui_->receiptsTable, *ui_->receiptsTable);
@@ -251,6 +265,7 @@ void MainInterface::show() {
   ui_->outline->setFocus();
   window_.show();
   controller_.viewDidAppear();
+  fillEmptyPlaces();
   ui_->statusBar->tellOf(volume_.folders(), *ui_->outline, *ui_->receiptsTable);
   outline_->revealLastGroup();
 }

@@ -45,6 +45,8 @@ class MainInterface final {
   void connectMenus(AppDelegate& delegate);
   // On macOS there is one volume, the machine's own.
   void connectVolumes();
+  // Where a list stayed empty: why, and what to do.
+  void fillEmptyPlaces();
   // Lets Find, Copy and Select All work on what has the focus.
   void connectFocus();
   // Those that can do nothing with what has the focus are disabled.

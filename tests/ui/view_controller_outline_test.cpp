@@ -120,6 +120,14 @@ TEST_F(HistoryOutline, TellsOfAGroupHowManyEntriesItHas) {
   EXPECT_EQ(controller.outlineViewToolTipForItem(outline, emptyGroup.get()), "");
 }
 
+TEST_F(HistoryOutline, TellsOfTheGroupWithoutASystemInstallThatNoneWasRecognised) {
+  History listing("Listing 0");
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, &listing), "No system install was recognised");
+  listing.children = group->children;
+  EXPECT_EQ(controller.outlineViewToolTipForItem(outline, &listing),
+            "3 entries, no system install was recognised");
+}
+
 TEST_F(HistoryOutline, TellsAScreenReaderTheDateOfAnEntryToo) {
   EXPECT_EQ(controller.outlineViewAccessibilityDescriptionForItem(outline, child(0)),
             "system install or upgrade, 10.14, 2019-03-26 10:11:12 +0000");

@@ -74,10 +74,8 @@ TEST_F(MainInterface, IsEmptyButForTwoLineFeedsWithoutHistoryAndReceipts) {
   EXPECT_EQ(outline().model()->rowCount(), 0);
   EXPECT_EQ(table().model()->rowCount(), 0);
   EXPECT_EQ(*report().text(), "\n\n");
-  EXPECT_EQ(outline().accessibleDescription(),
-            QStringLiteral("Nothing was found in\n/Library/Receipts/InstallHistory.plist"));
-  EXPECT_EQ(table().accessibleDescription(),
-            QStringLiteral("No receipts were found in\n/System/Library/Receipts/"));
+  EXPECT_EQ(outline().accessibleDescription(), QStringLiteral("There is no folder /Library/Receipts."));
+  EXPECT_EQ(table().accessibleDescription(), QStringLiteral("There is no folder /System/Library/Receipts."));
 }
 
 TEST_F(MainInterface, AppearsWithWhatThereIsWhenMemoryRunsOutAsItLoads) {
