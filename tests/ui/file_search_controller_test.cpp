@@ -32,10 +32,10 @@ class FileSearch : public testing::Test {
    public:
     explicit SteppedTask(FileSearch& testOfTask) : test_(testOfTask) {}
     ~SteppedTask() override { test_.running.erase(file_); }
-    void launch(const std::string& path, const std::vector<std::string>& arguments,
+    void launch(const std::string& program, const std::vector<std::string>& arguments,
                 std::function<void(std::string_view)> takeOutput,
                 std::function<void(std::optional<int>)> end) override {
-      EXPECT_EQ(path, "/usr/bin/lsbom");
+      EXPECT_EQ(program, "/usr/bin/lsbom");
       EXPECT_THAT(std::vector(arguments.begin(), arguments.end() - 1), ElementsAre("-f", "-p", "fsT"));
       file_ = arguments.back();
       test_.launched.push_back(file_);
