@@ -49,6 +49,7 @@ class FileSearch : public testing::Test {
 
   ui::FileSearchController& make(int packageCount) {
     std::vector<std::shared_ptr<BoMItem>> packages;
+    packages.reserve(static_cast<std::size_t>(packageCount));
     for (int i = 0; i < packageCount; ++i)
       packages.push_back(std::make_shared<BoMItem>("pkg" + std::to_string(i), Date{0}, std::to_string(i)));
     controller = std::make_unique<ui::FileSearchController>(std::move(packages));
