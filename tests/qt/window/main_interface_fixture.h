@@ -22,6 +22,12 @@
 
 namespace pelmarix::test {
 
+/// What the report shows at first.
+inline const std::string skippedNewestFirst =
+    "\n\nMRTConfigData: 1.50 2019-11-01 08:00:00 +0000\n"
+    "macOS 10.15 Update: 10.15 2019-10-08 08:00:00 +0000\n"
+    "macOS Mojave: 10.14 2018-09-25 08:00:00 +0000\n";
+
 /// A lister that is quick and says what the test wants.
 class InstantLister {
  public:
