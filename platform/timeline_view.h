@@ -41,8 +41,8 @@ struct TimelineScale {
 
 enum class TimelinePlace {
   inside,
-  before,  ///< at the left edge, of a time long before all others
-  after,   ///< at the right edge
+  before,  ///< of a time long before all others: markWidth left of the left edge, whatever the span
+  after,   ///< likewise right of the right edge
 };
 
 /// One entry, or several that would overlap. A mark stands where its first entry does.
@@ -50,15 +50,18 @@ struct TimelineMark {
   TimelineKind kind;
   double x;
   TimelinePlace place;
+  std::string date;  ///< "1904-01-01", of its first; only where its place is outside
   std::size_t count;
-  Object* item;     ///< its first, the data source's own
-  bool isSelected;  ///< one of its items is the selected one
+  Object* item;      ///< its first, the data source's own
+  Object* nextItem;  ///< what a click chooses: its first, or the one behind the selected one, round
+  bool isSelected;   ///< one of its items is the selected one
 };
 
 struct TimelineBand {
   double left;
   double right;
   std::string name;
+  bool isSecond;  ///< every second one, wherever the span begins
 };
 
 struct TimelineGap {
