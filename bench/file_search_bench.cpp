@@ -61,6 +61,7 @@ class NoTable final : public platform::TableView {
   platform::View* makeViewWithIdentifier(const std::string& /*identifier*/) override { return nullptr; }
   void reloadData() override {}
   std::ptrdiff_t selectedRow() const override { return -1; }
+  void selectRow(std::ptrdiff_t /*row*/) override {}
   const std::vector<platform::TableColumn*>& tableColumns() const override { return columns_; }
 
  private:

@@ -56,6 +56,8 @@ class TableView : public Object, public CellMaker {
   virtual void reloadData() = 0;
   /// -1 when no row is selected.
   virtual std::ptrdiff_t selectedRow() const = 0;
+  /// Selects that row alone and brings it into view; nothing where there is no such row.
+  virtual void selectRow(std::ptrdiff_t row) = 0;
   /// In the interface file's order; the view owns them.
   virtual const std::vector<TableColumn*>& tableColumns() const = 0;
 };
@@ -91,6 +93,10 @@ class OutlineView : public Object, public CellMaker {
   virtual bool isItemExpanded(Object* item) = 0;
   virtual void expandItem(Object* item) = 0;
   virtual void collapseItem(Object* item) = 0;
+  /// Null when none is selected.
+  virtual Object* selectedItem() const = 0;
+  /// Expands the item, selects its child alone and brings it into view; nothing where there is no such child.
+  virtual void selectChildOfItem(std::ptrdiff_t index, Object* item) = 0;
 };
 
 class OutlineViewDataSource {

@@ -46,4 +46,15 @@ void OutlineAdapter::expandItem(platform::Object* item) { widget_.expand(model_.
 
 void OutlineAdapter::collapseItem(platform::Object* item) { widget_.collapse(model_.indexOfGroup(item)); }
 
+platform::Object* OutlineAdapter::selectedItem() const {
+  const QItemSelectionModel& selection = *widget_.selectionModel();
+  if (selection.isSelected(selection.currentIndex())) return model_.itemAt(selection.currentIndex());
+  const QItemSelection ranges = selection.selection();
+  return ranges.isEmpty() ? nullptr : model_.itemAt(ranges.front().topLeft());
+}
+
+void OutlineAdapter::selectChildOfItem(std::ptrdiff_t index, platform::Object* item) {
+  widget_.selectAlone(model_.index(static_cast<int>(index), 0, model_.indexOfGroup(item)));
+}
+
 }  // namespace pelmarix::qt

@@ -32,6 +32,9 @@ class OutlineAdapter final : public platform::OutlineView {
   bool isItemExpanded(platform::Object* item) override;
   void expandItem(platform::Object* item) override;
   void collapseItem(platform::Object* item) override;
+  /// Of several selected items the one with the focus, else one of them.
+  platform::Object* selectedItem() const override;
+  void selectChildOfItem(std::ptrdiff_t index, platform::Object* item) override;
 
  private:
   OutlineWidget& widget_;

@@ -227,6 +227,7 @@ void RowsView::goToTyped(const QString& typed) {
 }
 
 void RowsView::selectAlone(const QModelIndex& row) {
+  if (!row.isValid()) return;
   view_.selectionModel()->setCurrentIndex(row,
                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   view_.scrollTo(row);

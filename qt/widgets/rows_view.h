@@ -26,6 +26,10 @@ class RowsView : public Searchable {
   /// list is not reached by screen readers.
   void showAction(QWidget& action);
 
+  /// Selects a row and nothing else, whichever keys are held down just now, and brings it into view, with
+  /// those above it opened. An invalid index changes nothing.
+  void selectAlone(const QModelIndex& row);
+
   /// Puts the selected rows on the clipboard, or their names alone; nothing selected leaves it alone.
   void copy() const;
   void copyNames() const;
@@ -77,8 +81,6 @@ class RowsView : public Searchable {
   QModelIndexList selectedRows() const;
   void openContextMenu(QPoint place);
   void openContextMenuAtCurrentRow();
-  // And nothing else, whichever keys are held down just now.
-  void selectAlone(const QModelIndex& row);
 
   QAbstractItemView& view_;
   QHeaderView& header_;

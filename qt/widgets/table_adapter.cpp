@@ -27,4 +27,8 @@ std::ptrdiff_t TableAdapter::selectedRow() const {
   return first == ranges.end() ? -1 : first->top();
 }
 
+void TableAdapter::selectRow(std::ptrdiff_t row) {
+  widget_.selectAlone(model_.index(static_cast<int>(row), 0));
+}
+
 }  // namespace pelmarix::qt

@@ -21,6 +21,7 @@ class TableAdapter final : public platform::TableView {
   void reloadData() override { model_.reload(); }
   /// Of several selected rows the one with the focus, else the first.
   std::ptrdiff_t selectedRow() const override;
+  void selectRow(std::ptrdiff_t row) override;
   const std::vector<platform::TableColumn*>& tableColumns() const override { return columns_.all(); }
 
  private:

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/controls.h"
@@ -82,11 +83,18 @@ class PlainOutlineView final : public platform::OutlineView {
   bool isItemExpanded(platform::Object* item) override { return expanded.contains(item); }
   void expandItem(platform::Object* item) override { expanded.insert(item); }
   void collapseItem(platform::Object* item) override { expanded.erase(item); }
+  platform::Object* selectedItem() const override { return selected; }
+  void selectChildOfItem(std::ptrdiff_t index, platform::Object* item) override {
+    expanded.insert(item);
+    selectedChild = {item, index};
+  }
 
   PlainCells cells;
   int reloads = 0;
   platform::Object* clicked = nullptr;
   std::set<platform::Object*> expanded;
+  platform::Object* selected = nullptr;
+  std::pair<platform::Object*, std::ptrdiff_t> selectedChild{nullptr, -1};
 };
 
 class PlainTableView final : public platform::TableView {
@@ -99,6 +107,7 @@ class PlainTableView final : public platform::TableView {
     whileReloading();
   }
   std::ptrdiff_t selectedRow() const override { return selected; }
+  void selectRow(std::ptrdiff_t row) override { selected = row; }
   const std::vector<platform::TableColumn*>& tableColumns() const override { return columns; }
 
   PlainCells cells;

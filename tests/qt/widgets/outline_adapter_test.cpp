@@ -46,6 +46,38 @@ TEST_F(OutlineAdapter, TellsTheActionWhichItemWasDoubleClicked) {
   EXPECT_EQ(outline.itemAtClickedRow(), nullptr);
 }
 
+TEST_F(OutlineAdapter, TellsTheSelectedItem) {
+  EXPECT_EQ(outline.selectedItem(), nullptr);
+  outline.expandItem(mojave.get());
+  widget.setCurrentIndex(group(2));
+  EXPECT_EQ(outline.selectedItem(), catalina.get());
+  QTest::mouseClick(widget.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    widget.visualRect(entry(0, 1)).center());
+  EXPECT_EQ(outline.selectedItem(), mojave->children[1].get()) << "two are selected";
+  QTest::mouseClick(widget.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    widget.visualRect(entry(0, 1)).center());
+  EXPECT_EQ(outline.selectedItem(), catalina.get()) << "the current row isn't selected";
+}
+
+TEST_F(OutlineAdapter, SelectsAnEntryOfAGroupThatIsClosedAndBringsItIntoView) {
+  tree.addGroup("Long", std::vector<std::string>(200, "Entry"));
+  reload();
+  widget.selectAll();
+  outline.selectChildOfItem(150, tree.groups.back().get());
+  EXPECT_TRUE(outline.isItemExpanded(tree.groups.back().get()));
+  EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+  EXPECT_EQ(widget.selectionModel()->selectedRows(), QModelIndexList{entry(3, 150)});
+  EXPECT_EQ(outline.selectedItem(), tree.groups.back()->children[150].get());
+  EXPECT_TRUE(widget.viewport()->rect().contains(widget.visualRect(entry(3, 150)).center()));
+}
+
+TEST_F(OutlineAdapter, KeepsItsSelectionWhereThereIsNoSuchEntry) {
+  outline.selectChildOfItem(1, mojave.get());
+  outline.selectChildOfItem(3, mojave.get());
+  outline.selectChildOfItem(0, empty.get());
+  EXPECT_EQ(outline.selectedItem(), mojave->children[1].get());
+}
+
 TEST_F(OutlineAdapter, HasTheDatesNearTheNamesInAWideWindow) {
   const int dates = widget.columnWidth(1);
   widget.resize(1600, 400);

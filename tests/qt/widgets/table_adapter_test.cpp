@@ -94,6 +94,17 @@ TEST_F(TableAdapter, ShowsMoreFewerAndOtherRowsAfterAReload) {
   EXPECT_EQ(widget.model()->rowCount(), 0);
 }
 
+TEST_F(TableAdapter, SelectsARowAloneAndBringsItIntoView) {
+  reloadWith(std::vector<std::string>(100, "Notes"));
+  widget.selectAll();
+  table.selectRow(80);
+  EXPECT_EQ(table.selectedRow(), 80);
+  EXPECT_EQ(widget.selectionModel()->selectedRows(), QModelIndexList{cell(80, 0)});
+  EXPECT_TRUE(widget.viewport()->rect().contains(widget.visualRect(cell(80, 0)).center()));
+  table.selectRow(100);
+  EXPECT_EQ(table.selectedRow(), 80) << "there is no such row";
+}
+
 TEST_F(TableAdapter, HasNoSelectedRowAtFirst) { EXPECT_EQ(table.selectedRow(), -1); }
 
 TEST_F(TableAdapter, KeepsTheSelectedRowAsANumberOnReload) {
