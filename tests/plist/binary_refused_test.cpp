@@ -65,6 +65,8 @@ const std::vector<ChangedByte> corruptions = {
     {"offsetBelowObjects", 0x25, 0x07, Reason::badOffset},
     {"offsetAtTableStart", 0x29, 0x25, Reason::badOffset},
     {"offsetPastTableStart", 0x29, 0xFF, Reason::badOffset},
+    {"firstOffsetAtTableStart", 0x25, 0x25, Reason::badOffset},
+    {"firstOffsetPastTableStart", 0x25, 0x26, Reason::badOffset},
     {"referenceToNoObject", 0x0C, 0x05, Reason::badReference},
     {"referenceFarAway", 0x0C, 0xFF, Reason::badReference},
     {"keyIsDate", 0x09, 0x04, Reason::keyNotString},
@@ -119,6 +121,30 @@ const std::vector<Refused> layouts = {
     {"ATableSizeThatOverflows", withObjectCount((std::uint64_t{1} << 61) + 1), Reason::lengthDiffers},
 };
 INSTANTIATE_TEST_SUITE_P(Layout, BinaryRefuses, testing::ValuesIn(layouts), nameOfRow<Refused>);
+
+/// The byte that the error names, counted from where the trailer starts.
+std::ptrdiff_t placeInTrailer(const std::string& file) {
+  const Result<Document, Error> document = Document::decode(file);
+  const std::size_t place = document ? 0 : document.error().offset;
+  return static_cast<std::ptrdiff_t>(place) - static_cast<std::ptrdiff_t>(file.size() - 32);
+}
+
+TEST(BinaryFile, isRefusedWithThePlaceOfTheFieldOfItsTrailerThatIsWrong) {
+  const auto with = [](std::size_t place, unsigned char byte) {
+    std::string file = goodFile();
+    file[place] = static_cast<char>(byte);
+    return file;
+  };
+  EXPECT_EQ(placeInTrailer(with(0x30, 0)), 6);
+  EXPECT_EQ(placeInTrailer(with(0x31, 0)), 7);
+  EXPECT_EQ(placeInTrailer(with(0x39, 0)), 8);
+  EXPECT_EQ(placeInTrailer(with(0x39, 6)), 8);
+  EXPECT_EQ(placeInTrailer(with(0x41, 5)), 16);
+  EXPECT_EQ(placeInTrailer(with(0x49, 8)), 24);
+  EXPECT_EQ(placeInTrailer(withTableAt(256)), 6);
+  EXPECT_EQ(placeInTrailer(withObjects(256)), 7);
+  EXPECT_EQ(placeInTrailer(goodFile().substr(0, 40)), 32);  // where it should go on
+}
 
 TEST(BinaryFile, mayHaveATableStartThatItsOffsetsJustReach) {
   EXPECT_TRUE(Document::decode(withTableAt(255)));

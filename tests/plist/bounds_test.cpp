@@ -77,6 +77,22 @@ TEST(Nesting, countsASharedContainerWhereItStandsDeepest) {
   EXPECT_EQ(refusal(sharing(511)), Reason::nestedTooDeep);
 }
 
+/// [ chain, [ chain ], [ [ ... [ chain ] ... ] ] ], where the chain and the array around it stand in two
+/// places.
+TEST(Nesting, countsAllOfASharedContainerThatHoldsAnotherSharedOne) {
+  const auto sharing = [](std::size_t above) {
+    constexpr std::size_t chain = 300;
+    std::vector<std::string> objects{hex("A3 00 02 00 01") + bigEndianBytes(2 + chain, 2), hex("A1 00 02")};
+    for (std::size_t i = 1; i < chain; ++i) objects.push_back(hex("A1") + bigEndianBytes(i + 2, 2));
+    objects.push_back(hex("A0"));
+    for (std::size_t i = 1; i < above; ++i) objects.push_back(hex("A1") + bigEndianBytes(2 + chain + i, 2));
+    objects.push_back(hex("A1 00 01"));
+    return BinaryPlist{.objects = objects, .offsetWidth = 2, .referenceWidth = 2}.bytes();
+  };
+  EXPECT_TRUE(Document::decode(sharing(210)));
+  EXPECT_EQ(refusal(sharing(211)), Reason::nestedTooDeep);
+}
+
 TEST(Sharing, aSmallFileMayStandForMoreLeavesThanCouldEverBeVisited) {
   std::vector<std::string> objects;
   for (unsigned i = 1; i <= 60; ++i)

@@ -51,6 +51,19 @@ TEST(Error, namesTheByteOfABinaryFile) {
   EXPECT_EQ(errorOf(binary({hex("A2 01 09"), hex("09"), hex("09")})), (Error{Reason::badReference, 10, 0}));
 }
 
+TEST(Error, isTheFirstInAFileThatHasSeveral) {
+  EXPECT_EQ(errorOf("<array><integer>x</integer><text/></array>"), (Error{Reason::malformedInteger, 16, 1}));
+  EXPECT_EQ(errorOf("<string>&;\xFF</text>"), (Error{Reason::malformedReference, 8, 1}));
+  EXPECT_EQ(errorOf("<string>\xFF&;</string>"), (Error{Reason::invalidUtf8, 8, 1}));
+  EXPECT_EQ(errorOf("<dict><true/></array>"), (Error{Reason::keyExpected, 6, 1}));
+  // The table is looked at first, then what the top object leads to.
+  EXPECT_EQ(errorOf(BinaryPlist{.objects = {hex("77")}, .furtherOffsets = {255}}.bytes()),
+            (Error{Reason::badOffset, 10, 0}));
+  EXPECT_EQ(errorOf(binary({hex("A2 01 09"), hex("77")})), (Error{Reason::unknownMarker, 11, 0}));
+  EXPECT_EQ(errorOf(binary({hex("A2 09 01"), hex("77")})), (Error{Reason::badReference, 9, 0}));
+  EXPECT_EQ(errorOf(binary({hex("D1 01 01"), hex("77")})), (Error{Reason::unknownMarker, 11, 0}));
+}
+
 TEST(Error, describesItselfWithItsPlace) {
   EXPECT_EQ(description(Error{Reason::keyExpected, 123, 7}),
             "A key is missing in a dictionary. (line 7, byte 123)");

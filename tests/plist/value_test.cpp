@@ -47,6 +47,28 @@ TEST(Value, answersForItsOwnTypeOnly) {
   EXPECT_THAT(answersFor("<dict/>"), ElementsAre());
 }
 
+/// The number as a signed and as an unsigned one.
+std::string signedAndUnsigned(const std::string& bytes) {
+  const auto text = [](const auto& number) { return number ? std::to_string(*number) : "none"; };
+  const Result<Document, Error> document = Document::decode(bytes);
+  if (!document) return "refused";
+  return text(document->root().integer()) + " " + text(document->root().unsignedInteger());
+}
+
+TEST(Value, ofAnIntegerIsSignedAndUnsignedAsFarAsEachReaches) {
+  EXPECT_EQ(signedAndUnsigned("<integer>0</integer>"), "0 0");
+  EXPECT_EQ(signedAndUnsigned(binary({hex("10 00")})), "0 0");
+  EXPECT_EQ(signedAndUnsigned("<integer>-0</integer>"), "0 0");
+  EXPECT_EQ(signedAndUnsigned("<integer>9223372036854775807</integer>"),
+            "9223372036854775807 9223372036854775807");
+  EXPECT_EQ(signedAndUnsigned(binary({hex("13 7F FF FF FF FF FF FF FF")})),
+            "9223372036854775807 9223372036854775807");
+  EXPECT_EQ(signedAndUnsigned("<integer>9223372036854775808</integer>"), "none 9223372036854775808");
+  EXPECT_EQ(signedAndUnsigned(binary({hex("14 00 00 00 00 00 00 00 00 80 00 00 00 00 00 00 00")})),
+            "none 9223372036854775808");
+  EXPECT_EQ(signedAndUnsigned("<integer>-9223372036854775808</integer>"), "-9223372036854775808 none");
+}
+
 TEST(Value, thatIsNoContainerHasNeitherElementsNorEntries) {
   const Result<Document, Error> document = Document::decode("<string>a</string>");
   ASSERT_TRUE(document);

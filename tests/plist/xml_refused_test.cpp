@@ -37,6 +37,7 @@ const std::vector<Refused> declarations = {
     {"AnUnterminatedComment", "<!-- a -- ><true/>", Reason::unexpectedEnd},
     {"AnUnterminatedCommentInAnArray", "<array><!-- a </array>", Reason::unexpectedEnd},
     {"AnUnterminatedProcessingInstruction", "<?a ><true/>", Reason::unexpectedEnd},
+    {"AProcessingInstructionThatEndsInItsFirstCharacters", "<?><true/>", Reason::unexpectedEnd},
     {"ACommentInAString", "<string>a<!-- b --></string>", Reason::malformedMarkup},
     {"ACommentInAKey", "<dict><key><!-- b --></key><true/></dict>", Reason::malformedMarkup},
     {"AProcessingInstructionInAString", "<string>a<?b?></string>", Reason::malformedMarkup},
@@ -47,6 +48,24 @@ const std::vector<Refused> declarations = {
     {"UnterminatedCharacterData", "<string><![CDATA[a]] ></string>", Reason::unexpectedEnd},
 };
 INSTANTIATE_TEST_SUITE_P(Markup, XmlRefuses, testing::ValuesIn(declarations), nameOfRow<Refused>);
+
+const std::vector<Refused> cutShort = {
+    {"InAnOpeningTag", "<array", Reason::unexpectedEnd},
+    {"BehindTheFirstCharacterOfATag", "<array><", Reason::unexpectedEnd},
+    {"BehindTheFirstTwoCharactersOfAClosingTag", "<array></", Reason::unexpectedEnd},
+    {"InTheNameOfAClosingTag", "<array></arr", Reason::unexpectedEnd},
+    {"BehindTheNameOfAClosingTag", "<array></array", Reason::unexpectedEnd},
+    {"BehindTrue", "<true>", Reason::unexpectedEnd},
+    {"BehindTheFirstCharacterOfTheClosingTagOfTrue", "<true><", Reason::unexpectedEnd},
+    {"BehindTheFirstCharactersOfAnotherElementInTrue", "<true><b", Reason::malformedMarkup},
+    {"InAnInteger", "<integer>1", Reason::unexpectedEnd},
+    {"BehindTheFirstCharacterOfTheClosingTagOfAnInteger", "<integer>1<", Reason::unexpectedEnd},
+    {"InAString", "<string>a", Reason::unexpectedEnd},
+    {"BehindTheOpeningOfAComment", "<!--", Reason::unexpectedEnd},
+    {"BehindTheNameOfADocumentType", "<!DOCTYPE", Reason::unexpectedEnd},
+    {"BehindTheOpeningOfAProcessingInstruction", "<?", Reason::unexpectedEnd},
+};
+INSTANTIATE_TEST_SUITE_P(CutShort, XmlRefuses, testing::ValuesIn(cutShort), nameOfRow<Refused>);
 
 const std::vector<Refused> tags = {
     {"AnUnknownTag", "<plist><text>a</text></plist>", Reason::unknownTag},
