@@ -188,6 +188,29 @@ TEST(InstallHistoryRecord, OfALongTextIsRefusedBeforeTheTextIsCopied) {
   EXPECT_LE(heap.peak(), 10'000u);
 }
 
+TEST(InstallHistoryRecord, OfALongVersionOrContentTypeIsRefusedToo) {
+  std::string longText;
+  longText.resize(45'000'000, 'a');
+  EXPECT_FALSE(decodeEntry(aDate + aName + key("displayVersion", string(longText))));
+  EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("contentType", string(longText))));
+}
+
+TEST(InstallHistoryRecord, MayTakeSixteenMebibytesAndSixtyFourTimesTheList) {
+  const auto isDecoded = [](std::size_t count, std::size_t unused) {
+    return decodeInstallHistory(binaryHistory(count, std::string(10'000, 'a'), oneSecond, 0, unused))
+        .has_value();
+  };
+  // An entry counts as 100,000 bytes.
+  EXPECT_TRUE(isDecoded(10, 0));
+  EXPECT_TRUE(isDecoded(150, 0));
+  EXPECT_FALSE(isDecoded(200, 0));
+  EXPECT_FALSE(isDecoded(5'000, 0));
+  EXPECT_TRUE(isDecoded(750, 1'000'000));
+  EXPECT_FALSE(isDecoded(900, 1'000'000));
+  EXPECT_TRUE(isDecoded(3'800, 10'000'000));
+  EXPECT_FALSE(isDecoded(4'200, 10'000'000));
+}
+
 TEST(InstallHistoryRecord, TakesLittleMemoryHoweverLargeTheFile) {
   const std::string bytes = binaryHistory(1'000'000, "a", oneSecond, 0, 20'000'000);
   const HeapMeter heap;
