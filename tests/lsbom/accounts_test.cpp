@@ -20,6 +20,22 @@ TEST(Accounts, TakesNegativeIdsAsTheLargest) {
   EXPECT_EQ(*accounts.name(4294967294), "nobody");
 }
 
+TEST(Accounts, TakesIdsDownToTheLowestAndUpToTheHighest) {
+  const Accounts accounts("lowest:*:-2147483648:\nhighest:*:4294967295:\n");
+  ASSERT_NE(accounts.name(2147483648), nullptr);
+  EXPECT_EQ(*accounts.name(2147483648), "lowest");
+  ASSERT_NE(accounts.name(4294967295), nullptr);
+  EXPECT_EQ(*accounts.name(4294967295), "highest");
+}
+
+TEST(Accounts, ReadsNoFurtherThanTheLinesReach) {
+  constexpr std::string_view more = "staff:*:201\n";
+  const Accounts accounts(more.substr(0, more.size() - 2));
+  ASSERT_NE(accounts.name(20), nullptr);
+  EXPECT_EQ(*accounts.name(20), "staff");
+  EXPECT_EQ(accounts.name(201), nullptr);
+}
+
 TEST(Accounts, KeepsTheFirstNameOfAnId) {
   const Accounts accounts("root:*:0:\nsystem:*:0:\n");
   EXPECT_EQ(*accounts.name(0), "root");

@@ -266,6 +266,11 @@ class CommandLine(unittest.TestCase):
         self.write("a.bom", 1)
         self.assertEqual(outcome(run("-s", "a.bom", volume=self.folder / "Volume", cwd=self.folder)), (0, ".\n", ""))
 
+    def test_looks_for_no_relative_name_beside_the_volume(self):
+        self.write("a.bom", 1)
+        self.write("Volumea.bom", 2)
+        self.assertEqual(outcome(run("-s", "a.bom", volume=self.folder / "Volume", cwd=self.folder)), (0, ".\n", ""))
+
     def test_names_a_file_as_it_was_given(self):
         broken = self.folder / "Volume/broken.bom"
         broken.parent.mkdir()

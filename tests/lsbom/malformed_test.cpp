@@ -375,6 +375,12 @@ TEST(MalformedBillOfMaterials, TellsWhereTheDamageIs) {
   EXPECT_EQ(failureOf(bom.bytes).offset, nameOf(bom, lastPath) + 4);
 }
 
+TEST(MalformedBillOfMaterials, TellsOfPathsThatAreEachOthersParentsWhereOneOfThemIs) {
+  EditableBom bom(entries);
+  bom.setU32(nameOf(bom, 1), idOf(bom, lastPath));
+  EXPECT_EQ(failureOf(bom.bytes).offset, nameOf(bom, lastPath) + 4);
+}
+
 TEST(Fault, EveryOneHasAMessageOfItsOwn) {
   std::vector<std::string_view> messages;
   for (int i = 0; i <= static_cast<int>(Fault::pathTooLong); ++i) {
