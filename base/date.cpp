@@ -65,4 +65,9 @@ std::string description(Date date) {
   return text;
 }
 
+std::string dayDescription(Date date) {
+  const std::string text = description(date);
+  return text.substr(0, text.find(' '));
+}
+
 }  // namespace pelmarix

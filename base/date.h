@@ -31,6 +31,9 @@ bool isFinite(Date date);
 /// ones a minus sign. The date must be finite.
 std::string description(Date date);
 
+/// Its day alone: "2019-03-26".
+std::string dayDescription(Date date);
+
 /// Days from 1970-01-01 to a day of the Gregorian calendar; negative before. `month` is 1 to 12; `day` may
 /// lie outside its month and carries over.
 long long daysFromCivil(long long year, int month, long long day);

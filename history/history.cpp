@@ -21,6 +21,12 @@ std::string_view history_type::name(std::int64_t type) {
   }
 }
 
+std::string kindAndVersion(const HistoryItem& item) {
+  std::string text(history_type::name(item.type));
+  if (!item.version.empty()) text += ", " + item.version;
+  return text;
+}
+
 namespace {
 
 std::string reportLine(const HistoryItem& item) {

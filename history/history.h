@@ -40,9 +40,12 @@ class HistoryItem final : public platform::Object {
 
   const std::string name;
   const std::string version;
-  const Date installDate;
+  const Date installDate;   ///< always finite
   const std::int64_t type;  ///< one of history_type
 };
+
+/// What it is: "security data, 2103".
+std::string kindAndVersion(const HistoryItem& item);
 
 /// A named group of entries, in the order of the system's own list.
 class History final : public platform::Object {

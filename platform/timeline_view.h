@@ -36,7 +36,7 @@ struct TimelineScale {
   TimelineSpan span;
   double width;       ///< of the span
   double markWidth;   ///< marks of one lane never stand closer than that
-  double labelWidth;  ///< of the longest label, with the blank that it needs
+  double labelWidth;  ///< of "2019-03-26 10:11", with the blank that it needs
 };
 
 enum class TimelinePlace {

@@ -234,11 +234,7 @@ View* ViewController::outlineViewViewForTableColumnItem(OutlineView& outlineView
 }
 
 std::string ViewController::outlineViewToolTipForItem(OutlineView& /*outlineView*/, Object* item) {
-  if (const auto* entry = dynamic_cast<const HistoryItem*>(item)) {
-    std::string text(history_type::name(entry->type));
-    if (!entry->version.empty()) text += ", " + entry->version;
-    return text;
-  }
+  if (const auto* entry = dynamic_cast<const HistoryItem*>(item)) return kindAndVersion(*entry);
   const auto* group = dynamic_cast<const History*>(item);
   if (group == nullptr) return {};
   std::string text;
