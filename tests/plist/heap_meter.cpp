@@ -4,12 +4,20 @@
 #include <cstdlib>
 #include <new>
 
+#if __has_include(<sanitizer/asan_interface.h>)
+#include <sanitizer/asan_interface.h>  // which does nothing where the address sanitizer is off
+#else
+#define ASAN_POISON_MEMORY_REGION(address, size)
+#define ASAN_UNPOISON_MEMORY_REGION(address, size)
+#endif
+
 namespace {
 
 std::atomic<std::size_t> held = 0;
 std::atomic<std::size_t> mostHeld = 0;
 
-/// The size of a block stands before it, in as much room as keeps the block aligned.
+/// The size of a block stands before it, in as much room as keeps the block aligned. For the address
+/// sanitizer that room is no more to be read than what lies behind the block.
 constexpr std::size_t prefix = alignof(std::max_align_t);
 
 }  // namespace
@@ -18,6 +26,7 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   void* const block = std::malloc(prefix + size);
   if (block == nullptr) return nullptr;
   *static_cast<std::size_t*>(block) = size;
+  ASAN_POISON_MEMORY_REGION(block, prefix);
   const std::size_t now = held += size;
   std::size_t most = mostHeld;
   while (now > most && !mostHeld.compare_exchange_weak(most, now)) {
@@ -34,6 +43,7 @@ void* operator new(std::size_t size) {
 void operator delete(void* pointer) noexcept {
   if (pointer == nullptr) return;
   void* const block = static_cast<char*>(pointer) - prefix;
+  ASAN_UNPOISON_MEMORY_REGION(block, prefix);
   held -= *static_cast<std::size_t*>(block);
   std::free(block);
 }
