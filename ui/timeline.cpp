@@ -147,7 +147,8 @@ void addMarks(const TimelineEntries& lane, TimelineSpan bulk, const TimelineScal
   forEachMark(lane.entries, bulk, scale, [&](Entries::const_iterator first, Entries::const_iterator behind) {
     const TimelinePlace place = placeOf(first->seconds, bulk);
     double x = xOf(first->seconds, scale);
-    if (place == TimelinePlace::inside && (x < 0 || x > scale.width)) return;
+    // Half a unit more: what ends with an entry may be rounded.
+    if (place == TimelinePlace::inside && (x < -0.5 || x > scale.width + 0.5)) return;
     if (place == TimelinePlace::before) x = -scale.markWidth;
     if (place == TimelinePlace::after) x = scale.width + scale.markWidth;
     const auto found =

@@ -70,6 +70,11 @@ TEST(DateDescription, AgreesWithTheCLibraryOnRandomInstants) {
   }
 }
 
+TEST(DateDescription, OfADayLeavesTheTimeOut) {
+  EXPECT_EQ(dayDescription(Date{575287872}), "2019-03-26");
+  EXPECT_EQ(dayDescription(Date{secondsAt(-44, 3, 15)}), "-0044-03-15");
+}
+
 TEST(Date, IsFiniteUnlessInfiniteOrNotANumber) {
   EXPECT_TRUE(isFinite(Date{1e300}));
   EXPECT_FALSE(isFinite(Date{std::numeric_limits<double>::infinity()}));

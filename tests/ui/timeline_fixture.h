@@ -12,6 +12,7 @@
 #include "history/history.h"
 #include "platform/timeline_view.h"
 #include "receipts/bom.h"
+#include "ui/timeline.h"
 
 namespace pelmarix::test {
 
@@ -36,6 +37,27 @@ class TimelineLists : public testing::Test {
   }
   platform::Object* addReceipt(double seconds, const std::string& name = "com.example.pkg") {
     return boms.children.emplace_back(std::make_shared<BoMItem>(name, Date{seconds}, "/" + name)).get();
+  }
+  /// A thousand times a thousand seconds.
+  void addEnds() {
+    addEntry(0, history_type::systemInstall);
+    addEntry(1e6, history_type::systemInstall);
+  }
+
+  ui::Timeline timeline(bool skipsConfigurationData = false) const {
+    return ui::Timeline(histories, boms, skipsConfigurationData);
+  }
+  /// A thousand units wide, of which marks take ten.
+  static platform::TimelineScale scaleOf(platform::TimelineSpan span) { return {span, 1000, 10, 100}; }
+  /// All of it.
+  platform::TimelinePicture picture(const platform::Object* selected = nullptr) const {
+    const ui::Timeline all = timeline();
+    return all.picture(scaleOf(all.span()), selected);
+  }
+  std::vector<platform::TimelineMark> marksOf(platform::TimelineKind kind) const {
+    std::vector<platform::TimelineMark> marks = picture().marks;
+    std::erase_if(marks, [kind](const platform::TimelineMark& mark) { return mark.kind != kind; });
+    return marks;
   }
 
   std::vector<std::shared_ptr<History>> histories;

@@ -2,12 +2,16 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <limits>
+
 #include "tests/ui/timeline_fixture.h"
 
 namespace pelmarix::ui {
 namespace {
 
 using platform::Object;
+using TimelineOfLists = test::TimelineLists;
 using platform::TimelineDirection;
 using platform::TimelineKind;
 using platform::TimelineMark;
@@ -29,30 +33,6 @@ using history_type::criticalUpdate;
 using history_type::securityData;
 using history_type::securityUpdate;
 using history_type::systemInstall;
-
-class TimelineOfLists : public test::TimelineLists {
- protected:
-  Timeline timeline(bool skipsConfigurationData = false) const {
-    return Timeline(histories, boms, skipsConfigurationData);
-  }
-  /// A thousand units wide, marks ten.
-  static TimelineScale scaleOf(TimelineSpan span) { return {span, 1000, 10, 100}; }
-  /// All of it.
-  TimelinePicture picture(const Object* selected = nullptr) const {
-    const Timeline all = timeline();
-    return all.picture(scaleOf(all.span()), selected);
-  }
-  std::vector<TimelineMark> marksOf(TimelineKind kind) const {
-    std::vector<TimelineMark> marks = picture().marks;
-    std::erase_if(marks, [kind](const TimelineMark& mark) { return mark.kind != kind; });
-    return marks;
-  }
-  /// Seconds in which a unit of a thousand is one.
-  void addEnds() {
-    addEntry(0, systemInstall);
-    addEntry(1e6, systemInstall);
-  }
-};
 
 auto markAt(double x, std::size_t count) {
   return AllOf(Field("x", &TimelineMark::x, DoubleNear(x, 1e-6)),
@@ -180,10 +160,14 @@ TEST_F(TimelineOfLists, KeepsItsMarksWhileTheStripIsMoved) {
 
 TEST_F(TimelineOfLists, GivesOnlyTheMarksInView) {
   addEnds();
-  for (const double seconds : {399'999.0, 400'000.0, 500'000.0, 600'000.0, 600'001.0})
+  for (const double seconds : {390'000.0, 400'000.0, 500'000.0, 600'000.0, 610'000.0})
     addEntry(seconds, securityData);
-  const std::vector<TimelineMark> marks = timeline().picture(scaleOf({400'000, 600'000}), nullptr).marks;
-  EXPECT_THAT(marks, ElementsAre(markAt(500, 1), markAt(1000, 2)));
+  const auto marksWithin = [this](double begin, double end) {
+    return timeline().picture(scaleOf({begin, end}), nullptr).marks;
+  };
+  EXPECT_THAT(marksWithin(400'000, 600'000), ElementsAre(markAt(0, 1), markAt(500, 1), markAt(1000, 1)));
+  EXPECT_THAT(marksWithin(400'001, 599'999), SizeIs(3)) << "edges may be rounded";
+  EXPECT_THAT(marksWithin(400'200, 599'800), SizeIs(1));
 }
 
 TEST_F(TimelineOfLists, SelectsTheMarkThatHoldsTheSelectedItem) {
@@ -210,6 +194,259 @@ TEST_F(TimelineOfLists, OffersTheItemsOfAMarkInTurn) {
   EXPECT_EQ(picture(second).marks[2].nextItem, last);
   EXPECT_EQ(picture(last).marks[2].nextItem, first);
   EXPECT_EQ(picture(first).marks[0].nextItem, histories[0]->children[0].get());
+}
+
+// The bulk, and what is outside of it.
+
+TEST_F(TimelineOfLists, LeavesAFewBeyondFiveEmptyYearsOutside) {
+  Object* const early = addEntry(secondsOf(1904, 1, 1), securityData);
+  for (int month = 1; month <= 12; ++month) addEntry(secondsOf(2019, month, 1), securityData);
+  Object* const late = addReceipt(secondsOf(2040, 2, 6));
+  EXPECT_EQ(timeline().span().begin, secondsOf(2019, 1, 1));
+  EXPECT_EQ(timeline().span().end, secondsOf(2019, 12, 1));
+  const std::vector<TimelineMark> marks = picture().marks;
+  EXPECT_EQ(marks.front().place, TimelinePlace::before);
+  EXPECT_EQ(marks.front().item, early);
+  EXPECT_EQ(marks.front().date, "1904-01-01");
+  EXPECT_EQ(marks.front().x, -10);
+  EXPECT_EQ(marks.back().place, TimelinePlace::after);
+  EXPECT_EQ(marks.back().item, late);
+  EXPECT_EQ(marks.back().date, "2040-02-06");
+  EXPECT_EQ(marks.back().x, 1010);
+  EXPECT_EQ(marks[1].place, TimelinePlace::inside);
+  EXPECT_EQ(marks[1].date, "");
+}
+
+TEST_F(TimelineOfLists, KeepsOutliersAtTheEdgesWhateverIsLookedAt) {
+  addEntry(secondsOf(1904, 1, 1), securityData);
+  addEnds();
+  const std::vector<TimelineMark> marks = timeline().picture(scaleOf({3e5, 4e5}), nullptr).marks;
+  EXPECT_THAT(marks, ElementsAre(markAt(-10, 1)));
+}
+
+TEST_F(TimelineOfLists, MakesOneMarkOfALanesOutliersOnASide) {
+  for (int i = 0; i < 60; ++i) addEntry(secondsOf(2019, 1, 1 + i), securityData);
+  addEntry(secondsOf(2030, 1, 1), securityData);
+  addEntry(secondsOf(2040, 1, 1), securityData);
+  addEntry(secondsOf(2040, 1, 1), criticalUpdate);
+  EXPECT_THAT(marksOf(TimelineKind::securityData).back(), markAt(1010, 2));
+  EXPECT_EQ(marksOf(TimelineKind::securityData).back().date, "2030-01-01");
+  EXPECT_THAT(marksOf(TimelineKind::criticalUpdate), ElementsAre(markAt(1010, 1)));
+}
+
+TEST_F(TimelineOfLists, TakesAtMostATwentiethForOutliers) {
+  for (int i = 0; i < 57; ++i) addEntry(secondsOf(2019, 1, 1 + i), securityData);
+  for (int i = 0; i < 3; ++i) addEntry(secondsOf(1904, 1, 1 + i), securityData);
+  EXPECT_EQ(timeline().span().begin, secondsOf(2019, 1, 1));
+  addEntry(secondsOf(1904, 1, 4), securityData);
+  EXPECT_EQ(timeline().span().begin, secondsOf(1904, 1, 1));
+}
+
+TEST_F(TimelineOfLists, HasNoOutliersWithFewerThanThreeEntries) {
+  addEntry(secondsOf(1904, 1, 1), securityData);
+  addEntry(secondsOf(2019, 1, 1), securityData);
+  EXPECT_EQ(timeline().span().begin, secondsOf(1904, 1, 1));
+  addEntry(secondsOf(2019, 1, 2), securityData);
+  EXPECT_EQ(timeline().span().begin, secondsOf(2019, 1, 1));
+  addEntry(secondsOf(2019, 1, 3), securityData);
+  addEntry(secondsOf(2040, 1, 3), securityData);
+  EXPECT_EQ(timeline().span().begin, secondsOf(2019, 1, 1));
+  EXPECT_EQ(timeline().span().end, secondsOf(2019, 1, 3));
+}
+
+TEST_F(TimelineOfLists, TakesWhatIsNoMoreThanFiveYearsAwayForTheBulk) {
+  constexpr double fiveYears = 5 * 365.25 * secondsPerDay;
+  for (int i = 0; i < 5; ++i) addEntry(i, securityData);
+  addEntry(-fiveYears, securityData);
+  EXPECT_EQ(timeline().span().begin, -fiveYears);
+  histories.back()->children.pop_back();
+  addEntry(-fiveYears - 1, securityData);
+  EXPECT_GT(timeline().span().begin, -secondsPerDay);
+}
+
+TEST_F(TimelineOfLists, TellsWhereAnItemStands) {
+  Object* const early = addEntry(secondsOf(1904, 1, 1), securityData);
+  Object* const middle = addEntry(secondsOf(2019, 1, 2), systemInstall);
+  Object* const last = addReceipt(secondsOf(2019, 6, 1));
+  EXPECT_EQ(timeline().timeOf(middle), secondsOf(2019, 1, 2));
+  EXPECT_EQ(timeline().timeOf(last), secondsOf(2019, 6, 1));
+  EXPECT_EQ(timeline().timeOf(early), secondsOf(2019, 1, 2));
+  EXPECT_EQ(timeline().timeOf(histories[0].get()), std::nullopt);
+  EXPECT_EQ(timeline().timeOf(nullptr), std::nullopt);
+}
+
+TEST_F(TimelineOfLists, DrawsAnyDateThatAFileCanHold) {
+  constexpr double most = std::numeric_limits<double>::max();
+  const std::vector<double> times = {-most, -1e200, secondsOf(-44, 3, 15), secondsOf(12019, 1, 1),
+                                     1e200, most};
+  for (const double seconds : times) {
+    histories.clear();
+    for (const double other : {seconds, seconds, 0.0}) addEntry(other, securityData);
+    const TimelineSpan span = timeline().span();
+    EXPECT_LT(span.begin, span.end);
+    EXPECT_TRUE(std::isfinite(span.begin) && std::isfinite(span.end));
+    const auto all = picture();
+    EXPECT_EQ(all.marks.size(), 2) << seconds;
+    for (const TimelineMark& mark : all.marks) EXPECT_TRUE(mark.x >= -10 && mark.x <= 1010) << mark.x;
+  }
+}
+
+// Bands.
+
+MATCHER_P3(band, name, left, right, "") {
+  return arg.name == name && std::abs(arg.left - left) < 1e-6 && std::abs(arg.right - right) < 1e-6;
+}
+
+TEST_F(TimelineOfLists, DrawsAGroupUntilTheNextOneBegins) {
+  addGroup("macOS Sierra 10.12");
+  addEntry(0, systemInstall);
+  addEntry(900'000, securityData);
+  addGroup("macOS Mojave 10.14");
+  addEntry(600'000, systemInstall);
+  addEntry(1e6, securityData);
+  EXPECT_THAT(picture().bands,
+              ElementsAre(band("macOS Sierra 10.12", 0, 600), band("macOS Mojave 10.14", 600, 1000)));
+}
+
+TEST_F(TimelineOfLists, DrawsGroupsInTheOrderOfTime) {
+  addGroup("later");
+  addEntry(600'000, systemInstall);
+  addEntry(1e6, securityData);
+  addGroup("earlier");
+  addEntry(300'000, systemInstall);
+  addEntry(0, securityData);
+  EXPECT_THAT(picture().bands, ElementsAre(band("earlier", 300, 600), band("later", 600, 1000)));
+}
+
+TEST_F(TimelineOfLists, DrawsNoGroupWithoutEntries) {
+  addEnds();
+  addGroup("macOS 10.15 10.15");
+  EXPECT_THAT(picture().bands, ElementsAre(band("macOS Mojave 10.14", 0, 1000)));
+}
+
+TEST_F(TimelineOfLists, CutsGroupsAtTheEdgesAndLeavesOutWhatIsTooNarrow) {
+  for (const double seconds : {0.0, 300'000.0, 300'999.0, 600'000.0, 800'000.0, 1e6}) {
+    addGroup("from " + std::to_string(static_cast<int>(seconds)));
+    addEntry(seconds, systemInstall);
+  }
+  const auto bandsFrom = [this](double begin, double end) {
+    return timeline().picture(scaleOf({begin, end}), nullptr).bands;
+  };
+  EXPECT_THAT(bandsFrom(0, 1e6), ElementsAre(band("from 0", 0, 300), band("from 300999", 300.999, 600),
+                                             band("from 600000", 600, 800), band("from 800000", 800, 1000)));
+  EXPECT_THAT(bandsFrom(500'000, 700'000),
+              ElementsAre(band("from 300999", 0, 500), band("from 600000", 500, 1000)));
+}
+
+TEST_F(TimelineOfLists, ShadesEverySecondGroupWhereverTheSpanBegins) {
+  for (const double seconds : {0.0, 400'000.0, 1e6}) {
+    addGroup("macOS Mojave");
+    addEntry(seconds, systemInstall);
+  }
+  EXPECT_FALSE(picture().bands[0].isSecond);
+  EXPECT_TRUE(picture().bands[1].isSecond);
+  EXPECT_TRUE(timeline().picture(scaleOf({500'000, 600'000}), nullptr).bands[0].isSecond);
+}
+
+TEST_F(TimelineOfLists, DrawsTheGroupOfAnOutlierUpToTheNext) {
+  addGroup("macOS Sierra 10.12");
+  addEntry(secondsOf(1904, 1, 1), systemInstall);
+  addGroup("macOS Mojave 10.14");
+  addEntry(500'000, systemInstall);
+  for (const double seconds : {0.0, 1e6}) addEntry(seconds, securityData);
+  EXPECT_THAT(picture().bands,
+              ElementsAre(band("macOS Sierra 10.12", 0, 500), band("macOS Mojave 10.14", 500, 1000)));
+}
+
+// Gaps.
+
+MATCHER_P3(gap, words, left, right, "") {
+  return arg.words == words && std::abs(arg.left - left) < 1e-6 && std::abs(arg.right - right) < 1e-6;
+}
+
+class TimelineGaps : public TimelineOfLists {
+ protected:
+  void addDays(std::int64_t type, const std::vector<double>& days) {
+    for (const double day : days) addEntry(day * secondsPerDay, type);
+  }
+};
+
+TEST_F(TimelineGaps, AreBetweenEntriesOfSecurityDataThatFollowEachOther) {
+  addDays(systemInstall, {0, 300, 1000});
+  addDays(securityData, {500, 200, 1000, 714});
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("300 days without security data", 200, 500),
+                                          gap("214 days without security data", 500, 714),
+                                          gap("286 days without security data", 714, 1000)));
+}
+
+TEST_F(TimelineGaps, ReachFromTheLastSecurityDataToTheLastEntryOfAnyKind) {
+  addDays(securityData, {0, 20});
+  addReceipt(100 * secondsPerDay);
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("80 days without security data", 200, 1000)));
+}
+
+TEST_F(TimelineGaps, AreTheLongestThreeInTheOrderOfTime) {
+  addDays(securityData, {0, 200, 250, 550, 600, 700, 1000});
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("200 days without security data", 0, 200),
+                                          gap("300 days without security data", 250, 550),
+                                          gap("300 days without security data", 700, 1000)));
+}
+
+TEST_F(TimelineGaps, AreTheEarlierOfEquallyLongOnes) {
+  addDays(securityData, {0, 250, 500, 750, 1000});
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("250 days without security data", 0, 250),
+                                          gap("250 days without security data", 250, 500),
+                                          gap("250 days without security data", 500, 750)));
+}
+
+TEST_F(TimelineGaps, LastAtLeastThirtyDaysOfWhichOnlyWholeOnesAreTold) {
+  addDays(securityData, {0, 29.999, 59.999, 91.5, 100});
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("30 days without security data", 299.99, 599.99),
+                                          gap("31 days without security data", 599.99, 915)));
+}
+
+TEST_F(TimelineGaps, AreNoneWithoutSecurityData) {
+  addDays(systemInstall, {0, 1000});
+  EXPECT_THAT(picture().gaps, IsEmpty());
+}
+
+TEST_F(TimelineGaps, KeepToTheBulk) {
+  addDays(securityData, {0, 10, 100, 5000});
+  addDays(securityUpdate, {-9000});
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("90 days without security data", 100, 1000)));
+}
+
+TEST_F(TimelineGaps, AreCutAtTheEdges) {
+  addDays(securityData, {0, 500, 1000});
+  const auto gapsFrom = [this](double begin, double end) {
+    return timeline().picture(scaleOf({begin * secondsPerDay, end * secondsPerDay}), nullptr).gaps;
+  };
+  EXPECT_THAT(gapsFrom(400, 600), ElementsAre(gap("500 days without security data", 0, 500),
+                                              gap("500 days without security data", 500, 1000)));
+  EXPECT_THAT(gapsFrom(500, 600), ElementsAre(gap("500 days without security data", 0, 1000)));
+}
+
+// Large lists.
+
+TEST_F(TimelineOfLists, HoldsManyEntriesAndReceiptsOfOneSecond) {
+  for (int i = 0; i < 100'000; ++i) addEntry(0, i % 5);
+  for (int i = 0; i < 10'000; ++i) addReceipt(0);
+  EXPECT_THAT(picture().marks, ElementsAre(markAt(500, 20'000), markAt(500, 20'000), markAt(500, 20'000),
+                                           markAt(500, 20'000), markAt(500, 20'000), markAt(500, 10'000)));
+}
+
+TEST_F(TimelineOfLists, DrawsNoMoreOfManyThanThereIsRoomFor) {
+  for (int i = 0; i < 100'000; ++i) {
+    addGroup("macOS Mojave 10.14");
+    addEntry(i * 100, i % 5);
+  }
+  const TimelinePicture all = picture();
+  EXPECT_LE(all.marks.size(), 5 * 101);
+  EXPECT_LE(all.bands.size(), 1000);
+  EXPECT_LE(all.ticks.size(), 11);
+  std::size_t count = 0;
+  for (const TimelineMark& mark : all.marks) count += mark.count;
+  EXPECT_EQ(count, 100'000);
 }
 
 }  // namespace
