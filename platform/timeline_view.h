@@ -61,7 +61,7 @@ struct TimelineBand {
   double left;
   double right;
   std::string name;
-  bool isSecond;  ///< every second one, wherever the span begins
+  bool isSecond;  ///< of every second release, wherever the span begins: groups of one release go together
 };
 
 struct TimelineGap {

@@ -126,6 +126,17 @@ TimelinePlace placeOf(double seconds, TimelineSpan bulk) {
   return seconds > bulk.end ? TimelinePlace::after : TimelinePlace::inside;
 }
 
+// Of a group with entries: "10.14" where it begins with 10.14.6.
+std::string_view releaseOf(const History& group) {
+  const std::string_view version = group.children.front()->version;
+  return version.substr(0, version.find('.', version.find('.') + 1));
+}
+
+// What isn't numbered so is a release by itself.
+bool areOfOneRelease(const History& one, const History& other) {
+  return releaseOf(one) == releaseOf(other) && releaseOf(one).starts_with("10.");
+}
+
 // Calls `take` with the first entry of each mark and the one behind its last. They don't depend on which part
 // of time is looked at, so that marks stay as they are while the strip is moved.
 template <typename Take>
@@ -172,7 +183,7 @@ Timeline::Timeline(const std::vector<std::shared_ptr<History>>& histories, const
     lanes_.push_back({static_cast<TimelineKind>(kind), {}});
   for (const auto& group : histories) {
     if (!group->children.empty())
-      groups_.push_back({secondsOf(group->children.front()->installDate), group.get()});
+      groups_.push_back({secondsOf(group->children.front()->installDate), group.get(), false});
     for (const auto& entry : group->children)
       if (!skipsConfigurationData || entry->type != history_type::configurationData)
         lanes_[static_cast<std::size_t>(entry->type)].entries.push_back(
@@ -182,6 +193,9 @@ Timeline::Timeline(const std::vector<std::shared_ptr<History>>& histories, const
     lanes_.back().entries.push_back({secondsOf(receipt->installDate), receipt.get()});
   std::stable_sort(groups_.begin(), groups_.end(),
                    [](const Group& one, const Group& other) { return one.begin < other.begin; });
+  for (std::size_t i = 1; i < groups_.size(); ++i)
+    groups_[i].isSecond =
+        groups_[i - 1].isSecond == areOfOneRelease(*groups_[i - 1].history, *groups_[i].history);
   if (skipsConfigurationData) lanes_.erase(lanes_.end() - 2);
 
   std::vector<double> times;
@@ -213,7 +227,8 @@ TimelinePicture Timeline::picture(const TimelineScale& scale, const Object* sele
   for (std::size_t i = 0; i < groups_.size(); ++i) {
     const double left = edgeOf(groups_[i].begin, scale);
     const double right = i + 1 < groups_.size() ? edgeOf(groups_[i + 1].begin, scale) : scale.width;
-    if (right - left >= 1) picture.bands.push_back({left, right, groups_[i].history->name, i % 2 == 1});
+    if (right - left >= 1)
+      picture.bands.push_back({left, right, groups_[i].history->name, groups_[i].isSecond});
   }
   for (const TimelineSpan gap : gaps_)
     if (gap.begin < scale.span.end && gap.end > scale.span.begin)

@@ -48,6 +48,7 @@ class Timeline {
   struct Group {
     double begin;
     const History* history;
+    bool isSecond;  // of every second release
   };
   // Of an item: both null where it isn't shown.
   struct Position {

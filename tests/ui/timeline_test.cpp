@@ -348,6 +348,18 @@ TEST_F(TimelineOfLists, ShadesEverySecondGroupWhereverTheSpanBegins) {
   EXPECT_TRUE(timeline().picture(scaleOf({500'000, 600'000}), nullptr).bands[0].isSecond);
 }
 
+TEST_F(TimelineOfLists, ShadesTheGroupsOfOneReleaseAlike) {
+  double seconds = 0;
+  for (const char* version : {"10.1.5", "10.14", "10.14.1", "10.14.1", "10.15.2", "11.1", "11.1"}) {
+    addGroup("macOS");
+    addEntry(seconds, systemInstall, "macOS", version);
+    seconds += 100'000;
+  }
+  std::string shades;
+  for (const platform::TimelineBand& drawn : picture().bands) shades += drawn.isSecond ? '#' : '.';
+  EXPECT_EQ(shades, ".###.#") << "the last begins at the end";
+}
+
 TEST_F(TimelineOfLists, DrawsTheGroupOfAnOutlierUpToTheNext) {
   addGroup("macOS Sierra 10.12");
   addEntry(secondsOf(1904, 1, 1), systemInstall);
