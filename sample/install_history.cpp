@@ -16,6 +16,9 @@ using namespace std::chrono_literals;
 
 constexpr Day sierra = 2016y / 9 / 24;
 constexpr Day mojave = 2018y / 9 / 28;
+// Between these days the Mac didn't look for data.
+constexpr Day switchedOff = 2018y / 10 / 20;
+constexpr Day switchedOn = 2019y / 5 / 21;
 
 // Content types.
 constexpr std::string_view criticalUpdate = "critical-update";
@@ -113,6 +116,8 @@ constexpr std::string_view updater = "softwareupdated";
 constexpr std::string_view installer = "Installer";
 constexpr std::string_view store = "storedownloadd";
 
+// Security data stands first.
+constexpr std::size_t securityDataCount = 6;
 constexpr auto series = std::to_array<Series>({
     {"XProtectPlistConfigData", "", 2078, configData, "com.apple.pkg.XProtectPlistConfigData", updater, 9},
     {"MRT Configuration Data", "1.", 4, configData, "com.apple.pkg.MRTConfigData", updater, 7, delivered,
@@ -168,12 +173,17 @@ void addMilestones(std::vector<Entry>& entries, std::size_t count, Random& rando
   }
 }
 
+bool isSwitchedOff(double seconds) {
+  return seconds >= secondsAt(switchedOff) && seconds < secondsAt(switchedOn);
+}
+
 // Picks one of the series that were around then, by weight.
 std::size_t pickSeries(double seconds, Random& random) {
   std::array<unsigned, series.size()> weights{};
   unsigned total = 0;
   for (std::size_t i = 0; i < series.size(); ++i) {
-    if (seconds >= secondsAt(series[i].from) && seconds < secondsAt(series[i].until))
+    const bool isMissed = i < securityDataCount && isSwitchedOff(seconds);
+    if (!isMissed && seconds >= secondsAt(series[i].from) && seconds < secondsAt(series[i].until))
       weights[i] = series[i].weight;
     total += weights[i];
   }
@@ -201,7 +211,11 @@ void addSeries(std::vector<Entry>& entries, std::size_t count, Random& random) {
     burst.push_back(picked);
     const Series& one = series[picked];
     const unsigned version = one.firstVersion + installed[picked]++;
-    entries.push_back({.seconds = together,
+    // Configuration data that waits until it is looked for again comes within some hours.
+    const bool waits = one.contentType == configData && isSwitchedOff(together);
+    const double seconds =
+        waits ? secondsAt(switchedOn) - (secondsAt(switchedOn) - together) / 1000 : together;
+    entries.push_back({.seconds = seconds,
                        .name = one.name,
                        .version = std::string(one.versionPrefix) + std::to_string(version),
                        .contentType = one.contentType,

@@ -1,5 +1,6 @@
 // The install history of a Mac that never was: delivered with OS X El Capitan in 2015, kept up to date
-// through Sierra, High Sierra and Mojave, and on macOS Catalina when the file was copied in 2021.
+// through Sierra, High Sierra and Mojave, and on macOS Catalina when the file was copied in 2021. For seven
+// months of Mojave's time it got no security data; then configuration data came in a burst.
 //
 // All five kinds of entries that Pelmarix tells apart occur (system installs, security updates, security
 // data, critical updates, configuration data), and many that it leaves out: applications, printer software,

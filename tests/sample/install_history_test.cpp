@@ -15,6 +15,8 @@ namespace {
 using testing::IsSupersetOf;
 using testing::SizeIs;
 
+constexpr double day = 86400;
+
 struct Entry {
   double seconds = 0;
   std::string name;
@@ -75,6 +77,40 @@ TEST(SampleInstallHistory, HoldsCriticalUpdatesConfigurationDataAndEntriesWithou
   for (const Entry& entry : entriesOf(installHistory(400))) types.insert(entry.contentType);
   const std::set<std::optional<std::string>> expected = {"critical-update", "config-data", std::nullopt};
   EXPECT_EQ(types, expected);
+}
+
+TEST(SampleInstallHistory, HasMonthsWithoutSecurityDataAndThenABurstOfConfigurationData) {
+  const std::set<std::string> securityData = {"Gatekeeper Configuration Data",
+                                              "MRTConfigData",
+                                              "MRT Configuration Data",
+                                              "XProtectPlistConfigData",
+                                              "Incompatible Kernel Extension Configuration Data",
+                                              "TCC Configuration Data"};
+  for (const std::size_t count : {400U, 100'000U}) {
+    double last = 0;
+    double longest = 0;
+    double endOfLongest = 0;
+    std::vector<double> configuration;
+    for (const Entry& entry : entriesOf(installHistory(count))) {
+      if (securityData.contains(entry.name)) {
+        if (last != 0 && entry.seconds - last > longest) {
+          longest = entry.seconds - last;
+          endOfLongest = entry.seconds;
+        }
+        last = entry.seconds;
+      } else if (entry.contentType == "config-data") {
+        configuration.push_back(entry.seconds);
+      }
+    }
+    EXPECT_GT(longest, 200 * day);
+    EXPECT_LT(longest, 270 * day);
+    // Between its first month and its end.
+    std::erase_if(configuration, [=](double seconds) {
+      return seconds < endOfLongest - longest + 30 * day || seconds >= endOfLongest;
+    });
+    ASSERT_THAT(configuration, SizeIs(testing::Gt(10U)));
+    EXPECT_LT(configuration.back() - configuration.front(), day);
+  }
 }
 
 }  // namespace
