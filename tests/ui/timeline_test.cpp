@@ -256,12 +256,15 @@ TEST_F(TimelineOfLists, HasNoOutliersWithFewerThanThreeEntries) {
 
 TEST_F(TimelineOfLists, TakesWhatIsNoMoreThanFiveYearsAwayForTheBulk) {
   constexpr double fiveYears = 5 * 365.25 * secondsPerDay;
-  for (int i = 0; i < 5; ++i) addEntry(i, securityData);
-  addEntry(-fiveYears, securityData);
-  EXPECT_EQ(timeline().span().begin, -fiveYears);
-  histories.back()->children.pop_back();
-  addEntry(-fiveYears - 1, securityData);
-  EXPECT_GT(timeline().span().begin, -secondsPerDay);
+  const auto spanWith = [this](double seconds) {
+    histories.clear();
+    for (const double other : {0.0, 1.0, 2.0, 3.0, 4.0, seconds}) addEntry(other, securityData);
+    return timeline().span();
+  };
+  EXPECT_EQ(spanWith(-fiveYears).begin, -fiveYears);
+  EXPECT_GT(spanWith(-fiveYears - 1).begin, -secondsPerDay);
+  EXPECT_EQ(spanWith(4 + fiveYears).end, 4 + fiveYears);
+  EXPECT_LT(spanWith(5 + fiveYears).end, secondsPerDay);
 }
 
 TEST_F(TimelineOfLists, TellsWhereAnItemStands) {
