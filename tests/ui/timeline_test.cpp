@@ -294,6 +294,16 @@ TEST_F(TimelineOfLists, DrawsAnyDateThatAFileCanHold) {
   }
 }
 
+TEST_F(TimelineOfLists, HasDatesAlongItsAxis) {
+  addEntry(secondsOf(2015, 11, 2), systemInstall);
+  addEntry(secondsOf(2017, 3, 1), securityData);
+  EXPECT_THAT(picture().ticks, ElementsAre(Field(&platform::TimelineTick::label, "2016-01-01"),
+                                           Field(&platform::TimelineTick::label, "2016-04-01"),
+                                           Field(&platform::TimelineTick::label, "2016-07-01"),
+                                           Field(&platform::TimelineTick::label, "2016-10-01"),
+                                           Field(&platform::TimelineTick::label, "2017-01-01")));
+}
+
 // Bands.
 
 MATCHER_P3(band, name, left, right, "") {
@@ -439,6 +449,7 @@ TEST_F(TimelineGaps, AreCutAtTheEdges) {
   EXPECT_THAT(gapsFrom(400, 600), ElementsAre(gap("500 days without security data", 0, 500),
                                               gap("500 days without security data", 500, 1000)));
   EXPECT_THAT(gapsFrom(500, 600), ElementsAre(gap("500 days without security data", 0, 1000)));
+  EXPECT_THAT(gapsFrom(400, 500), ElementsAre(gap("500 days without security data", 0, 1000)));
 }
 
 // Large lists.
