@@ -3,18 +3,13 @@
 namespace pelmarix {
 namespace {
 
-// The length of the well-formed sequence at the start of [first, last), which is not empty; 0 where there is
-// none (The Unicode Standard, table 3-7).
+// The length of the well-formed sequence at the start of [first, last), which begins with a byte that is not
+// ASCII; 0 where there is none (The Unicode Standard, table 3-7).
 std::size_t sequenceLength(const char* first, const char* last) {
   const auto byte = [first](std::size_t i) { return static_cast<unsigned char>(first[i]); };
   const auto isContinuation = [byte](std::size_t i) { return (byte(i) & 0xC0) == 0x80; };
   const unsigned lead = byte(0);
-  const std::size_t length = lead < 0x80   ? 1
-                             : lead < 0xC2 ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF5 ? 4
-                                           : 0;
+  const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
   if (length > static_cast<std::size_t>(last - first)) return 0;
   for (std::size_t i = 1; i < length; ++i)
     if (!isContinuation(i)) return 0;

@@ -22,7 +22,7 @@ struct Fields {
 Fields fieldsOf(std::string_view text) {
   const std::size_t last = text.rfind('\t');
   if (last == nowhere) return {text.size(), text.size()};
-  const std::size_t other = last == 0 ? nowhere : text.rfind('\t', last - 1);
+  const std::size_t other = text.substr(0, last).rfind('\t');
   return {std::min(other, last), last};
 }
 

@@ -111,10 +111,7 @@ void FileSearchController::keepFiles(Listing& listing) {
 }
 
 void FileSearchController::endListers() {
-  for (const auto& listing : listings_) {
-    listing->task.reset();
-    keepFiles(*listing);
-  }
+  for (const auto& listing : listings_) keepFiles(*listing);
   listings_.clear();
   runningCount_ = 0;
 }

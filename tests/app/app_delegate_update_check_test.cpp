@@ -394,6 +394,12 @@ TEST_F(UpdateCheckDeathTest, StopsTheProgramAtAnEntryThatIsNotADictionary) {
     EXPECT_FATAL_STOP(answerWithList(list(element))) << element;
 }
 
+TEST_F(UpdateCheckDeathTest, StopsTheProgramAtALargeEntryThatIsNotADictionary) {
+  std::string elements;
+  for (int i = 0; i < 17'000; ++i) elements += "<true/>";
+  EXPECT_FATAL_STOP(answerWithList(list("<array>" + elements + "</array>")));
+}
+
 TEST_F(UpdateCheckDeathTest, StopsTheProgramAtAnEntryWithoutANameThatIsAString) {
   for (const std::string& contents :
        {std::string(), pair("appname", "Pelmarix"), std::string("<key>AppName</key><integer>1</integer>")})

@@ -35,6 +35,10 @@ TEST(DateDescription, OfDatesBeforeTheUnixEpoch) {
   EXPECT_EQ(describe(secondsAt(1, 1, 1)), "0001-01-01 00:00:00 +0000");
 }
 
+TEST(DateDescription, OfTheSecondBeforeTheReferenceDate) {
+  EXPECT_EQ(describe(-1), "2000-12-31 23:59:59 +0000");
+}
+
 TEST(DateDescription, OfLeapDays) {
   EXPECT_EQ(describe(secondsAt(2000, 2, 29)), "2000-02-29 00:00:00 +0000");
   EXPECT_EQ(describe(secondsAt(1900, 2, 29)), "1900-03-01 00:00:00 +0000");
@@ -44,6 +48,8 @@ TEST(DateDescription, OfLeapDays) {
 TEST(DateDescription, OfYearsWithoutFourDigits) {
   EXPECT_EQ(describe(secondsAt(0, 2, 29)), "0000-02-29 00:00:00 +0000");
   EXPECT_EQ(describe(secondsAt(-1, 12, 31)), "-0001-12-31 00:00:00 +0000");
+  EXPECT_EQ(describe(secondsAt(999, 12, 31)), "0999-12-31 00:00:00 +0000");
+  EXPECT_EQ(describe(secondsAt(10000, 1, 1)), "10000-01-01 00:00:00 +0000");
   EXPECT_EQ(describe(secondsAt(12345, 6, 7)), "12345-06-07 00:00:00 +0000");
   EXPECT_EQ(describe(secondsAt(999999999, 12, 31)), "999999999-12-31 00:00:00 +0000");
 }

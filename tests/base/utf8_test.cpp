@@ -8,9 +8,9 @@ namespace pelmarix {
 namespace {
 
 TEST(IsValidUtf8, OfWellFormedTextOfEveryLength) {
-  for (const char* text :
-       {"", "a", "plain ASCII that is longer than eight bytes", "\u007F", "\u0080", "\u07FF", "\u0800",
-        "\uFFFD", "\U00010000", "\U0010FFFF", "1234567\u00E9\u20AC\U0001F600 and on and on"})
+  for (const char* text : {"", "a", "plain ASCII that is longer than eight bytes", "\u007F", "\u0080",
+                           "\u07FF", "\u0800", "\uD7FF", "\uE000", "\uFFFD", "\U00010000", "\U0010FFFF",
+                           "1234567\u00E9\u20AC\U0001F600 and on and on"})
     EXPECT_TRUE(isValidUtf8(text)) << text;
   EXPECT_TRUE(isValidUtf8(std::string("a\0b", 3)));
 }
@@ -26,6 +26,20 @@ TEST(IsValidUtf8, NotOfStrayOrMissingContinuations) {
   for (const char* bytes : {"\x80", "a\xBF", "\xC3", "\xC3\x28", "\xE2\x82", "\xE2\x28\xA1", "\xE2\x82\x28",
                             "\xF0\x9F\x98", "\xF0\x9F\x98\x28", "12345678\xC3"})
     EXPECT_FALSE(isValidUtf8(bytes));
+}
+
+TEST(FindInvalidUtf8, FindsTheFirstByteOfWhatIsNotWellFormed) {
+  for (const std::string_view bytes : {"\x80", "\xC1\xBF", "\xC3", "\xE0\x9F\xBF", "\xE2\x82", "\xED\xA0\x80",
+                                       "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"}) {
+    const std::string text = "a\u00E9" + std::string(bytes) + "b";
+    EXPECT_EQ(findInvalidUtf8(text.data(), text.data() + text.size()), text.data() + 3) << text;
+  }
+}
+
+TEST(FindInvalidUtf8, LooksNoFurtherThanTheEnd) {
+  const std::string_view text = "a\U0001F600";
+  for (std::size_t size = 2; size < text.size(); ++size)
+    EXPECT_EQ(findInvalidUtf8(text.data(), text.data() + size), text.data() + 1) << size;
 }
 
 TEST(FindNonAscii, FindsTheFirstAtEveryPlaceOfTextsOfEveryLength) {

@@ -43,6 +43,7 @@ class Text : public testing::Test {
         composed.replace(at, decomposed.size(), "\xC3\x9C");
       return composed;
     };
+    services.services.foldedForm = [](std::string_view text) { return "folded " + std::string(text); };
   }
   test::TestServices services;
   int compositions = 0;
@@ -63,6 +64,16 @@ TEST_F(Text, DoesNotHoldALiteralWhoseLastLetterIsAccentedThere) {
 TEST_F(Text, OfPlainAsciiIsComparedWithoutAskingForItsComposedForm) {
   EXPECT_FALSE(platform::textEquals("MRTConfigData ", "MRTConfigData"));
   EXPECT_TRUE(platform::textContains("My macOS Mojave Installer", "macOS Mojave"));
+  EXPECT_EQ(compositions, 0);
+}
+
+TEST_F(Text, OfPlainAsciiIsFoldedWithoutAskingForIt) {
+  EXPECT_EQ(platform::folded("@AZ[`az{ 0"), "@az[`az{ 0");
+  EXPECT_EQ(platform::folded("\xC3\x9C"), "folded \xC3\x9C");
+}
+
+TEST_F(Text, ThatIsTheSameToTheLastByteIsEqualWithoutAskingForItsComposedForm) {
+  EXPECT_TRUE(platform::textEquals("\xC3\x9C", "\xC3\x9C"));
   EXPECT_EQ(compositions, 0);
 }
 

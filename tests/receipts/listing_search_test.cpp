@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -76,6 +77,16 @@ TEST_F(ListingSearch, TakesTheLastTwoTabsForTheEndOfAPath) {
   EXPECT_EQ(search.files()[2].modified(), "7");
 }
 
+TEST_F(ListingSearch, TakesAFileWithoutAPathForOne) {
+  search.take("\t5\n\t\tdate\n./safari\t1\td\n");
+  search.finish();
+  EXPECT_THAT(paths(), ElementsAre("/safari"));
+  const ListedFile file("\t\tdate");
+  EXPECT_EQ(file.path(), "");
+  EXPECT_EQ(file.size(), "");
+  EXPECT_EQ(file.modified(), "date");
+}
+
 TEST_F(ListingSearch, TakesALastLineWithoutALineEnd) {
   search.take("./safari\t1\tdate");
   EXPECT_THAT(paths(), IsEmpty());
@@ -115,6 +126,12 @@ TEST_F(ListingSearch, RefusesWhatHasNoEnd) {
   const std::string part(65536, 'a');
   for (int i = 0; i < 17; ++i) endless.take(part);
   EXPECT_FALSE(endless.isListing());
+}
+
+TEST_F(ListingSearch, EndsWhereMemoryRunsOut) {
+  services.services.foldedForm = [](std::string_view) -> std::string { throw std::bad_alloc(); };
+  search.take("./caf\u00E9/safari\t1\td\n");
+  EXPECT_FALSE(search.isListing());
 }
 
 TEST_F(ListingSearch, GoesOnWithANarrowerPattern) {

@@ -19,7 +19,7 @@ namespace pelmarix::test {
 struct ShownAlert {
   std::string messageText;
   std::string informativeText;
-  platform::AlertStyle style = platform::AlertStyle::informational;
+  platform::AlertStyle style = {};  ///< none: an alert has to be given one
   std::vector<std::string> buttons;
   friend bool operator==(const ShownAlert&, const ShownAlert&) = default;
 };

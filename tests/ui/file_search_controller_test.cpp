@@ -202,7 +202,9 @@ TEST_F(FileSearch, KeepsWhatItFoundWhenItIsStopped) {
   make(4).find("a");
   list(1, "./a1\t1\td\n");
   print(0, "./a0\t1\td\n");
+  const int before = changes;
   controller->stopButton(nullptr);
+  EXPECT_GT(changes, before);
   EXPECT_THAT(runningFiles(), IsEmpty());
   EXPECT_FALSE(controller->isSearching());
   EXPECT_THAT(rows(), ElementsAre("pkg0/a0", "pkg1/a1"));
@@ -251,11 +253,43 @@ TEST_F(FileSearch, KeepsFewerFilesWithLongPaths) {
   EXPECT_THAT(controller->status(), testing::StartsWith("0 of 1 package, the first 8"));
 }
 
+TEST_F(FileSearch, KeepsFilesOfThirtyTwoMebibytes) {
+  make(1).find("a");
+  const std::size_t sizeOfName = 4096 - sizeof(ListedFile) - std::string_view("./\t1\td").size();
+  print(0, manyFiles(8192, sizeOfName));
+  EXPECT_TRUE(controller->isSearching());
+  print(0, manyFiles(1));
+  EXPECT_FALSE(controller->isSearching());
+  EXPECT_EQ(controller->status(), "0 of 1 package, the first 8192 files");
+}
+
+TEST_F(FileSearch, KeepsWhatFitsOfThePackageThatIsTooMuch) {
+  make(1).find("a");
+  const std::size_t sizeOfName = 4096 - sizeof(ListedFile) - std::string_view("./\t1\td").size();
+  print(0, manyFiles(8193, sizeOfName));
+  EXPECT_EQ(controller->status(), "0 of 1 package, the first 8192 files");
+}
+
+TEST_F(FileSearch, HasNoViewWhereNoCellCanBeMade) {
+  make(1).find("a");
+  list(0, "./a\t1\td\n");
+  EXPECT_EQ(controller->tableViewViewForTableColumnRow(table, nullptr, 0), nullptr);
+  table.cells.missing = {"Path"};
+  table.cells.notCells = {"Size"};
+  table.cells.textFieldless = {"Modified"};
+  EXPECT_EQ(cell(0, path), "none");
+  EXPECT_EQ(cell(0, size), "none");
+  EXPECT_EQ(cell(0, modified), "nothing");
+}
+
 TEST_F(FileSearch, TellsTheSelectedFile) {
   make(2).find("a");
   EXPECT_EQ(controller->selectedFile(), nullptr);
   list(0, "./a\t1\td\n");
   list(1, "./ab\t1\td\n");
+  table.selected = 0;
+  ASSERT_NE(controller->selectedFile(), nullptr);
+  EXPECT_EQ(controller->selectedFile()->package->name, "pkg0");
   table.selected = 1;
   ASSERT_NE(controller->selectedFile(), nullptr);
   EXPECT_EQ(controller->selectedFile()->package->name, "pkg1");

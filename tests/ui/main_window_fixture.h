@@ -11,8 +11,8 @@
 
 #include "platform/application.h"
 #include "platform/process_info.h"
-#include "platform/save_panel.h"
 #include "tests/support/memory_file_manager.h"
+#include "tests/support/plain_save_panel.h"
 #include "tests/support/property_list_text.h"
 #include "tests/support/test_services.h"
 #include "tests/ui/plain_views.h"
@@ -42,25 +42,6 @@ class PlainProcessInfo final : public platform::ProcessInfo {
   platform::OperatingSystemVersion operatingSystemVersion() const override { return {10, 14, 6}; }
   std::size_t activeProcessorCount() const override { return processors; }
   std::size_t processors = 2;
-};
-
-class PlainSavePanel final : public platform::SavePanel {
- public:
-  void setCanCreateDirectories(bool canCreate) override { canCreateDirectories = canCreate; }
-  void setAllowedFileTypes(const std::vector<std::string>& types) override { allowedFileTypes = types; }
-  void setTitle(const std::string& text) override { title = text; }
-  void setContents(const std::vector<std::string>& names) override { contents = names; }
-  std::size_t chosenContent() const override { return chosen; }
-  void beginWithCompletionHandler(std::function<void(int)> handler) override { completionHandler = handler; }
-  std::optional<std::string> path() const override { return chosenPath; }
-
-  bool canCreateDirectories = false;
-  std::vector<std::string> allowedFileTypes;
-  std::string title;
-  std::vector<std::string> contents;
-  std::size_t chosen = 0;
-  std::function<void(int)> completionHandler;
-  std::optional<std::string> chosenPath;
 };
 
 /// A controller with everything connected and nothing loaded yet.
