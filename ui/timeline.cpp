@@ -322,7 +322,7 @@ std::string Timeline::inWords(const TimelineMark& mark, const Object* selected) 
   const Entry* const behind = first + mark.count;
   const Entry* const told =
       std::find_if(first, behind, [selected](const Entry& entry) { return entry.item == selected; });
-  const std::string item = itemInWords((told == behind ? first : told)->item);
+  std::string item = itemInWords((told == behind ? first : told)->item);
   if (mark.count == 1) return item;
   return counted(mark.count, mark.kind) + ", " + daysText({first->seconds, behind[-1].seconds}) + ": " + item;
 }

@@ -41,12 +41,12 @@ double secondsOfMonth(long long month) {
 // The first of every so many months.
 std::vector<double> monthsWithin(platform::TimelineSpan span, long long step) {
   constexpr double secondsPerMonth = 365.2425 / monthsPerYear * day;
-  const double estimate = referenceYear * monthsPerYear + span.begin / secondsPerMonth;
-  long long month = static_cast<long long>(std::floor(estimate / static_cast<double>(step)) - 1) *
-                    step;  // certainly before
+  // By some days at most too early or too late, which is made up for by the beginning of the month.
+  const double month = referenceYear * monthsPerYear + span.begin / secondsPerMonth;
   std::vector<double> firsts;
-  for (; secondsOfMonth(month) <= span.end; month += step)
-    if (secondsOfMonth(month) >= span.begin) firsts.push_back(secondsOfMonth(month));
+  for (auto i = static_cast<long long>(std::floor(month / static_cast<double>(step))) * step;
+       secondsOfMonth(i) <= span.end; i += step)
+    if (secondsOfMonth(i) >= span.begin) firsts.push_back(secondsOfMonth(i));
   return firsts;
 }
 
@@ -71,8 +71,12 @@ std::vector<platform::TimelineTick> timelineTicks(const platform::TimelineScale&
   for (const double step :
        {minute, 5 * minute, 15 * minute, hour, 3 * hour, 12 * hour, day, 2 * day, 7 * day, 14 * day}) {
     if (step < secondsPerLabel) continue;
-    for (double seconds = std::ceil(begin / step) * step; seconds <= end; seconds += step)
+    const auto first = static_cast<long long>(std::ceil(begin / step));
+    const auto last = static_cast<long long>(std::floor(end / step));
+    for (long long i = first; i <= last; ++i) {
+      const double seconds = static_cast<double>(i) * step;
       add(seconds, step < day ? dateAndMinute(seconds) : dayDescription(Date{seconds}));
+    }
     return ticks;
   }
   for (const double seconds : monthsWithin(scale.span, roundMonths(secondsPerLabel)))

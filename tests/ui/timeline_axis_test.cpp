@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,53 @@ TEST(TimelineAxis, TellsTheTimeOfDayBelowADay) {
                           "2019-03-27 00:00"));
   EXPECT_THAT(labelsOf(secondsOf(2019, 3, 26, 36000), secondsOf(2019, 3, 26, 36120)),
               ElementsAre("2019-03-26 10:00", "2019-03-26 10:01", "2019-03-26 10:02"));
+}
+
+TEST(TimelineAxis, TakesTheSmallestStepThatLeavesLabelsTheirRoom) {
+  struct Step {
+    double perLabel;  // seconds
+    std::string second, third;
+  };
+  constexpr double minute = 60;
+  constexpr double hour = 3600;
+  constexpr double year = 365 * secondsPerDay;
+  for (const Step& step : {
+           Step{minute, "2018-01-01 00:01", "2018-01-01 00:02"},
+           Step{minute + 1, "2018-01-01 00:05", "2018-01-01 00:10"},
+           Step{5 * minute + 1, "2018-01-01 00:15", "2018-01-01 00:30"},
+           Step{15 * minute + 1, "2018-01-01 01:00", "2018-01-01 02:00"},
+           Step{hour + 1, "2018-01-01 03:00", "2018-01-01 06:00"},
+           Step{3 * hour + 1, "2018-01-01 12:00", "2018-01-02 00:00"},
+           Step{12 * hour + 1, "2018-01-02", "2018-01-03"},
+           Step{secondsPerDay + 1, "2018-01-02", "2018-01-04"},
+           Step{2 * secondsPerDay + 1, "2018-01-08", "2018-01-15"},
+           Step{7 * secondsPerDay + 1, "2018-01-08", "2018-01-22"},
+           Step{14 * secondsPerDay + 1, "2018-02-01", "2018-03-01"},
+           Step{28 * secondsPerDay + 1, "2018-04-01", "2018-07-01"},
+           Step{90 * secondsPerDay + 1, "2019-01-01", "2020-01-01"},
+           Step{year + 1, "2020-01-01", "2022-01-01"},
+           Step{2 * year + 1, "2025-01-01", "2030-01-01"},
+           Step{5 * year + 1, "2030-01-01", "2040-01-01"},
+           Step{10 * year + 1, "2040-01-01", "2060-01-01"},
+           Step{20 * year + 1, "2100-01-01", "2150-01-01"},
+       }) {
+    // A Monday and the first of a year.
+    const double begin = secondsOf(2018, 1, 1);
+    std::vector<std::string> labels = labelsOf(begin, begin + 10 * step.perLabel);
+    labels.erase(labels.begin(), std::find(labels.begin(), labels.end(), step.second));
+    ASSERT_GE(labels.size(), 2) << step.second;
+    EXPECT_EQ(labels[1], step.third);
+  }
+}
+
+TEST(TimelineAxis, BeginsWithTheFirstMonthThatTheSpanHolds) {
+  for (int month = 0; month < 12 * 400; ++month) {
+    const double first = secondsOf(1900 + month / 12, month % 12 + 1, 1);
+    const std::string label = dayDescription(Date{first});
+    EXPECT_EQ(labelsOf(first, first + 200 * secondsPerDay).front(), label);
+    EXPECT_EQ(labelsOf(first - 1, first + 200 * secondsPerDay).front(), label);
+    EXPECT_NE(labelsOf(first + 1, first + 200 * secondsPerDay).front(), label);
+  }
 }
 
 TEST(TimelineAxis, PutsALabelWhereItsDateIs) {

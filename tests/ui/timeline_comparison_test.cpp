@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 #include <random>
 #include <set>
 #include <string>
@@ -221,8 +221,8 @@ TEST_F(TimelineAtRandom, HasTheBandsOfASecondComputation) {
       const double x = unit + 0.5;
       const double seconds = scale.span.begin + x / 1000 * (scale.span.end - scale.span.begin);
       const History* last = nullptr;
-      double lastBegin = -INFINITY;
-      double nextBegin = INFINITY;
+      double lastBegin = -std::numeric_limits<double>::infinity();
+      double nextBegin = std::numeric_limits<double>::infinity();
       for (const auto& group : histories) {
         if (group->children.empty()) continue;
         const double begin = group->children.front()->installDate.timeIntervalSinceReferenceDate;
