@@ -181,6 +181,35 @@ TEST_F(VolumeOfTwoFolders, MayHaveBlanksLineEndsAndBytesThatAreNotUtf8InTheirPat
   EXPECT_EQ(Volume(valueFor({blank, odd})).resolve("/file"), odd + "/file");
 }
 
+TEST_F(VolumeOfTwoFolders, HasNothingThatHindersSomebodyWhereTheFileIs) {
+  folder.addFile("data/Library/Receipts/history");
+  EXPECT_EQ(volume.hindranceTo("/Library/Receipts/history"), "");
+  EXPECT_EQ(volume.hindranceTo("/Library/Receipts/"), "");
+}
+
+TEST_F(VolumeOfTwoFolders, TellsWhichFileOrFolderIsMissing) {
+  folder.addFile("data/Library/file");
+  EXPECT_EQ(volume.hindranceTo("/Library/history"), "There is no history in " + data + "/Library.");
+  EXPECT_EQ(volume.hindranceTo("/Gone/history"), "There is no folder " + system + "/Gone.");
+  EXPECT_EQ(volume.hindranceTo("/Library/file/history"), "There is no folder " + data + "/Library/file.");
+  EXPECT_EQ(Volume(system + ":" + data + "/gone").hindranceTo("/Library/history"),
+            data + "/gone doesn't exist.");
+}
+
+TEST_F(VolumeOfTwoFolders, TellsWhichFolderIsClosed) {
+  const std::string closed = folder.addFolder("data/Library");
+  std::filesystem::permissions(closed, std::filesystem::perms::none);
+  std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+  EXPECT_EQ(test::withoutPrivileges([&] { return volume.hindranceTo("/Library/history"); }),
+            closed + " can't be opened: Permission denied.");
+}
+
+TEST(Volume, NamesItsFolders) {
+  EXPECT_EQ(Volume("/mnt/system:/mnt/data/").folders(),
+            (std::vector<std::string>{"/mnt/system", "/mnt/data"}));
+  EXPECT_EQ(Volume().folders(), std::vector<std::string>{"/"});
+}
+
 TEST(Volume, KeepsBytesThatAreNotUtf8) {
   EXPECT_EQ(Volume("/mnt/\xFF").resolve("/a\xFE"), "/mnt/\xFF/a\xFE");
 }
