@@ -23,7 +23,8 @@ class DirectoryEnumerator {
  public:
   virtual ~DirectoryEnumerator() = default;
   /// The next entry's path relative to the folder (not ending in "/"); nothing at the end. A sub-folder that
-  /// can't be opened is yielded and passed over. The path stays good until the next call.
+  /// can't be opened is yielded and passed over, and so is the rest of a folder that can't be read to its
+  /// end. The path stays good until the next call.
   virtual std::optional<std::string_view> nextObject() = 0;
 };
 
@@ -53,8 +54,9 @@ class FileManager {
   }
 
   /// Writes the parts one after the other into the file in place, replacing what it held. `path` is one that
-  /// the user chose and is taken as it stands. The error's message is the system's own description. A write
-  /// that stops half way is a failure.
+  /// the user chose and is taken as it stands. The error's message is the system's own description. A file
+  /// that can't be written keeps what it held; a write that stops half way is a failure, too, and leaves what
+  /// was written.
   virtual Result<void, std::error_code> writeFile(const std::string& path,
                                                   const std::vector<std::string_view>& parts) = 0;
 };

@@ -82,4 +82,9 @@ Result<std::size_t, std::error_code> writeSome(const FileDescriptor& file, const
   return countOrError(uninterrupted([&] { return ::write(file.get(), bytes, std::min(size, mostAtOnce)); }));
 }
 
+Result<void, std::error_code> emptyFile(const FileDescriptor& file) {
+  if (uninterrupted([&] { return ::ftruncate(file.get(), 0); }) != 0) return lastSystemError();
+  return {};
+}
+
 }  // namespace pelmarix::posix

@@ -47,4 +47,7 @@ Result<std::size_t, std::error_code> readSome(const FileDescriptor& file, char* 
 Result<std::size_t, std::error_code> writeSome(const FileDescriptor& file, const char* bytes,
                                                std::size_t size);
 
+/// ftruncate(2) to nothing, likewise.
+Result<void, std::error_code> emptyFile(const FileDescriptor& file);
+
 }  // namespace pelmarix::posix

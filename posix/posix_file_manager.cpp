@@ -33,12 +33,15 @@ Result<std::string, std::error_code> PosixFileManager::readFile(const std::strin
 
 Result<void, std::error_code> PosixFileManager::writeFile(const std::string& path,
                                                           const std::vector<std::string_view>& parts) {
-  auto file = openFile(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY, 0666);
+  auto file = openFile(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY, 0666);
   if (!file) return file.error();
   struct stat status = {};
   if (fstat(file->get(), &status) != 0) return lastSystemError();
   // The same words as for a FIFO that nobody reads from, which can't be opened at all.
   if (S_ISFIFO(status.st_mode)) return std::make_error_code(std::errc::no_such_device_or_address);
+  // Not when it is opened: what can't be written keeps what it holds.
+  if (S_ISREG(status.st_mode))
+    if (const auto emptied = emptyFile(*file); !emptied) return emptied;
   for (const std::string_view part : parts)
     if (const auto written = writeAll(*file, part); !written) return written;
   return file->close();
