@@ -33,8 +33,8 @@ std::string hindranceOf(const std::string& folder) {
   }
   if (!error && !fs::is_directory(status))
     return " is a file. If it is the image of a disk, mount it and open the folder where it is mounted.";
-  const bool isReachable = !error && fs::exists(folder + "/.", error);  // and what is in it, too
-  return isReachable ? "" : " can't be opened: " + error.message() + ".";
+  if (!error) static_cast<void>(fs::status(folder + "/.", error));  // what is in it must be there, too
+  return error ? " can't be opened: " + error.message() + "." : "";
 }
 
 std::string rootOf(std::string folder) {
