@@ -109,8 +109,9 @@ Accounts readAccounts(const posix::Volume& volume, const std::string& path) {
 std::string resolvePath(const std::string& path, const posix::Volume& volume) {
   if (!path.starts_with('/')) return path;
   std::string below = volume.resolve(path);
+  // Where it can't be told whether the Mac has it, this machine's file is still none of the Mac's.
   std::error_code unknown;
-  return std::filesystem::exists(below, unknown) ? below : path;
+  return std::filesystem::exists(below, unknown) || unknown ? below : path;
 }
 
 struct OpenBom {
