@@ -6,6 +6,7 @@
 #include <sys/time.h>
 
 #include "receipts/bom.h"
+#include "tests/posix/moved_task.h"
 #include "tests/support/fatal_stop.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_services.h"
@@ -13,12 +14,13 @@
 namespace pelmarix::posix {
 namespace {
 
+using test::MovedTask;
+using test::nowhere;
 using test::TemporaryFolder;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* nowhere = "/dev/null/nowhere";  // no machine has such a folder
 constexpr const char* printReceived = PELMARIX_PRINT_RECEIVED;
 
 struct Ended {
@@ -382,26 +384,6 @@ TEST(Task, StartsTheCompanionWhereTheProgramIsMissing) {
   addProgram(folder, "lister", "echo \"$0: $*\"\n");
   EXPECT_EQ(run("/nonexistent/lister", {"-f"}, folder.path()).output, folder / "lister" + ": -f\n");
 }
-
-/// Starts the program of the same file name in a folder of the test's own, since the machine may have a
-/// lister.
-class MovedTask final : public platform::Task {
- public:
-  explicit MovedTask(std::string folder) : folder_(std::move(folder)) {}
-  void setLaunchPath(const std::string& path) override {
-    EXPECT_EQ(path, "/usr/bin/lsbom");
-    task_.setLaunchPath(folder_ + "/lsbom");
-  }
-  void setArguments(const std::vector<std::string>& arguments) override { task_.setArguments(arguments); }
-  void setStandardOutput(platform::Pipe& pipe) override { task_.setStandardOutput(pipe); }
-  void launch() override { task_.launch(); }
-  void waitUntilExit() override { task_.waitUntilExit(); }
-  int terminationStatus() const override { return task_.terminationStatus(); }
-
- private:
-  std::string folder_;
-  PosixTask task_{nowhere};
-};
 
 /// A receipt's listing through real child processes.
 class Listing : public testing::Test {
