@@ -77,5 +77,17 @@ TEST_F(Text, ThatIsTheSameToTheLastByteIsEqualWithoutAskingForItsComposedForm) {
   EXPECT_EQ(compositions, 0);
 }
 
+TEST_F(Text, IsFoldedByThePlatformWhereItIsNotAsciiAlone) {
+  std::vector<std::string> asked;
+  services.services.foldedForm = [&](std::string_view text) {
+    asked.emplace_back(text);
+    return "<" + std::string(text) + ">";
+  };
+  EXPECT_EQ(platform::folded("A/Z[@"), "a/z[@");
+  EXPECT_EQ(asked, std::vector<std::string>{});
+  EXPECT_EQ(platform::folded("\u00C9A/bE\u0301\u0302CD\u00E9"), "<\u00C9>a/b<e\u0301\u0302>c<d\u00E9>");
+  EXPECT_EQ(platform::folded(""), "");
+}
+
 }  // namespace
 }  // namespace pelmarix

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/text.h"
+#include "tests/support/test_services.h"
+
 namespace pelmarix::qt {
 namespace {
 
@@ -88,6 +91,22 @@ TEST(FoldedForm, IsTheSameForAllCasesAndSpellingsOfALetter) {
   EXPECT_EQ(foldedForm("a\u00A0b/*?"), "a b/*?");
   EXPECT_EQ(foldedForm("\u65E5\u672C \U0001F312"), "\u65E5\u672C \U0001F312");
   EXPECT_EQ(foldedForm("\u1F88\u0345"), foldedForm("\u1F80\u0345"));
+}
+
+// What is folded without the toolkit changes nothing of the form.
+TEST(FoldedForm, OfATextIsThatOfItsParts) {
+  test::TestServices services;
+  services.services.foldedForm = foldedForm;
+  const std::string parts[] = {"a",      "E",      "/",      " ",      "K",      "\u0301", "\u0345",
+                               "\u00C9", "\u1F88", "\u212A", "\u0130", "\u1100", "\u1161", "\u00A0",
+                               "\uFEFF", "\u0327", "\u3099", "\u304B", "\u0338", "=",      "\U0001F312"};
+  for (const auto& first : parts)
+    for (const auto& second : parts)
+      for (const auto& third : parts)
+        for (const auto& fourth : parts) {
+          const std::string text = first + second + third + fourth;
+          ASSERT_EQ(platform::folded(text), foldedForm(text)) << text;
+        }
 }
 
 }  // namespace
