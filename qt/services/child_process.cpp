@@ -41,13 +41,11 @@ void ChildProcess::readOutput() {
 
 void ChildProcess::awaitEnd() {
   using namespace std::chrono_literals;
-  // A child that has closed its output is about to end. Where it isn't, the program doesn't wait for it.
-  QTimer::singleShot(task_.isRunning() ? 1ms : 0ms, this, [this] {
-    if (task_.isRunning()) return awaitEnd();
-    task_.waitUntilExit();
-    const auto end = std::move(end_);
-    end(task_.terminationStatus());
-  });
+  // A child that has closed its output has ended or is about to. Where it isn't, the program doesn't wait.
+  if (task_.isRunning()) return QTimer::singleShot(1ms, this, [this] { awaitEnd(); });
+  task_.waitUntilExit();
+  const auto end = std::move(end_);
+  end(task_.terminationStatus());
 }
 
 void ChildProcess::endWithoutStatus() {
