@@ -18,12 +18,10 @@ struct Fields {
   std::size_t sizeEnd;
 };
 
-// The last two tabs; without one, all is the path.
+// The last two tabs; where there is one, no size is between them.
 Fields fieldsOf(std::string_view text) {
   const std::size_t last = text.rfind('\t');
-  if (last == nowhere) return {text.size(), text.size()};
-  const std::size_t other = text.substr(0, last).rfind('\t');
-  return {std::min(other, last), last};
+  return {std::min(text.rfind('\t', last - 1), last), last};
 }
 
 std::string_view pathIn(std::string_view text, std::size_t pathEnd) {
@@ -45,9 +43,7 @@ std::string_view ListedFile::size() const {
   return std::string_view(text_).substr(pathEnd_, sizeEnd_ - pathEnd_).substr(pathEnd_ < sizeEnd_ ? 1 : 0);
 }
 
-std::string_view ListedFile::modified() const {
-  return std::string_view(text_).substr(std::min(sizeEnd_ + 1, text_.size()));
-}
+std::string_view ListedFile::modified() const { return std::string_view(text_).substr(sizeEnd_ + 1); }
 
 void ListingSearch::narrow(const PathPattern& pattern) {
   pattern_ = pattern;

@@ -14,8 +14,8 @@ namespace pelmarix {
 /// A file that a listing tells of.
 class ListedFile {
  public:
-  /// What the listing has of one file: its path, size and time with a tab between two. The path may hold
-  /// anything, line ends and tabs included.
+  /// What the listing has of one file: its path, size and time with a tab between two, one at least. The path
+  /// may hold anything, line ends and tabs included.
   explicit ListedFile(std::string_view text);
 
   const std::string& text() const { return text_; }

@@ -50,7 +50,6 @@ void FileSearchController::find(const std::string& text) {
     isCutOff_ = false;
     startListers();
   }
-  changed();
 }
 
 void FileSearchController::startListers() {

@@ -65,8 +65,8 @@ class FileSearchController final : public platform::ViewController,
   const FoundFile* selectedFile() const;
 
   platform::TableView* filesTable = nullptr;  ///< not owned
-  /// Called whenever there is something new to be shown, which may be often. The table is reloaded by who
-  /// shows it.
+  /// Called whenever the listers have brought something new to be shown, which may be often, and when they
+  /// were stopped. The table is reloaded by who shows it.
   std::function<void()> changed = [] {};
 
  private:

@@ -69,8 +69,10 @@ TEST_F(ListingSearch, DropsWhatItHasLookedThrough) {
 }
 
 TEST_F(ListingSearch, TakesTheLastTwoTabsForTheEndOfAPath) {
-  search.take("./a\tsafari\tb\t12\tdate\n./one\nsafari\n\t3\tdate\nsafari\t7\n./safari\n./x\t1\td\n");
+  search.take(
+      "./a\tsafari\tb\t12\tdate\n./one\nsafari\n\t3\tdate\nsafari\t7\n./safari\n./x\t1\td\n\tsafari\n");
   search.finish();
+  EXPECT_TRUE(search.isListing());
   EXPECT_THAT(paths(), ElementsAre("/a\tsafari\tb", "/one\nsafari\n", "safari", "/safari\n./x"));
   EXPECT_EQ(search.files()[1].size(), "3");
   EXPECT_EQ(search.files()[2].size(), "");
@@ -107,6 +109,13 @@ TEST_F(ListingSearch, RefusesWhatIsNotUtf8) {
   EXPECT_FALSE(search.isListing());
   search.take("./safari\t1\td\n");
   search.finish();
+  EXPECT_FALSE(search.isListing());
+  EXPECT_THAT(paths(), IsEmpty());
+}
+
+TEST_F(ListingSearch, GivesUpWhereMemoryRunsOut) {
+  services.services.foldedForm = [](std::string_view) -> std::string { throw std::bad_alloc(); };
+  search.take("./safari\t1\td\n./caf\u00E9\t1\td\n");
   EXPECT_FALSE(search.isListing());
 }
 

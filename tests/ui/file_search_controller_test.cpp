@@ -224,9 +224,9 @@ TEST_F(FileSearch, EndsTheListersAsItGoes) {
   EXPECT_THAT(runningFiles(), IsEmpty());
 }
 
-std::string manyFiles(int count, std::size_t sizeOfName = 1) {
+std::string manyFiles(int count, std::size_t sizeOfName = 1, const std::string& ending = {}) {
   std::string listing;
-  for (int i = 0; i < count; ++i) listing += "./" + std::string(sizeOfName, 'a') + "\t1\td\n";
+  for (int i = 0; i < count; ++i) listing += "./" + std::string(sizeOfName, 'a') + ending + "\t1\td\n";
   return listing;
 }
 
@@ -245,12 +245,45 @@ TEST_F(FileSearch, KeepsTheFirstHundredThousandFiles) {
   EXPECT_EQ(controller->status(), "0 of 3 packages, 0 files");
 }
 
-TEST_F(FileSearch, KeepsFewerFilesWithLongPaths) {
+TEST_F(FileSearch, ReadsAgainWhereTheLastFileOfAllWasLeftOut) {
   make(1).find("a");
-  const std::string some = manyFiles(1000, 4000);
-  for (int i = 0; i < 10 && controller->isSearching(); ++i) print(0, some);
+  print(0, manyFiles(100'000) + "./ab\t1\td");
+  end(0);
+  EXPECT_EQ(controller->status(), "1 of 1 package, the first 100000 files");
+  controller->find("ab");
+  EXPECT_TRUE(controller->isSearching());
+}
+
+/// About 4 MB of what is kept.
+const std::string longPaths = manyFiles(1000, 4000);
+
+TEST_F(FileSearch, KeepsFewerFilesWithLongPaths) {
+  make(2).find("a");
+  print(1, "./a\t1\td\n");
+  const int before = changes;
+  for (int i = 0; i < 10 && controller->isSearching(); ++i) print(0, longPaths);
   EXPECT_FALSE(controller->isSearching());
-  EXPECT_THAT(controller->status(), testing::StartsWith("0 of 1 package, the first 8"));
+  EXPECT_GT(changes, before);
+  EXPECT_THAT(controller->status(), testing::StartsWith("0 of 2 packages, the first 8"));
+  EXPECT_EQ(controller->tableViewObjectValueForTableColumnRow(table, &path, 0),
+            controller->tableViewObjectValueForTableColumnRow(table, &path,
+                                                              controller->numberOfRowsInTableView(table) - 1))
+      << "what comes after the first file that is left out is left out, too";
+}
+
+TEST_F(FileSearch, HasRoomAgainForWhatItNoLongerKeeps) {
+  const std::string otherLongPaths = manyFiles(1000, 4000, "b");
+  for (const auto* const next : {"ab", "b"}) {  // narrower, and another
+    make(2).find("a");
+    for (int i = 0; i < 7; ++i) print(0, longPaths);
+    end(0);
+    controller->find(next);
+    const int number = running.contains("0.bom") ? 0 : 1;
+    for (int i = 0; i < 7; ++i) print(number, otherLongPaths);
+    EXPECT_TRUE(controller->isSearching()) << next;
+    end(number);
+    EXPECT_EQ(controller->numberOfRowsInTableView(table), 7000) << next;
+  }
 }
 
 TEST_F(FileSearch, KeepsFilesOfThirtyTwoMebibytes) {
