@@ -11,7 +11,7 @@ void paintPlaceholder(QAbstractScrollArea& view, const QString& text, const QWid
   QPainter painter(view.viewport());
   painter.setPen(placeholderColor(view.palette()));
   const int margin = view.fontMetrics().averageCharWidth() * 2;
-  QRect room = view.viewport()->rect().adjusted(margin, margin, -margin, -margin);
+  QRect room = view.viewport()->rect().adjusted(margin, 0, -margin, 0);
   if (action != nullptr)
     room.setBottom(view.viewport()->mapFrom(view.parentWidget(), action->pos()).y() - margin);
   // Paths are broken where they must be.

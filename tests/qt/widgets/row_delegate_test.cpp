@@ -186,6 +186,20 @@ TEST_F(DrawnOutline, SaysWhereWasLookedWhenItIsEmptyWithoutMakingRowsOfIt) {
   EXPECT_EQ(widget.model()->rowCount(), 0);
 }
 
+TEST_F(DrawnOutline, SaysAllOfItWhereItJustFits) {
+  tree.groups.clear();
+  reload();
+  const auto letters = [this](int height) {
+    widget.resize(widget.width(), widget.height() - widget.viewport()->height() + height);
+    QApplication::processEvents();
+    widget.setPlaceholderText({});
+    const QImage before = picture();
+    widget.setPlaceholderText(QStringLiteral("Nothing by that name was found"));
+    return changedPart(before, picture()).size();
+  };
+  EXPECT_EQ(letters(widget.fontMetrics().height()), letters(200));
+}
+
 TEST_F(DrawnOutline, SaysItReadablyOnDarkWhereThePaletteNamesNoColourForIt) {
   tree.groups.clear();
   reload();
