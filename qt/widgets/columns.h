@@ -17,7 +17,8 @@ struct ColumnDescription {
   std::string identifier;
   QString title;
   std::vector<std::string> cellIdentifiers;
-  QString usualText;  ///< says how wide it is; empty for the column of names, which takes the rest
+  QString usualText;     ///< says how wide it is; empty for the column of names, which takes the rest
+  int usualLength = 48;  ///< of names, in characters
 };
 
 /// Made once from their descriptions. There is one cell for each identifier, used again for every row: a

@@ -102,7 +102,7 @@ void RowsView::fitNames() {
     return widthForText(QString(count, QLatin1Char('0'))) + indentationOfNames();
   };
   const int least = widthForCharacters(22);
-  const int usual = widthForCharacters(48);
+  const int usual = widthForCharacters(columns_[static_cast<std::size_t>(nameColumn_)].usualLength);
   const int last = static_cast<int>(std::ssize(columns_)) - 1;
   int room = view_.viewport()->width();
   for (int column = 0; column <= last; ++column) {

@@ -30,14 +30,16 @@ FileSearchSheet::FileSearchSheet(QWidget* window, std::vector<std::shared_ptr<Bo
       *ui_->files,
       std::vector<ColumnDescription>{
           {"Package", tr("Package"), {"Package"}, QStringLiteral("com.example.pkg.Application")},
-          {"Path", tr("Path"), {"Path"}, {}},
+          {"Path", tr("Path"), {"Path"}, {}, 100},
           {"Size", tr("Size"), {"Size"}, QStringLiteral("000000000")},
           {"Modified", tr("Modified"), {"Modified"}, QStringLiteral("Wed Nov 30 00:00:00 2000")},
       },
       controller_, controller_);
   controller_.filesTable = table_.get();
   controller_.changed = [this] {
-    if (!showing_.isActive()) showing_.start(timeBetweenShowings);
+    const bool isSearching = controller_.isSearching();
+    if (isSearching && showing_.isActive()) return;
+    showing_.start(isSearching ? timeBetweenShowings : std::chrono::milliseconds(0));
   };
   showing_.setSingleShot(true);
   connect(&showing_, &QTimer::timeout, this, &FileSearchSheet::showState);
@@ -77,7 +79,7 @@ void FileSearchSheet::goToFiles() {
 
 void FileSearchSheet::showState() {
   showing_.stop();
-  ui_->progress->setMaximum(std::max(static_cast<int>(controller_.packageCount()), 1));
+  ui_->progress->setMaximum(static_cast<int>(controller_.packageCount()));
   ui_->progress->setValue(static_cast<int>(controller_.searchedCount()));
   const bool isSearching = controller_.isSearching();
   // What is disabled loses the focus to whatever comes next.

@@ -3,13 +3,16 @@
 #include <gmock/gmock.h>
 
 #include <QClipboard>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QScrollBar>
 #include <map>
 
 #include "platform/background_task.h"
 #include "qt/widgets/plain_text_view.h"
+#include "qt/window/file_save_panel.h"
 #include "tests/qt/window/main_interface_fixture.h"
 
 namespace pelmarix::test {
@@ -94,6 +97,25 @@ TEST_F(FileSearchSheet, IsASheetOverTheWindowThatIsThereOnce) {
   EXPECT_THAT(running, IsEmpty());
 }
 
+TEST_F(FileSearchSheet, HasNamesAndALabelForItsField) {
+  EXPECT_EQ(sought().accessibleName(), "File to find");
+  EXPECT_EQ(files().accessibleName(), "Files found");
+  EXPECT_EQ(button("stop").accessibleName(), "Stop");
+  EXPECT_EQ(part<QProgressBar>("progress").accessibleName(), "Packages searched");
+  EXPECT_EQ(part<QLabel>("soughtLabel").buddy(), &sought());
+  EXPECT_EQ(search().size(), window().size() * 9 / 10);
+}
+
+TEST_F(FileSearchSheet, IsWalkedThroughByTheTabKey) {
+  sought().setText("a");
+  std::vector<std::string> reached;
+  for (int i = 0; i < 5; ++i) {
+    reached.push_back(search().focusWidget()->objectName().toStdString());
+    QTest::keyClick(search().focusWidget(), Qt::Key_Tab);
+  }
+  EXPECT_THAT(reached, ElementsAre("sought", "files", "stop", "close", "sought"));
+}
+
 TEST_F(FileSearchSheet, ShowsTheFilesThatItFinds) {
   QTest::keyClicks(&sought(), "USR/bin");
   listBoth();
@@ -113,6 +135,7 @@ TEST_F(FileSearchSheet, ShowsTheFilesThatItFinds) {
 
 TEST_F(FileSearchSheet, ShowsHowFarItIsAndStops) {
   auto& progress = part<QProgressBar>("progress");
+  EXPECT_EQ(progress.value(), 0);
   EXPECT_FALSE(button("stop").isEnabled());
   sought().setText("a");
   EXPECT_TRUE(button("stop").isEnabled());
@@ -129,11 +152,46 @@ TEST_F(FileSearchSheet, ShowsHowFarItIsAndStops) {
   EXPECT_THAT(rows(), ElementsAre("/a"));
 }
 
+TEST_F(FileSearchSheet, ShowsTheEndOfTheSearchInTheNextRound) {
+  sought().setText("a");
+  list("com.example.new", "./a\t1\td\n");
+  list("com.example.old", "./a\t1\td\n");
+  QApplication::processEvents();
+  EXPECT_EQ(label("status"), "2 of 2 packages, 2 files");
+  EXPECT_FALSE(button("stop").isEnabled());
+}
+
+TEST_F(FileSearchSheet, KeepsTheSelectionWhileMoreIsFound) {
+  sought().setText("a");
+  list("com.example.new", "./a1\t1\td\n./a2\t1\td\n");
+  waitForShowing();
+  files().selectRow(1);
+  list("com.example.old", "./a3\t1\td\n");
+  waitForShowing();
+  EXPECT_THAT(rows(), ElementsAre("/a1", "/a2", "/a3"));
+  EXPECT_TRUE(files().selectionModel()->isRowSelected(1));
+}
+
+TEST_F(FileSearchSheet, BeginsAtTheTopWithNothingSelectedWhenAnotherTextIsTyped) {
+  sought().setText("a");
+  std::string many;
+  for (int i = 0; i < 1000; ++i) many += "./a/b\t1\td\n";
+  list("com.example.new", many);
+  waitForShowing();
+  files().selectRow(3);
+  files().scrollToBottom();
+  sought().setText("a/b");
+  EXPECT_EQ(files().model()->rowCount(), 1000);
+  EXPECT_EQ(files().verticalScrollBar()->value(), 0);
+  EXPECT_FALSE(files().selectionModel()->hasSelection());
+}
+
 TEST_F(FileSearchSheet, SaysWhatItsEmptyTableIsFor) {
   EXPECT_EQ(files().accessibleDescription().toStdString(),
             "Type a path, or a part of one, to find the package that brought it");
   sought().setText("no such file");
   EXPECT_EQ(files().accessibleDescription(), "");
+  EXPECT_EQ(sought().accessibleDescription(), sought().toolTip()) << "nothing is said while it goes on";
   listBoth();
   EXPECT_EQ(files().accessibleDescription().toStdString(), "No file was found");
   EXPECT_EQ(sought().accessibleDescription().toStdString(), "2 of 2 packages, 0 files");
@@ -170,6 +228,41 @@ TEST_F(FileSearchSheet, TakesNoNameForMarkup) {
               testing::HasSubstr("&lt;b&gt;bold&lt;/b&gt;\u21C4"));
 }
 
+TEST_F(FileSearchSheet, NamesSomeOfManyPackagesWithoutAListAndLongNamesInPart) {
+  fileManager.folders.clear();
+  for (int i = 10; i < 32; ++i)
+    addReceipt(std::to_string(i) + std::string(300, 'x'), "2019-01-01T00:00:" + std::to_string(i) + "Z");
+  search().close();
+  finishClosing();
+  interface.reset();
+  show();
+  choose("actionFindFile");
+  sought().setText("a");
+  while (!running.empty()) {
+    const auto task = running.begin()->second;
+    task("", 1);
+  }
+  waitForShowing();
+  const QStringList lines = part<QLabel>("missing").accessibleDescription().split(QStringLiteral(", "));
+  ASSERT_EQ(lines.size(), 21);
+  EXPECT_EQ(lines[19], "12" + QString(198, QLatin1Char('x')));
+  EXPECT_EQ(lines[20], "and 2 more");
+  EXPECT_EQ(part<QLabel>("missing").toolTip().count(QStringLiteral("<br>")), 20);
+}
+
+TEST_F(FileSearchSheet, GoesToTheFilesByReturn) {
+  QTest::keyClick(&sought(), Qt::Key_Return);
+  EXPECT_TRUE(sought().hasFocus()) << "there are none";
+  EXPECT_TRUE(search().isVisible());
+  sought().setText("a");
+  listBoth();
+  files().selectRow(1);
+  QTest::keyClick(&sought(), Qt::Key_Return);
+  EXPECT_TRUE(files().hasFocus());
+  EXPECT_TRUE(files().selectionModel()->isRowSelected(1));
+  EXPECT_FALSE(files().selectionModel()->isRowSelected(0));
+}
+
 TEST_F(FileSearchSheet, OpensTheBillOfMaterialsAtTheSelectedFile) {
   lister.output = "./x\t1\td\n./usr/bin/a\t12\tThu Sep 27 04:03:27 2018\n./y\t1\td\n";
   sought().setText("a");
@@ -187,9 +280,26 @@ TEST_F(FileSearchSheet, OpensTheBillOfMaterialsAtTheSelectedFile) {
       "./usr/bin/a\t12\tThu Sep 27 04:03:27 2018");
   EXPECT_EQ(bill->focusWidget(), &listing);
   EXPECT_EQ(bill->findChild<QLabel*>(QStringLiteral("package"))->text(), "com.example.new");
+  EXPECT_EQ(bill->findChild<QLabel*>(QStringLiteral("date"))->text(), "2019-01-01 00:00:00 +0000");
+  button("showBillOfMaterials").click();
+  EXPECT_EQ(search().findChildren<qt::BillOfMaterialsSheet*>().size(), 1) << "it is there once";
   bill->close();
   finishClosing();
   EXPECT_TRUE(search().isVisible());
+}
+
+TEST_F(FileSearchSheet, ShowsABusyPointerWhileTheBillIsListed) {
+  sought().setText("a");
+  listBoth();
+  files().selectRow(0);
+  Qt::CursorShape shape = Qt::ArrowCursor;
+  lister.whileRunning = [&] {
+    if (const QCursor* pointer = QGuiApplication::overrideCursor()) shape = pointer->shape();
+  };
+  part<QAction>("actionShowBillOfMaterials").trigger();
+  EXPECT_NE(search().findChild<qt::BillOfMaterialsSheet*>(), nullptr);
+  EXPECT_EQ(shape, Qt::WaitCursor);
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(FileSearchSheet, SelectsNothingWhereTheBillHasChanged) {
@@ -213,6 +323,20 @@ TEST_F(FileSearchSheet, StaysWhenTheListerCannotBeStarted) {
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
+TEST_F(FileSearchSheet, GivesPathsTheRoomThatThereIs) {
+  const auto widths = [this](int width) {
+    search().resize(width, 400);
+    QApplication::processEvents();
+    return std::vector{files().columnWidth(0), files().columnWidth(1), files().columnWidth(2),
+                       files().columnWidth(3)};
+  };
+  const int unit = files().fontMetrics().averageCharWidth();
+  const std::vector<int> narrow = widths(120 * unit);
+  const std::vector<int> wide = widths(150 * unit);
+  EXPECT_EQ(wide, (std::vector{narrow[0], narrow[1] + 30 * unit, narrow[2], narrow[3]}));
+  EXPECT_EQ(wide[0] + wide[1] + wide[2] + wide[3], files().viewport()->width());
+}
+
 TEST_F(FileSearchSheet, EnablesWhatHasSomethingToWorkOn) {
   EXPECT_FALSE(button("showBillOfMaterials").isEnabled());
   EXPECT_FALSE(button("exportFiles").isEnabled());
@@ -220,8 +344,14 @@ TEST_F(FileSearchSheet, EnablesWhatHasSomethingToWorkOn) {
   listBoth();
   EXPECT_TRUE(button("exportFiles").isEnabled());
   EXPECT_FALSE(button("showBillOfMaterials").isEnabled());
+  EXPECT_FALSE(part<QAction>("actionShowBillOfMaterials").isEnabled());
+  EXPECT_FALSE(part<QAction>("actionCopy").isEnabled());
   files().selectRow(0);
   EXPECT_TRUE(button("showBillOfMaterials").isEnabled());
+  EXPECT_TRUE(part<QAction>("actionShowBillOfMaterials").isEnabled());
+  EXPECT_TRUE(part<QAction>("actionCopy").isEnabled());
+  EXPECT_THAT(files().actions(),
+              ElementsAre(&part<QAction>("actionCopy"), &part<QAction>("actionShowBillOfMaterials")));
   sought().setText("ab");
   EXPECT_FALSE(button("showBillOfMaterials").isEnabled());
   EXPECT_FALSE(button("exportFiles").isEnabled());
@@ -231,23 +361,38 @@ TEST_F(FileSearchSheet, CopiesAndExportsItsRows) {
   sought().setText("usr");
   listBoth();
   files().selectRow(0);
-  QTest::keyClick(&files(), Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
-            "com.example.new\t/usr/bin/a\t12\tThu Sep 27 04:03:27 2018\n");
-  part<QAction>("actionCopy").trigger();
+  const auto copyKeys = [this] { QTest::keyClick(&files(), Qt::Key_C, Qt::ControlModifier); };
+  const auto copyAction = [this] { part<QAction>("actionCopy").trigger(); };
+  for (const auto& copy : std::vector<std::function<void()>>{copyKeys, copyAction}) {
+    QGuiApplication::clipboard()->clear();
+    copy();
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
+              "com.example.new\t/usr/bin/a\t12\tThu Sep 27 04:03:27 2018\n");
+  }
   button("exportFiles").click();
   ASSERT_EQ(savePanels.size(), 1U);
   EXPECT_THAT(savePanels[0]->allowedFileTypes, ElementsAre("csv"));
 }
 
+TEST_F(FileSearchSheet, BringsItsSavePanelThatIsOpenToTheFront) {
+  services.services.makeSavePanel = [this] { return std::make_shared<qt::FileSavePanel>(&search()); };
+  sought().setText("usr");
+  listBoth();
+  button("exportFiles").click();
+  button("exportFiles").click();
+  EXPECT_EQ(search().findChildren<QFileDialog*>().size(), 1);
+}
+
 TEST_F(FileSearchSheet, EndsTheListersWhenItIsClosed) {
-  for (const bool isByEscape : {false, true}) {
+  const auto escape = [this] { QTest::keyClick(&sought(), Qt::Key_Escape); };
+  const auto closeKeys = [this] { QTest::keyClick(&sought(), Qt::Key_W, Qt::ControlModifier); };
+  const auto closeButton = [this] { button("close").click(); };
+  for (const auto& close : std::vector<std::function<void()>>{escape, closeKeys, closeButton}) {
+    search().activateWindow();
+    QApplication::processEvents();
     sought().setText("a");
     EXPECT_EQ(running.size(), 2U);
-    if (isByEscape)
-      QTest::keyClick(&sought(), Qt::Key_Escape);
-    else
-      button("close").click();
+    close();
     EXPECT_THAT(running, IsEmpty());
     finishClosing();
     EXPECT_EQ(window().findChild<qt::FileSearchSheet*>(), nullptr);
