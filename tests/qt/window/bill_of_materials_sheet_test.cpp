@@ -134,8 +134,30 @@ TEST_F(BillOfMaterialsSheet, HasNamesAndAFixedWidthFont) {
   EXPECT_EQ(text->accessibleName(), QStringLiteral("Bill of materials"));
   EXPECT_TRUE(text->focusPolicy() & Qt::TabFocus) << "text is selected by the keyboard, too";
   EXPECT_TRUE(QFontInfo(text->font()).fixedPitch());
-  EXPECT_EQ(sheet()->findChild<QPushButton*>(QStringLiteral("close"))->accessibleName(),
-            QStringLiteral("Close"));
+  const auto& close = *sheet()->findChild<QPushButton*>(QStringLiteral("close"));
+  EXPECT_EQ(close.accessibleName(), QStringLiteral("Close"));
+  EXPECT_TRUE(close.isDefault());
+  EXPECT_EQ(find<QPushButton>("copyPaths").accessibleName(), QStringLiteral("Copy Paths"));
+  EXPECT_EQ(sheet()->size(), window().size() * 9 / 10);
+}
+
+TEST_F(BillOfMaterialsSheet, DescribesItsListing) {
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  EXPECT_EQ(sheet()->findChild<qt::PlainTextView*>()->accessibleDescription(),
+            QStringLiteral("The files of the receipt, each with its size and the time of its last change"));
+}
+
+TEST_F(BillOfMaterialsSheet, ChangesTheSizeOfATextThatIsInPixels) {
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  auto* text = sheet()->findChild<qt::PlainTextView*>();
+  QFont font = text->font();
+  font.setPixelSize(20);
+  text->setFont(font);
+  const double before = text->fontInfo().pointSizeF();
+  emit text->zoomRequested(1);
+  EXPECT_EQ(text->font().pointSizeF(), before + 1);
 }
 
 TEST_F(BillOfMaterialsSheet, HasPathsSizesAndDatesInColumnsInEverySize) {
@@ -185,7 +207,18 @@ TEST_F(BillOfMaterialsSheet, HasThePackageAndItsDateAsItsHeading) {
   auto& package = find<QLabel>("package");
   EXPECT_TRUE(package.isVisible());
   EXPECT_EQ(package.text(), QStringLiteral("com.example.old"));
+  EXPECT_TRUE(package.font().bold());
   EXPECT_EQ(find<QLabel>("date").text(), QStringLiteral("2018-01-01 00:00:00 +0000"));
+  EXPECT_TRUE(find<QLabel>("date").isVisible());
+}
+
+TEST_F(BillOfMaterialsSheet, ShowsControlsInThePackagesName) {
+  addReceipt("com.\u202Eexample", "2020-01-01T00:00:00Z");
+  interface.reset();
+  show();
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  EXPECT_EQ(find<QLabel>("package").text().toStdString(), "com.\u21C4example");
 }
 
 TEST_F(BillOfMaterialsSheet, SaysThatNoReceiptIsSelected) {
