@@ -16,10 +16,12 @@ class Times {
   void take(const Work& work) {
     const auto begin = std::chrono::steady_clock::now();
     work();
-    seconds_.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+    add(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
   }
+  void add(double seconds) { seconds_.push_back(seconds); }
 
-  /// In seconds. There must have been a time.
+  /// In seconds. There must have been a time. The best is the one that other programs delayed least.
+  double best() const { return *std::min_element(seconds_.begin(), seconds_.end()); }
   double median() const {
     std::vector<double> sorted = seconds_;
     std::sort(sorted.begin(), sorted.end());
