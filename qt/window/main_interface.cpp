@@ -1,8 +1,11 @@
 #include "qt/window/main_interface.h"
 
+#include <QBuffer>
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QScopeGuard>
+#include <QShortcut>
 #include <concepts>
 #include <new>
 #include <system_error>
@@ -10,6 +13,7 @@
 
 #include "platform/alert.h"
 #include "platform/file_manager.h"
+#include "platform/save_panel.h"
 #include "platform/task.h"
 #include "qt/widgets/sentence_box.h"
 #include "qt/widgets/visible_text.h"
@@ -20,6 +24,9 @@
 
 namespace pelmarix::qt {
 namespace {
+
+// With less room in the window, lists and report have all of it: 560 points in the usual size of letters.
+constexpr int leastLinesWithTimeline = 40;
 
 // The same action; a lister that can't be started ends it in silence, and memory that runs out with an alert.
 template <typename Action>
@@ -70,6 +77,7 @@ MainInterface::MainInterface(AppDelegate& delegate, const posix::Volume& volume)
   connectOutlets();
   connectControls();
   connectMenus(delegate);
+  connectTimeline();
   connectFocus();
   connectVolumes();
 }
@@ -116,9 +124,15 @@ void MainInterface::on(Sender* sender, Signal signal, Action action) {
 
 void MainInterface::connectControls() {
   outline_->setDoubleAction(guarded([this] { controller_.doubleClickedItem(outline_.get()); }));
-  skip_->setAction(&connections_, guarded([this] { controller_.skipNonCheckbox(skip_.get()); }));
-  newestLast_->setAction(&connections_,
-                         guarded([this] { controller_.newestNonCheckbox(newestLast_.get()); }));
+  skip_->setAction(&connections_, guarded([this] {
+    controller_.skipNonCheckbox(skip_.get());
+    fillTimeline();
+  }));
+  newestLast_->setAction(&connections_, guarded([this] {
+    controller_.newestNonCheckbox(newestLast_.get());
+    // The same row, which is another receipt now.
+    if (table_->selectedRow() >= 0) tellTimelineOfReceipt();
+  }));
   on(ui_->showBillOfMaterials, &QPushButton::clicked, [this] { showBillOfMaterials(); });
   on(ui_->save, &QPushButton::clicked, [this] { save(); });
   on(ui_->biggerText, &QPushButton::clicked, [this] { changeFontSize(1); });
@@ -196,6 +210,65 @@ void MainInterface::connectMenus(AppDelegate& delegate) {
   on(ui_->actionAbout, &QAction::triggered, [this, &delegate] { showAbout(window_, delegate); });
 }
 
+void MainInterface::connectTimeline() {
+  timeline_.timelineView = ui_->timeline;
+  timeline_.outlineView = outline_.get();
+  timeline_.receiptsTable = table_.get();
+  ui_->timeline->setDataSource(timeline_);
+  const auto tellOfEntry = [this] { timeline_.entrySelected(outline_->selectedItem()); };
+  const auto tellOfReceipt = [this] { tellTimelineOfReceipt(); };
+  on(ui_->outline->selectionModel(), &QItemSelectionModel::selectionChanged, tellOfEntry);
+  on(ui_->receiptsTable->selectionModel(), &QItemSelectionModel::selectionChanged, tellOfReceipt);
+  // What was selected before.
+  on(ui_->outline, &QAbstractItemView::clicked, tellOfEntry);
+  on(ui_->receiptsTable, &QAbstractItemView::clicked, tellOfReceipt);
+  const auto* const key = new QShortcut(QKeySequence(QStringLiteral("Alt+T")), &window_);
+  on(key, &QShortcut::activated, [this] { ui_->timeline->setFocus(); });
+  on(ui_->actionTimeline, &QAction::toggled, [this] { showOrHideTimeline(); });
+  on(&window_, &MainWindow::resized, [this] { showOrHideTimeline(); });
+  on(ui_->actionCopyPicture, &QAction::triggered,
+     [this] { QApplication::clipboard()->setImage(ui_->timeline->toImage()); });
+  on(ui_->actionSavePicture, &QAction::triggered, [this] { savePicture(); });
+}
+
+void MainInterface::tellTimelineOfReceipt() {
+  const std::ptrdiff_t row = table_->selectedRow();
+  const auto& receipts = controller_.boms.children;
+  timeline_.entrySelected(row < 0 ? nullptr : receipts[static_cast<std::size_t>(row)].get());
+}
+
+void MainInterface::showOrHideTimeline() {
+  const bool hasEntries = !controller_.histories.empty() || !controller_.boms.children.empty();
+  const bool hasRoom = window_.height() >= window_.fontMetrics().lineSpacing() * leastLinesWithTimeline;
+  const bool isShown = hasEntries && hasRoom && ui_->actionTimeline->isChecked();
+  ui_->timeline->setVisible(isShown);
+  ui_->actionTimeline->setEnabled(hasEntries);
+  ui_->actionCopyPicture->setEnabled(isShown);
+  ui_->actionSavePicture->setEnabled(isShown);
+}
+
+void MainInterface::fillTimeline() {
+  timeline_.show(controller_.histories, controller_.boms, skip_->state() == platform::stateOn);
+}
+
+void MainInterface::savePicture() {
+  const std::string title = "Save Picture";
+  if (FileSavePanel::bringToFront(window_, title)) return;
+  QByteArray png;
+  QBuffer buffer(&png);
+  ui_->timeline->toImage().save(&buffer, "PNG");
+  const std::shared_ptr<platform::SavePanel> panel = platform::SavePanel::make();
+  panel->setTitle(title);
+  panel->setCanCreateDirectories(true);
+  panel->setAllowedFileTypes({"png"});
+  panel->setContents({"PNG pictures"});
+  panel->beginWithCompletionHandler([png, &chosen = *panel](int response) {
+    if (response == platform::modalResponseOK)
+      platform::writeToChosenFile(chosen,
+                                  {std::string_view(png.data(), static_cast<std::size_t>(png.size()))});
+  });
+}
+
 void MainInterface::connectVolumes() {
 #ifdef Q_OS_MACOS
   ui_->actionOpenVolume->setVisible(false);
@@ -261,6 +334,8 @@ void MainInterface::updateEditActions() {
 
 void MainInterface::show() {
   guarded([this] { controller_.viewDidLoad(); })();
+  fillTimeline();
+  showOrHideTimeline();
   ui_->actionFindFile->setEnabled(!controller_.boms.children.empty());
   ui_->outline->setFocus();
   window_.show();

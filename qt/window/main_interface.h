@@ -15,6 +15,7 @@
 #include "qt/window/file_search_sheet.h"
 #include "qt/window/main_window.h"
 #include "qt/window/volume_opener.h"
+#include "ui/timeline_controller.h"
 #include "ui/view_controller.h"
 
 namespace Ui {
@@ -45,6 +46,12 @@ class MainInterface final {
   void connectMenus(AppDelegate& delegate);
   // On macOS there is one volume, the machine's own.
   void connectVolumes();
+  void connectTimeline();
+  void tellTimelineOfReceipt();
+  // Where there is something to show, and room for it beside lists and report.
+  void showOrHideTimeline();
+  void fillTimeline();
+  void savePicture();
   // Where a list stayed empty: why, and what to do.
   void fillEmptyPlaces();
   // Lets Find, Copy and Select All work on what has the focus.
@@ -70,6 +77,7 @@ class MainInterface final {
   MainWindow window_;
   std::unique_ptr<Ui::MainWindow> ui_;
   ui::ViewController controller_;
+  ui::TimelineController timeline_;
   std::unique_ptr<OutlineAdapter> outline_;
   std::unique_ptr<TableAdapter> table_;
   std::unique_ptr<TextAdapter> report_;

@@ -13,7 +13,7 @@ namespace {
 // the letters; never more than the screen has.
 platform::Rect initialContentRect(const QWidget& widget) {
   const QFontMetrics metrics = widget.fontMetrics();
-  const QSize wanted(metrics.averageCharWidth() * 196, metrics.lineSpacing() * 48);
+  const QSize wanted(metrics.averageCharWidth() * 196, metrics.lineSpacing() * 54);
   const QSize screen = widget.screen()->availableSize() * 9 / 10;
   const QSize size = wanted.boundedTo(screen);
   return {0, 0, static_cast<double>(size.width()), static_cast<double>(size.height())};
@@ -29,6 +29,11 @@ MainWindow::MainWindow()
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(delegate_ == nullptr || delegate_->windowShouldClose(*this));
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  emit resized();
 }
 
 void MainWindow::setTitle(const std::string& title) {

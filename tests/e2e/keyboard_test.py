@@ -16,6 +16,7 @@ STOPS = (
     ("push button", "Bigger text"),
     ("push button", "Save…"),
     ("text", "Report"),
+    ("chart", "Timeline"),
 )
 
 
@@ -177,7 +178,7 @@ class Keyboard(WindowTestCase):
         self.assert_leaves_well(self.program)
 
     def test_underlined_letters_lead_to_the_parts_of_the_window(self):
-        for keys, stop in (("alt+p", STOPS[-1]), ("alt+r", STOPS[1]), ("alt+i", STOPS[0])):
+        for keys, stop in (("alt+t", STOPS[-1]), ("alt+p", STOPS[-2]), ("alt+r", STOPS[1]), ("alt+i", STOPS[0])):
             self.program.keys(keys)
             self.expect_focus(*stop)
         self.assert_leaves_well(self.program)

@@ -13,6 +13,7 @@ import processes
 from accessible import Atspi, GLib, applications
 from waiting import wait_until
 
+TIMELINE = "Timeline"
 OUTLINE = "Install history"
 TABLE = "Receipts"
 REPORT = "Report"

@@ -9,6 +9,7 @@ from window_test_case import WindowTestCase, main, options
 # The parts as they are seen, from the top to the bottom.
 PARTS = [
     ("menu bar", ""),
+    ("chart", "Timeline"),
     ("label", "Install history"),
     ("tree", "Install history"),
     ("label", "Receipts"),

@@ -74,8 +74,7 @@ class Timeline(WindowTestCase):
         self.assertTrue(self.strip.is_("focused"))
 
         # And back: from what is selected in the outline to the next one.
-        program.part("tree", OUTLINE).focus()
-        program.keys("Home", "Right", "Down")
+        program.keys("Tab", "Home", "Down")
         name, date, _ = self.items[0].cells
         wait_until(lambda: self.selected_rows() == [(name, date)], lambda: f"{name}; there is {self.selected_rows()}")
         program.keys("alt+t")

@@ -1,7 +1,7 @@
 """Every item of the menus, each in all the ways there are to choose it, and the names of all that a user meets."""
 
 from accessible import Atspi
-from program import OUTLINE, REPORT, SHEET_TEXT
+from program import OUTLINE, REPORT, SHEET_TEXT, TIMELINE
 from waiting import wait_until
 from window_test_case import WindowTestCase, main, options
 
@@ -11,12 +11,14 @@ MENUS = {
         ("Open Volume…", "o", "Ctrl+O"),
         ("Save…", "s", "Ctrl+S"),
         ("Export…", "e", None),
+        ("Save Picture…", "p", "Ctrl+Shift+S"),
         ("Close", "c", "Ctrl+W"),
         ("Quit", "q", "Ctrl+Q"),
     ),
     "Edit": (
         ("Copy", "c", "Ctrl+C"),
         ("Copy Name", "y", None),
+        ("Copy Picture", "u", "Ctrl+Shift+C"),
         ("Select All", "a", "Ctrl+A"),
         ("Find…", "f", "Ctrl+F"),
         ("Find Next", "n", "Ctrl+G"),
@@ -24,6 +26,7 @@ MENUS = {
         ("Find File in Packages…", "k", "Ctrl+Shift+F"),
     ),
     "View": (
+        ("Timeline", "t", None),
         ("Show Bill of Materials", "m", "Ctrl+B"),
         ("Expand All", "e", None),
         ("Collapse All", "a", None),
@@ -166,6 +169,11 @@ class Walk(WindowTestCase):
         self.assertEqual(program.dialog().name, "Export")
         self.leave_dialog(program)
 
+    def check_save_picture(self, program, choose):
+        choose()
+        self.assertEqual(program.dialog().name, "Save Picture")
+        self.leave_dialog(program)
+
     def leave_dialog(self, program):
         dialog = program.dialog()
         program.keys("Escape", window=dialog)
@@ -178,6 +186,20 @@ class Walk(WindowTestCase):
 
     def check_copy_name(self, program, choose):
         self.expect_copy(program, choose, lambda name: name)
+
+    def check_copy_picture(self, program, choose):
+        program.part("tree", OUTLINE).focus()
+        program.keys("Home", "ctrl+c")
+        choose()
+        program.keys("ctrl+f")
+        field = self.find_field(program)
+        program.keys("ctrl+a")
+        program.type("a")
+        program.keys("ctrl+v")  # there is no text any more
+        program.type("b")
+        wait_until(lambda: field.text.endswith("b"), "the text to be typed")
+        self.assertEqual(field.text, "ab")
+        self.end_search(program, field)
 
     def expect_copy(self, program, choose, copy_of_group):
         Walk.row_to_copy += 1  # another one each time, so that the clipboard has to change
@@ -254,6 +276,14 @@ class Walk(WindowTestCase):
         sheet = program.dialog()
         wait_until(lambda: sheet.one("text", "File to find").is_("focused"), "the field of the search")
         self.leave_dialog(program)
+
+    def check_timeline(self, program, choose):
+        item = program.menu_item("View", "Timeline")
+        strip = program.part("chart", TIMELINE)
+        for is_shown in (False, True):
+            choose()
+            wait_until(lambda: strip.is_("showing") == is_shown, "the timeline to go or to come")
+            wait_until(lambda: item.is_("checked") == is_shown, "the menu's mark to change")
 
     def check_show_bill_of_materials(self, program, choose):
         program.select_receipt(0)
