@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/background_task.h"
 #include "platform/file_manager.h"
+#include "platform/save_panel.h"
+#include "platform/task.h"
 #include "platform/text.h"
 #include "tests/support/fatal_stop.h"
 #include "tests/support/test_services.h"
@@ -31,16 +34,30 @@ TEST(Services, AreThoseInstalledLast) {
   EXPECT_EQ(platform::currentDate(), Date{1});
 }
 
-/// Composes the one pair of letters that these tests use.
+TEST(Services, MakeWhatIsMadeAnew) {
+  test::TestServices services;
+  std::string made;
+  services.services.makePipe = [&] { return made += "pipe ", nullptr; };
+  services.services.makeTask = [&] { return made += "task ", nullptr; };
+  services.services.makeBackgroundTask = [&] { return made += "background task ", nullptr; };
+  services.services.makeSavePanel = [&] { return made += "save panel", nullptr; };
+  platform::Pipe::make();
+  platform::Task::make();
+  platform::BackgroundTask::make();
+  platform::SavePanel::make();
+  EXPECT_EQ(made, "pipe task background task save panel");
+}
+
+/// Composes the two letters that these tests use.
 class Text : public testing::Test {
  protected:
   Text() {
     services.services.composedForm = [this](std::string_view text) {
       ++compositions;
       std::string composed(text);
-      const std::string decomposed = "U\xCC\x88";
-      for (std::size_t at; (at = composed.find(decomposed)) != std::string::npos;)
-        composed.replace(at, decomposed.size(), "\xC3\x9C");
+      for (const auto& [other, letter] : {std::pair("U\xCC\x88", "\xC3\x9C"), std::pair("\xE2\x84\xAA", "K")})
+        for (std::size_t at; (at = composed.find(other)) != std::string::npos;)
+          composed.replace(at, std::string_view(other).size(), letter);
       return composed;
     };
     services.services.foldedForm = [](std::string_view text) { return "folded " + std::string(text); };
@@ -51,6 +68,7 @@ class Text : public testing::Test {
 
 TEST_F(Text, IsEqualWhenItsSpellingsAreCanonicallyEquivalent) {
   EXPECT_TRUE(platform::textEquals("U\xCC\x88", "\xC3\x9C"));
+  EXPECT_TRUE(platform::textEquals("K", "\xE2\x84\xAA"));  // the sign of the unit
   EXPECT_FALSE(platform::textEquals("U", "\xC3\x9C"));
   EXPECT_FALSE(platform::textEquals("u", "U"));
 }

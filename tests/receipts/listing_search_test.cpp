@@ -80,8 +80,7 @@ TEST_F(ListingSearch, TakesTheLastTwoTabsForTheEndOfAPath) {
 }
 
 TEST_F(ListingSearch, TakesAFileWithoutAPathForOne) {
-  search.take("\t5\n\t\tdate\n./safari\t1\td\n");
-  search.finish();
+  search.take("\t5\n./safari\t1\td\n\t\tdate\n");
   EXPECT_THAT(paths(), ElementsAre("/safari"));
   const ListedFile file("\t\tdate");
   EXPECT_EQ(file.path(), "");
