@@ -5,7 +5,7 @@ import pathlib
 import plistlib
 import unicodedata
 from dataclasses import dataclass, field
-from datetime import datetime
+from datetime import datetime, timedelta
 
 from mac_volume import HISTORY, RECEIPTS, SYSTEM_VERSION
 
@@ -163,6 +163,53 @@ def scan(volume):
 def receipts(volume):
     """The rows of the table: (date, name)."""
     return [(described(date), name) for date, name, _ in scan(volume)[0]]
+
+
+COUNTED = (
+    ("system install", "system installs"),
+    ("security update", "security updates"),
+    ("entry of security data", "entries of security data"),
+    ("critical update", "critical updates"),
+    ("entry of configuration data", "entries of configuration data"),
+    ("receipt", "receipts"),
+)
+
+
+def _days(dates):
+    first, last = dates[0].date().isoformat(), dates[-1].date().isoformat()
+    return first if first == last else f"{first} to {last}"
+
+
+def timeline(groups, receipts, skip=True):
+    """What is told of the timeline as a whole; of the receipts those of a scan."""
+    entries = [(item.date, item.kind) for group in groups for item in group.items]
+    entries = [entry for entry in entries if not (skip and entry[1] == CONFIGURATION)]
+    entries = sorted(entries + [(date, len(KINDS)) for date, _, _ in receipts])
+    if not entries:
+        return "No entries."
+    dates = [date for date, _ in entries]
+    far = timedelta(days=5 * 365.25)
+    allowed = range(1, max(1, len(dates) // 20) + 1 if len(dates) > 2 else 1)
+    before = max((count for count in allowed if dates[count] - dates[count - 1] > far), default=0)
+    after = max((count for count in allowed if dates[-count] - dates[-count - 1] > far), default=0)
+    bulk = dates[before : len(dates) - after]
+
+    numbers = [sum(kind == counted for _, kind in entries) for counted in range(len(COUNTED))]
+    counts = [f"{number} {words[number > 1]}" for number, words in zip(numbers, COUNTED) if number]
+    text = ("On " if bulk[0].date() == bulk[-1].date() else "From ") + _days(bulk) + ". " + ", ".join(counts) + "."
+    if before:
+        text += f" {before} of them long before that, {_days(dates[:before])}."
+    if after:
+        text += f" {after} of them long after that, {_days(dates[-after:])}."
+
+    data = [date for date, kind in entries if kind == SECURITY_DATA and bulk[0] <= date <= bulk[-1]]
+    gaps = list(zip(data, data[1:] + bulk[-1:]))
+    if gaps:
+        longest = max(gaps, key=lambda gap: gap[1] - gap[0])
+        days = (longest[1] - longest[0]).days
+        if days >= 30:
+            text += f" Longest gap: {days} days without security data, {_days(longest)}."
+    return text
 
 
 def title(volume):

@@ -10,7 +10,9 @@ import shutil
 import time
 
 import expectation
+from program import SKIP, TIMELINE
 from random_volume import RandomVolume
+from waiting import wait_until
 from window_test_case import WindowTestCase, main
 
 COUNT = int(os.environ.get("PELMARIX_RANDOM_VOLUMES", "25"))
@@ -45,10 +47,21 @@ class RandomVolumes(WindowTestCase):
         self.assertEqual(program.report, expectation.report(groups))
         self.assertEqual(program.expanded_outline(), expectation.outline(groups))
         self.assertEqual(program.receipts(), expectation.receipts(folder))
+        if groups or receipts:
+            self.compare_timeline(program, groups, receipts)
         self.seen["groups"] += len(groups)
         self.seen["entries"] += sum(len(group.items) for group in groups)
         self.seen["receipts"] += len(receipts)
         self.seen["alerts"] += len(texts)
+
+    def compare_timeline(self, program, groups, receipts):
+        timeline = program.part("chart", TIMELINE)
+        self.assertEqual(timeline.description, expectation.timeline(groups, receipts))
+        program.toggle(SKIP)
+        words = expectation.timeline(groups, receipts, skip=False)
+        wait_until(lambda: timeline.description == words, lambda: f"{words}; there is {timeline.description}")
+        self.seen["gaps"] += "Longest gap" in words
+        self.seen["outliers"] += " long " in words
 
     def test_they_are_shown_as_an_independent_reading_has_them(self):
         print(f"{COUNT} volumes with PELMARIX_RANDOM_SEED={SEED}")
@@ -66,7 +79,7 @@ class RandomVolumes(WindowTestCase):
             shutil.rmtree(made.volume.folder)
         print(", ".join(f"{count} {name}" for name, count in self.seen.items()))
         if COUNT >= 25:  # fewer may by chance be all alike
-            for name in ("groups", "entries", "receipts", "alerts"):
+            for name in ("groups", "entries", "receipts", "alerts", "gaps", "outliers"):
                 self.assertGreater(self.seen[name], 0, name)
 
 
