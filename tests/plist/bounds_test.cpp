@@ -77,6 +77,15 @@ TEST(Nesting, countsASharedContainerWhereItStandsDeepest) {
   EXPECT_EQ(refusal(sharing(511)), Reason::nestedTooDeep);
 }
 
+/// [ chain, chain ] where the chain is as deep as it may be.
+TEST(Nesting, maySeeTheDeepestContainerTwice) {
+  std::vector<std::string> objects{hex("A2 00 01 00 01")};
+  for (std::size_t i = 1; i < 511; ++i) objects.push_back(hex("A1") + bigEndianBytes(i + 1, 2));
+  objects.push_back(hex("A0"));
+  EXPECT_TRUE(
+      Document::decode(BinaryPlist{.objects = objects, .offsetWidth = 2, .referenceWidth = 2}.bytes()));
+}
+
 /// [ chain, [ chain ], [ [ ... [ chain ] ... ] ] ], where the chain and the array around it stand in two
 /// places.
 TEST(Nesting, countsAllOfASharedContainerThatHoldsAnotherSharedOne) {
@@ -239,6 +248,17 @@ TEST(Overlap, isAcceptedWhileTheObjectsTogetherAreOfTheFilesOrder) {
 TEST(Overlap, isRefusedWhenTheObjectsTogetherAreFarLargerThanTheFile) {
   EXPECT_EQ(refusal(overlapping(hex("5F 12"), std::string(100000, 'x'), 50000)), Reason::tooMuchOverlap);
   EXPECT_EQ(refusal(overlapping(hex("6F 12"), std::string(100000, 'x'), 50000)), Reason::tooMuchOverlap);
+}
+
+TEST(Overlap, mayMakeSixteenTimesTheFileAndAQuarterOfAMebibyte) {
+  constexpr std::size_t count = 17;
+  const auto fileOf = [](std::size_t size) {
+    return overlapping(hex("5F 12"), std::string(size, 'x'), count);
+  };
+  // Seventeen texts and references to them, against what one text and the rest of the file allow.
+  const std::size_t largest = 16 * fileOf(0).size() + 262144 - 3 * count;
+  EXPECT_TRUE(Document::decode(fileOf(largest)));
+  EXPECT_EQ(refusal(fileOf(largest + 1)), Reason::tooMuchOverlap);
 }
 
 TEST(Release, ofAnEndlesslySharedFileIsImmediate) {
