@@ -7,6 +7,7 @@
 
 #include "platform/timeline_view.h"
 #include "qt/widgets/announcer.h"
+#include "qt/widgets/timeline_drawing.h"
 
 namespace pelmarix::qt {
 
@@ -26,7 +27,7 @@ class TimelineStrip final : public QFrame, public platform::TimelineView {
   void reloadData() override;
   void selectionDidChange(platform::Object* item) override;
 
-  QSize sizeHint() const override;
+  QSize sizeHint() const override { return minimumSizeHint(); }
   QSize minimumSizeHint() const override;
 
  protected:
@@ -56,35 +57,16 @@ class TimelineStrip final : public QFrame, public platform::TimelineView {
   void select(platform::Object* item);
   void openContextMenu(QPoint place);
 
-  double lengthOfSpan() const { return span_.end - span_.begin; }
-  int letterHeight() const { return fontMetrics().height(); }
-  int laneHeight() const { return letterHeight() * 5 / 4; }
-  QFont smallFont() const;
-  double markWidth() const;
-  // Where the span is drawn: below the names of bands, above the labels of ticks.
-  QRectF plot() const;
-  double topOf(platform::TimelineKind kind) const;
-  QRectF rectOf(const platform::TimelineMark& mark) const;
-  // Null where there is none.
-  const platform::TimelineMark* markAt(QPointF point);
+  // Null where none is.
   const platform::TimelineMark* selectedMark();
+  double lengthOfSpan() const { return span_.end - span_.begin; }
   QString toolTipAt(QPointF point);
-
-  void draw(QPainter& painter);
-  void drawBands(QPainter& painter);
-  void drawGaps(QPainter& painter);
-  void drawLanes(QPainter& painter);
-  void drawTicks(QPainter& painter);
-  void drawMark(QPainter& painter, const platform::TimelineMark& mark) const;
 
   platform::TimelineDataSource* dataSource_ = nullptr;
   platform::TimelineSpan all_{};
   platform::TimelineSpan span_{};                     // in view
   std::optional<platform::TimelinePicture> picture_;  // of it; without, it is to be asked for
-  std::vector<platform::TimelineLane> lanes_;
-  double leftMargin_ = 0;
-  double rightMargin_ = 0;
-  double nameWidth_ = 0;
+  TimelineDrawing drawing_{*this};
   std::optional<QPointF> pressed_;  // where the button went down or was dragged to
   bool isDragging_ = false;
   Announcer announcer_{this};
