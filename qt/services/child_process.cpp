@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <array>
 #include <chrono>
+#include <thread>
 
 #include "platform/task.h"
 
@@ -36,12 +37,14 @@ void ChildProcess::readOutput() {
   }
   readable_->setEnabled(false);
   if (!count) return endWithoutStatus();
+  // One that is just ending has the processor for that, instead of a timer's whole millisecond.
+  if (task_.isRunning()) std::this_thread::sleep_for(std::chrono::microseconds(100));
   awaitEnd();
 }
 
 void ChildProcess::awaitEnd() {
   using namespace std::chrono_literals;
-  // A child that has closed its output has ended or is about to. Where it isn't, the program doesn't wait.
+  // A child that has closed its output may go on for long. The program doesn't wait for it.
   if (task_.isRunning()) return QTimer::singleShot(1ms, this, [this] { awaitEnd(); });
   task_.waitUntilExit();
   const auto end = std::move(end_);
