@@ -12,7 +12,7 @@
 namespace pelmarix::qt {
 namespace {
 
-constexpr std::chrono::milliseconds timeBetweenShowings(50);
+constexpr std::chrono::milliseconds timeBetweenShowings(100);
 
 // In a tooltip.
 constexpr std::size_t mostNames = 20;
