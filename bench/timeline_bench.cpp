@@ -1,16 +1,21 @@
 // What a timeline of 100,000 entries and 10,000 receipts takes: to be made, and to give its picture, all of
-// it or what is left of it at some zooms, with and without a selected entry. A picture is to take at most 16
-// ms.
+// it or what is left of it at some zooms, with and without a selected entry; and for the strip to draw a
+// frame of moving. A frame is to take at most 16 ms. The display is in memory unless QT_QPA_PLATFORM names
+// another.
 #include <benchmark/benchmark.h>
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "history/history.h"
+#include "qt/widgets/timeline_strip.h"
 #include "receipts/bom.h"
 #include "ui/timeline.h"
+#include "ui/timeline_controller.h"
 
 namespace pelmarix::bench {
 namespace {
@@ -63,7 +68,37 @@ BENCHMARK(timelineGivesItsPicture)
     ->ArgsProduct({{1, 10, 100, 10'000}, {0, 1}})
     ->Unit(benchmark::kMillisecond);
 
+void stripDrawsAFrame(benchmark::State& state) {
+  const Lists lists;
+  qt::TimelineStrip strip;
+  ui::TimelineController controller;
+  controller.timelineView = &strip;
+  strip.setDataSource(controller);
+  strip.resize(2560, strip.sizeHint().height());
+  controller.show(lists.histories, lists.boms, false);
+  strip.resize(2560, strip.sizeHint().height());
+  QImage screen(strip.size(), QImage::Format_RGB32);
+  const auto press = [&strip](Qt::Key key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(&strip, &event);
+  };
+  for (int step = 0; step < state.range(0); ++step) press(Qt::Key_Plus);
+  bool isNear = false;
+  for (auto _ : state) {
+    press(isNear ? Qt::Key_Minus : Qt::Key_Plus);
+    isNear = !isNear;
+    strip.render(&screen);
+  }
+}
+BENCHMARK(stripDrawsAFrame)->ArgName("zoomSteps")->Arg(0)->Arg(10)->Arg(20)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace pelmarix::bench
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
