@@ -22,6 +22,7 @@ using platform::TimelineSpan;
 
 constexpr double shortestSpan = 10;  // seconds
 constexpr double zoomStep = 1.25;
+
 QAccessibleInterface* chart(const QString& /*className*/, QObject* object) {
   auto* const strip = qobject_cast<TimelineStrip*>(object);
   return strip == nullptr ? nullptr : new QAccessibleWidget(strip, QAccessible::Chart);
@@ -153,7 +154,8 @@ void TimelineStrip::resizeEvent(QResizeEvent* event) {
 
 void TimelineStrip::changeEvent(QEvent* event) {
   QFrame::changeEvent(event);
-  if (event->type() == QEvent::FontChange && dataSource_ != nullptr) measure();
+  const bool isOtherSize = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+  if (isOtherSize && dataSource_ != nullptr) measure();
 }
 
 bool TimelineStrip::event(QEvent* event) {
