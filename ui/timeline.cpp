@@ -157,13 +157,17 @@ void addMarks(const TimelineEntries& lane, TimelineSpan bulk, const TimelineScal
               const Object* selected, std::vector<TimelineMark>& marks) {
   forEachMark(lane.entries, bulk, scale, [&](Entries::const_iterator first, Entries::const_iterator behind) {
     const TimelinePlace place = placeOf(first->seconds, bulk);
-    double x = xOf(first->seconds, scale);
-    // Half a unit more: what ends with an entry may be rounded.
-    if (place == TimelinePlace::inside && (x < -0.5 || x > scale.width + 0.5)) return;
-    if (place == TimelinePlace::before) x = -scale.markWidth;
-    if (place == TimelinePlace::after) x = scale.width + scale.markWidth;
     const auto found =
         std::find_if(first, behind, [&](const Entry& entry) { return entry.item == selected; });
+    double x = xOf(first->seconds, scale);
+    if (place == TimelinePlace::before) x = -scale.markWidth;
+    if (place == TimelinePlace::after) x = scale.width + scale.markWidth;
+    if (place == TimelinePlace::inside) {
+      // What is selected stays in view as long as its own time does.
+      if (x < 0 && found != behind && found->seconds >= scale.span.begin) x = 0;
+      // Half a unit more: what ends with an entry may be rounded.
+      if (x < -0.5 || x > scale.width + 0.5) return;
+    }
     marks.push_back({.kind = lane.kind,
                      .x = x,
                      .place = place,

@@ -170,6 +170,20 @@ TEST_F(TimelineOfLists, GivesOnlyTheMarksInView) {
   EXPECT_THAT(marksWithin(400'200, 599'800), SizeIs(1));
 }
 
+TEST_F(TimelineOfLists, KeepsTheMarkOfTheSelectedItemInViewWhileItsTimeIs) {
+  addEnds();
+  Object* const first = addEntry(500'000, securityData);
+  Object* const second = addEntry(500'900, securityData);
+  const auto marksFrom = [this](double begin, const Object* selected) {
+    return timeline().picture(scaleOf({begin, begin + 100'000}), selected).marks;
+  };
+  EXPECT_THAT(marksFrom(500'500, second), ElementsAre(markAt(0, 2)));
+  EXPECT_THAT(marksFrom(500'500, first), IsEmpty());
+  EXPECT_THAT(marksFrom(500'500, nullptr), IsEmpty());
+  EXPECT_THAT(marksFrom(501'000, second), IsEmpty());
+  EXPECT_THAT(marksFrom(499'000, second), ElementsAre(markAt(10, 2)));
+}
+
 TEST_F(TimelineOfLists, SelectsTheMarkThatHoldsTheSelectedItem) {
   addEnds();
   Object* const first = addEntry(500'000, securityData);
