@@ -41,7 +41,6 @@ FileSearchSheet::FileSearchSheet(QWidget* window, std::vector<std::shared_ptr<Bo
     if (isSearching && showing_.isActive()) return;
     showing_.start(isSearching ? timeBetweenShowings : std::chrono::milliseconds(0));
   };
-  showing_.setSingleShot(true);
   connect(&showing_, &QTimer::timeout, this, &FileSearchSheet::showState);
 
   connect(ui_->sought, &QLineEdit::textChanged, this, &FileSearchSheet::find);

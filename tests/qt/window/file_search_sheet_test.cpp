@@ -6,8 +6,10 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <map>
 
 #include "platform/background_task.h"
@@ -55,6 +57,21 @@ class FileSearchSheet : public MainInterface {
   void list(const std::string& name, const std::string& listing, int status = 0) {
     const auto task = running.at("/System/Library/Receipts/" + name + ".bom");
     task(listing, status);
+  }
+  void listNext(const std::string& listing, int status = 0) {
+    const auto task = running.begin()->second;
+    task(listing, status);
+  }
+  // In a sheet of its own, named by two digits from 10 on, the newest first.
+  void showPackages(int count, const std::string& endOfName = {}) {
+    fileManager.folders.clear();
+    for (int i = 10; i < 10 + count; ++i)
+      addReceipt(std::to_string(i) + endOfName, "2019-01-01T00:00:" + std::to_string(i) + "Z");
+    search().close();
+    finishClosing();
+    interface.reset();
+    show();
+    choose("actionFindFile");
   }
   void listBoth() {
     list("com.example.new", "./usr/bin/a\t12\tThu Sep 27 04:03:27 2018\n./b\t1\td\n");
@@ -159,6 +176,20 @@ TEST_F(FileSearchSheet, ShowsTheEndOfTheSearchInTheNextRound) {
   QApplication::processEvents();
   EXPECT_EQ(label("status"), "2 of 2 packages, 2 files");
   EXPECT_FALSE(button("stop").isEnabled());
+  const QSignalSpy later(files().model(), &QAbstractItemModel::dataChanged);
+  QTest::qWait(20);
+  EXPECT_EQ(later.count(), 0) << "there is nothing new";
+}
+
+TEST_F(FileSearchSheet, ShowsWhatItFindsHoweverFastMoreComes) {
+  showPackages(30);
+  sought().setText("a");
+  for (int i = 0; i < 29 && label("status") == "0 of 30 packages, 0 files"; ++i) {
+    listNext("./a\t1\td\n");
+    QTest::qWait(20);
+  }
+  EXPECT_NE(label("status"), "0 of 30 packages, 0 files");
+  EXPECT_TRUE(search().controller().isSearching());
 }
 
 TEST_F(FileSearchSheet, KeepsTheSelectionWhileMoreIsFound) {
@@ -229,19 +260,9 @@ TEST_F(FileSearchSheet, TakesNoNameForMarkup) {
 }
 
 TEST_F(FileSearchSheet, NamesSomeOfManyPackagesWithoutAListAndLongNamesInPart) {
-  fileManager.folders.clear();
-  for (int i = 10; i < 32; ++i)
-    addReceipt(std::to_string(i) + std::string(300, 'x'), "2019-01-01T00:00:" + std::to_string(i) + "Z");
-  search().close();
-  finishClosing();
-  interface.reset();
-  show();
-  choose("actionFindFile");
+  showPackages(22, std::string(300, 'x'));
   sought().setText("a");
-  while (!running.empty()) {
-    const auto task = running.begin()->second;
-    task("", 1);
-  }
+  while (!running.empty()) listNext("", 1);
   waitForShowing();
   const QStringList lines = part<QLabel>("missing").accessibleDescription().split(QStringLiteral(", "));
   ASSERT_EQ(lines.size(), 21);
@@ -303,7 +324,8 @@ TEST_F(FileSearchSheet, ShowsABusyPointerWhileTheBillIsListed) {
 }
 
 TEST_F(FileSearchSheet, SelectsNothingWhereTheBillHasChanged) {
-  lister.output = "./a/usr/bin/a\t12\tThu Sep 27 04:03:27 2018\n./usr/bin/a\t12\tThu Sep 27 04:03:27 20189\n";
+  lister.output =
+      "./a./usr/bin/a\t12\tThu Sep 27 04:03:27 2018\n./usr/bin/a\t12\tThu Sep 27 04:03:27 20189\n";
   sought().setText("a");
   listBoth();
   files().selectRow(0);
@@ -311,6 +333,18 @@ TEST_F(FileSearchSheet, SelectsNothingWhereTheBillHasChanged) {
   auto* bill = search().findChild<qt::BillOfMaterialsSheet*>();
   ASSERT_NE(bill, nullptr);
   EXPECT_TRUE(bill->findChild<qt::PlainTextView*>(QStringLiteral("listing"))->selection().isEmpty());
+}
+
+TEST_F(FileSearchSheet, TellsWhenTheVolumeIsGone) {
+  sought().setText("a");
+  listBoth();
+  files().selectRow(0);
+  fileManager.folders.clear();
+  button("showBillOfMaterials").click();
+  const auto boxes = search().findChildren<QMessageBox*>();
+  ASSERT_EQ(boxes.size(), 1);
+  EXPECT_EQ(boxes[0]->text().toStdString(),
+            "The Mac's volume isn't there any more. What was read from it is still shown.");
 }
 
 TEST_F(FileSearchSheet, StaysWhenTheListerCannotBeStarted) {
@@ -410,7 +444,7 @@ TEST_F(FileSearchSheet, IsOfferedWhereThereAreReceipts) {
 
 TEST_F(FileSearchSheet, EndsTheListersWhenTheProgramEnds) {
   sought().setText("a");
-  QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+  QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });  // which closes no window
   QApplication::exec();
   EXPECT_THAT(running, IsEmpty());
 }
