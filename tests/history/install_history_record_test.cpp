@@ -211,6 +211,29 @@ TEST(InstallHistoryRecord, MayTakeSixteenMebibytesAndSixtyFourTimesTheList) {
   EXPECT_FALSE(isDecoded(4'200, 10'000'000));
 }
 
+TEST(InstallHistoryRecord, MayTakeExactlyAsMuchAsItsListAllows) {
+  constexpr std::size_t count = 100;
+  const std::string name(20'000, 'a');
+  const auto decode = [&](std::size_t unused) {
+    return decodeInstallHistory(binaryHistory(count, name, oneSecond, 0, unused));
+  };
+  // Of each entry three keys, the entry itself, and ten copies of its texts.
+  const std::size_t cost = count * (3 * 16 + 400 + 10 * (name.size() + 1));
+  const std::size_t smallestList = (cost - (std::size_t{16} << 20U) + 63) / 64;
+  const std::size_t unused = smallestList - binaryHistory(count, name, oneSecond).size();
+  EXPECT_TRUE(decode(unused));
+  EXPECT_FALSE(decode(unused - 1));
+}
+
+TEST(InstallHistoryRecord, NeverTakesMoreThan384Mebibytes) {
+  const auto isDecoded = [](std::size_t count) {
+    return decodeInstallHistory(binaryHistory(count, std::string(10'000, 'a'), oneSecond, 0, 10'000'000))
+        .has_value();
+  };
+  EXPECT_TRUE(isDecoded(4'008));
+  EXPECT_FALSE(isDecoded(4'009));
+}
+
 TEST(InstallHistoryRecord, TakesLittleMemoryHoweverLargeTheFile) {
   const std::string bytes = binaryHistory(1'000'000, "a", oneSecond, 0, 20'000'000);
   const HeapMeter heap;
