@@ -16,9 +16,10 @@ project(Sum CXX)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 enable_testing()
 include_directories(.)
-add_library(sum sum/sum.cpp)
+add_subdirectory(sum)
 add_subdirectory(tests/sum)
 """,
+    "sum/CMakeLists.txt": "add_library(sum sum.cpp)\n",
     "sum/sum.h": "int larger(int a, int b);\nint sum(int a, int b);\n",
     "sum/sum.cpp": """\
 #include "sum/sum.h"
