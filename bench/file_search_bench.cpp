@@ -1,7 +1,8 @@
 // The search for a file in all packages, in its sheet, beside a loop of the shell over their bills of
 // materials, which pipes the lister's output into grep. The ratios are to be at most 0.6, with a large bill
 // among the others 1.1; a round of the event loop is to take at most 50 ms, and the memory 64 MB. The display
-// is in memory unless QT_QPA_PLATFORM names another.
+// is in memory unless QT_QPA_PLATFORM names another. Where other programs run, "chrt -f 10" has both sides go
+// first.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 #include <stdlib.h>
