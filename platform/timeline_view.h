@@ -60,8 +60,8 @@ struct TimelineMark {
 struct TimelineBand {
   double left;
   double right;
-  std::string name;
-  bool isSecond;  ///< of every second release, wherever the span begins: groups of one release go together
+  std::string name;  ///< or the beginning of a very long one
+  bool isSecond;     ///< of every second release, wherever the span begins: groups of one release go together
 };
 
 struct TimelineGap {

@@ -33,6 +33,9 @@ constexpr std::size_t mostGaps = 3;
 // Much farther away neither seconds nor months could be counted.
 constexpr double farthest = 1e15;
 
+// Of a band's name, in bytes: more than is ever drawn, so that pictures don't copy names without an end.
+constexpr std::size_t longestName = 1000;
+
 struct KindInWords {
   std::string_view lane, one, several;
 };
@@ -232,7 +235,8 @@ TimelinePicture Timeline::picture(const TimelineScale& scale, const Object* sele
     const double left = edgeOf(groups_[i].begin, scale);
     const double right = i + 1 < groups_.size() ? edgeOf(groups_[i + 1].begin, scale) : scale.width;
     if (right - left >= 1)
-      picture.bands.push_back({left, right, groups_[i].history->name, groups_[i].isSecond});
+      picture.bands.push_back(
+          {left, right, groups_[i].history->name.substr(0, longestName), groups_[i].isSecond});
   }
   for (const TimelineSpan gap : gaps_)
     if (gap.begin < scale.span.end && gap.end > scale.span.begin)

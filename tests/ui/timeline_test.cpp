@@ -365,6 +365,12 @@ TEST_F(TimelineOfLists, CutsGroupsAtTheEdgesAndLeavesOutWhatIsTooNarrow) {
               ElementsAre(band("from 300999", 0, 500), band("from 600000", 500, 1000)));
 }
 
+TEST_F(TimelineOfLists, GivesOnlyTheBeginningOfAVeryLongName) {
+  addGroup("macOS " + std::string(1'000'000, 'x'));
+  addEntry(0, systemInstall);
+  EXPECT_EQ(picture().bands.at(0).name, "macOS " + std::string(994, 'x'));
+}
+
 TEST_F(TimelineOfLists, ShadesEverySecondGroupWhereverTheSpanBegins) {
   for (const double seconds : {0.0, 400'000.0, 1e6}) {
     addGroup("macOS Mojave");
