@@ -74,7 +74,6 @@ bool PathPattern::matchesFolded(std::string_view path) const {
       return true;
     });
     if (isWhole) return true;
-    if (beginsAtRoot_) return false;
     // The first segment further on in the same part of the path reaches no further.
     const std::size_t slash = path.find('/', first->begin);
     if (slash == nowhere) return false;

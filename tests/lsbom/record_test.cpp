@@ -78,6 +78,13 @@ TEST(Record, OfAProgramHoldsThePartsOfItsArchitectures) {
   EXPECT_FALSE(record->programPart(12));
 }
 
+TEST(Record, IsAProgramsWithAnyOfFourFlags) {
+  const std::string rest = zeros(4) + std::string("\1\xFF\xFF\xFF\xFF", 5);  // too many parts
+  for (const char flags : {'\x10', '\x20', '\x40', '\x80'})
+    EXPECT_FALSE(decodeRecord(fixedPart(1, flags) + rest)) << static_cast<int>(flags);
+  EXPECT_TRUE(decodeRecord(fixedPart(1, 0x0F) + rest));
+}
+
 TEST(Record, OfAProgramMayLackTheParts) {
   for (const std::size_t rest : {0U, 8U}) {
     const auto record = decodeRecord(fixedPart(1, 0x10) + "\x12\x34\x56\x78" + zeros(rest));

@@ -64,6 +64,7 @@ TEST_F(Pattern, BeginsAtTheRootWithASlashInFront) {
     EXPECT_TRUE(matches(text, "/usr/bin/a")) << text;
     EXPECT_FALSE(matches(text, "/opt/usr/bin/a")) << text;
     EXPECT_FALSE(matches(text, "usr/bin/a")) << text;
+    EXPECT_FALSE(matches(text, "x/usr/bin/a")) << text;
   }
   EXPECT_TRUE(matches("usr/bin", "/opt/usr/bin/a"));
   EXPECT_TRUE(matches("/", "/a"));
