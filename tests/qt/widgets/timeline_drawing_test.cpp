@@ -118,16 +118,29 @@ TEST_F(TimelineDrawing, HasOutliersBesideTheSpanWithTheirDates) {
   strip.repaint();
   EXPECT_LT(scale.width, width - strip.fontMetrics().horizontalAdvance(QStringLiteral("1904-01-01")));
   EXPECT_FALSE(before.isEmpty());
-  EXPECT_EQ(toolTipAt(placeOf(0)), "");  // between mark and date: that part is wide
+  EXPECT_GT(drawnBy([&] { outlierDate = "1904-12-31"; }).left(), strip.fontMetrics().height());
+  EXPECT_LT(drawnBy([&] { outlierDate = "1905-01-01"; }).right(), strip.width() - scale.width);
+  entries[0]->place = TimelinePlace::after;
+  strip.reloadData();
+  EXPECT_GT(drawnBy([&] { outlierDate = "2040-01-01"; }).left(), scale.width);
 }
 
 TEST_F(TimelineDrawing, NamesABandWhereItIsWideEnough) {
   rest.bands = {{0, 400, "", false}};
   show();
   EXPECT_FALSE(drawnBy([&] { rest.bands[0].name = "macOS Mojave 10.14"; }).isEmpty());
-  rest.bands[0].right = 20;
+  rest.bands = {{0, 20, "", false}};
   strip.reloadData();
   EXPECT_TRUE(drawnBy([&] { rest.bands[0].name = "macOS Catalina 10.15"; }).isEmpty());
+}
+
+TEST_F(TimelineDrawing, HasSignsForWhatCannotBeSeenInANameAndLooksAtItsBeginningOnly) {
+  rest.bands = {{0, 400, "macOS \u202eMojave\n10.14", false}};
+  show();
+  EXPECT_TRUE(drawnBy([&] { rest.bands[0].name = "macOS \u21c4Mojave\u240a10.14"; }).isEmpty());
+  rest.bands[0].name = std::string(1000, 'x');
+  strip.reloadData();
+  EXPECT_TRUE(drawnBy([&] { rest.bands[0].name = std::string(1'000'000, 'x'); }).isEmpty());
 }
 
 TEST_F(TimelineDrawing, WritesTheNameOfAReleaseAboveItsNextGroupsAndNoNameOverAnother) {
@@ -176,6 +189,7 @@ TEST_F(TimelineDrawing, WritesNoDateOverAnother) {
 TEST_F(TimelineDrawing, IsAsHighAsItsLanesAndItsLettersNeed) {
   show();
   const int six = strip.sizeHint().height();
+  const double width = scale.width;
   lanes = 5;
   strip.reloadData();
   EXPECT_LT(strip.sizeHint().height(), six);
@@ -183,6 +197,8 @@ TEST_F(TimelineDrawing, IsAsHighAsItsLanesAndItsLettersNeed) {
   large.setPointSizeF(large.pointSizeF() * 2);
   strip.setFont(large);
   EXPECT_GT(strip.sizeHint().height(), six * 3 / 2);
+  strip.repaint();
+  EXPECT_LT(scale.width, width - strip.fontMetrics().horizontalAdvance(QStringLiteral("Lane")) / 2);
   EXPECT_EQ(strip.minimumSizeHint().height(), strip.sizeHint().height());
 }
 

@@ -54,7 +54,7 @@ class TimelineStripFixture : public testing::Test, public platform::TimelineData
       drawn.marks.push_back({.kind = entry->kind,
                              .x = x,
                              .place = entry->place,
-                             .date = entry->place == platform::TimelinePlace::inside ? "" : "1904-01-01",
+                             .date = entry->place == platform::TimelinePlace::inside ? "" : outlierDate,
                              .count = entry->count,
                              .item = entry.get(),
                              .nextItem = entry.get(),
@@ -151,6 +151,7 @@ class TimelineStripFixture : public testing::Test, public platform::TimelineData
   platform::TimelineSpan span{0, 1000};
   std::vector<std::unique_ptr<TimelineEntry>> entries;
   platform::TimelinePicture rest;  // bands, gaps and ticks
+  std::string outlierDate = "1904-01-01";
   std::size_t lanes = 6;
   std::string words = "From first to last.";
   platform::Object* selected = nullptr;

@@ -161,14 +161,16 @@ TEST_F(TimelineOfTheWindow, SavesItsPictureAsItWasWhenItWasAskedFor) {
   table().selectRow(0);
   savePanels[0]->chosenPath = "/timeline.png";
   savePanels[0]->completionHandler(platform::modalResponseOK);
-  const std::string& png = fileManager.files.at("/timeline.png");
+  const std::string png = fileManager.files.at("/timeline.png");
   const QImage saved =
       QImage::fromData(reinterpret_cast<const uchar*>(png.data()), static_cast<int>(png.size()), "PNG");
   EXPECT_EQ(saved.size(), timeline().size() * 2);
   EXPECT_EQ(saved.convertToFormat(asked.format()), asked);
+  fileManager.files.erase("/timeline.png");
   choose("actionSavePicture");
+  savePanels.back()->chosenPath = "/timeline.png";
   savePanels.back()->completionHandler(platform::modalResponseCancel);
-  EXPECT_EQ(fileManager.files.count("/timeline.png"), 1U);
+  EXPECT_EQ(fileManager.files.count("/timeline.png"), 0U);
 }
 
 TEST_F(TimelineOfTheWindow, OffersItsPictureInItsMenu) {
