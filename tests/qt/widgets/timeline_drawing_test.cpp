@@ -170,8 +170,8 @@ TEST_F(TimelineDrawing, TellsTheLongestGapInWordsWhereNotAllHaveRoom) {
     return !drawnBy([&] { rest.gaps[0].words = "10 days without security data"; }).isEmpty();
   };
   EXPECT_FALSE(isTold(415));
-  EXPECT_TRUE(isTold(415 - alone.width() * 2 / 3)) << "to the left";
-  EXPECT_TRUE(isTold(415 + alone.width() * 2 / 3)) << "to the right";
+  EXPECT_TRUE(isTold(415 - alone.width() * 2.0 / 3)) << "to the left";
+  EXPECT_TRUE(isTold(415 + alone.width() * 2.0 / 3)) << "to the right";
 }
 
 TEST_F(TimelineDrawing, WritesNoDateOverAnother) {
