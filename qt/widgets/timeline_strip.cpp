@@ -20,7 +20,7 @@ using platform::TimelineDirection;
 using platform::TimelineMark;
 using platform::TimelineSpan;
 
-constexpr double shortestSpan = 10;  // seconds
+constexpr double shortestSpan = 600;  // seconds, of which a date can be told at every place
 constexpr double zoomStep = 1.25;
 
 QAccessibleInterface* chart(const QString& /*className*/, QObject* object) {
