@@ -34,6 +34,8 @@ class FileSearchSheet : public MainInterface {
     choose("actionFindFile");
     QApplication::processEvents();
   }
+  // The sheet's tasks go before what they tell of themselves.
+  ~FileSearchSheet() override { interface.reset(); }
 
   class HeldTask final : public platform::BackgroundTask {
    public:
