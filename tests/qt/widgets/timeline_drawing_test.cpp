@@ -198,7 +198,7 @@ TEST_F(TimelineDrawing, IsAsHighAsItsLanesAndItsLettersNeed) {
   strip.setFont(large);
   EXPECT_GT(strip.sizeHint().height(), six * 3 / 2);
   strip.repaint();
-  EXPECT_LT(scale.width, width - strip.fontMetrics().horizontalAdvance(QStringLiteral("Lane")) / 2);
+  EXPECT_LT(scale.width, width - strip.fontMetrics().horizontalAdvance(QStringLiteral("Lane")) / 2.0);
   EXPECT_EQ(strip.minimumSizeHint().height(), strip.sizeHint().height());
 }
 
