@@ -36,7 +36,10 @@ class TimelineDrawing final {
   int letterHeight() const { return widget_.fontMetrics().height(); }
   int laneHeight() const { return letterHeight() * 5 / 4; }
   double blank() const { return letterHeight() / 2.0; }
-  double textWidth(const QString& text) const { return widget_.fontMetrics().horizontalAdvance(text); }
+  // Not rounded, so that a text has room in what is made as wide.
+  double textWidth(const QString& text) const {
+    return QFontMetricsF(widget_.fontMetrics()).horizontalAdvance(text);
+  }
   QFont smallFont() const;
   double topOf(platform::TimelineKind kind) const;
   QRectF rectOf(const platform::TimelineMark& mark) const;

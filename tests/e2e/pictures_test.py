@@ -8,7 +8,7 @@ import os
 import pathlib
 import shutil
 
-from program import SHEET_TEXT
+from program import SHEET_TEXT, SKIP
 from waiting import wait_until
 from window_test_case import WindowTestCase, desktop, main, options
 
@@ -82,6 +82,8 @@ class Pictures(WindowTestCase):
     def start_shown(self, home=None, environment=None):
         program = self.start(options.sample, home, environment=environment)
         self.assertTrue(program.window)
+        # All that there is, so that the timeline shows when much came at a time.
+        program.toggle(SKIP)
         program.select_receipt(0)
         desktop.run("xdotool", "mousemove", "0", "0")
         return program
