@@ -330,6 +330,17 @@ class Program:
         self.activate(window or self.window)
         self.desktop.run("xdotool", "key", "--clearmodifiers", *keys)
 
+    def press_until(self, keys, holds, what):
+        """Presses keys that lead somewhere, again where they don't: on a machine that has much else to do, a key is lost now
+        and then."""
+
+        def is_there():
+            if not holds():
+                self.keys(keys)
+            return holds()
+
+        wait_until(is_there, what)
+
     def activate(self, window):
         """Sees that the keyboard belongs to a window."""
 

@@ -54,7 +54,7 @@ class Text(WindowTestCase):
             self.program.keys("ctrl+Home", "Right")
             return hears("text-caret-moved", 1)
 
-        self.program.keys("alt+p")
+        self.program.press_until("alt+p", lambda: self.report.is_("focused"), "the report to have the keyboard")
         # It takes the program a while to know that somebody listens.
         wait_until(moves_until_heard, lambda: f"the caret at 1; heard {heard}")
         self.program.keys("Down", "Right")
@@ -123,8 +123,8 @@ class Text(WindowTestCase):
             wait_until(lambda part=part, keys=keys: goes_on_to(part, keys), f"the search to come to {part}")
         found = [dates[row] for row in program.selected_receipts()]
         self.assertEqual([date[:8] for date in found], [month])
-        program.keys("Escape")
-        wait_until(lambda: program.part("table", TABLE).is_("focused"), "the receipts to have the keyboard")
+        receipts = program.part("table", TABLE)
+        program.press_until("Escape", lambda: receipts.is_("focused"), "the receipts to have the keyboard")
         self.assert_leaves_well(program)
 
     def test_the_sheet_is_scrolled_to_what_is_asked_for(self):

@@ -77,8 +77,7 @@ class Timeline(WindowTestCase):
         program.keys("Tab", "Home", "Down")
         name, date, _ = self.items[0].cells
         wait_until(lambda: self.selected_rows() == [(name, date)], lambda: f"{name}; there is {self.selected_rows()}")
-        program.keys("alt+t")
-        wait_until(lambda: self.strip.is_("focused"), "the timeline to have the keyboard")
+        program.press_until("alt+t", lambda: self.strip.is_("focused"), "the timeline to have the keyboard")
         program.keys("Down")
         name, date, _ = update.cells
         wait_until(lambda: self.selected_rows() == [(name, date)], lambda: f"{name}; there is {self.selected_rows()}")
