@@ -92,6 +92,8 @@ double search(qt::FileSearchSheet& sheet, const char* sought) {
 }
 
 void searchBesideShell(benchmark::State& state, const Packages& packages, const char* sought) {
+  qt::MachineServices machine;
+  platform::installServices(&machine.services());
   const std::string recipe = "for bom in '" + packages.folder() +
                              "'/*.bom; do " PELMARIX_LSBOM " -f -p fsT \"$bom\"; done | grep -icF '" +
                              sought + "' > /dev/null";
@@ -170,12 +172,3 @@ BENCHMARK(filesBeyondTheMost)->Unit(benchmark::kMillisecond)->UseRealTime()->Ite
 
 }  // namespace
 }  // namespace pelmarix::bench
-
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  pelmarix::qt::MachineServices machine;
-  pelmarix::platform::installServices(&machine.services());
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-}

@@ -140,11 +140,3 @@ BENCHMARK(sheetBesideToolkitsWidget)->Arg(1'000'000)->Unit(benchmark::kMilliseco
 
 }  // namespace
 }  // namespace pelmarix::bench
-
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

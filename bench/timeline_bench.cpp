@@ -94,11 +94,3 @@ BENCHMARK(stripDrawsAFrame)->ArgName("zoomSteps")->Arg(0)->Arg(10)->Arg(20)->Uni
 
 }  // namespace
 }  // namespace pelmarix::bench
-
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -33,8 +32,8 @@ constexpr std::size_t mostGaps = 3;
 // Much farther away neither seconds nor months could be counted.
 constexpr double farthest = 1e15;
 
-// Of a band's name, in bytes: more than is ever drawn, so that pictures don't copy names without an end.
-constexpr std::size_t longestName = 1000;
+// Of a band's name, in bytes: drawing one without an end takes long.
+constexpr std::size_t longestName = 200;
 
 struct KindInWords {
   std::string_view lane, one, several;
@@ -65,8 +64,19 @@ std::string daysText(TimelineSpan span) {
   return first == last ? first : first + " to " + last;
 }
 
+double lengthOf(TimelineSpan span) { return span.end - span.begin; }
+
+bool isLonger(TimelineSpan one, TimelineSpan other) { return lengthOf(one) > lengthOf(other); }
+
 std::string gapInWords(TimelineSpan gap) {
-  return std::to_string(static_cast<long long>((gap.end - gap.begin) / day)) + " days without security data";
+  return std::to_string(static_cast<long long>(lengthOf(gap) / day)) + " days without security data";
+}
+
+std::string beginningOf(const std::string& name) {
+  if (name.size() <= longestName) return name;
+  std::size_t end = longestName;
+  while (end > 0 && (name[end] & 0xC0) == 0x80) --end;  // inside a letter
+  return name.substr(0, end) + "\u2026";
 }
 
 std::string itemInWords(const Object* item) {
@@ -105,9 +115,6 @@ std::vector<TimelineSpan> gapsOf(const Entries& entries, TimelineSpan bulk) {
   }
   if (last != nullptr) add(last->seconds, bulk.end);
 
-  const auto isLonger = [](TimelineSpan one, TimelineSpan other) {
-    return one.end - one.begin > other.end - other.begin;
-  };
   std::stable_sort(gaps.begin(), gaps.end(), isLonger);
   gaps.resize(std::min(gaps.size(), mostGaps));
   std::sort(gaps.begin(), gaps.end(),
@@ -116,7 +123,7 @@ std::vector<TimelineSpan> gapsOf(const Entries& entries, TimelineSpan bulk) {
 }
 
 double xOf(double seconds, const TimelineScale& scale) {
-  return (seconds - scale.span.begin) / (scale.span.end - scale.span.begin) * scale.width;
+  return (seconds - scale.span.begin) / lengthOf(scale.span) * scale.width;
 }
 
 // Within the picture.
@@ -144,7 +151,7 @@ bool areOfOneRelease(const History& one, const History& other) {
 // of time is looked at, so that marks stay as they are while the strip is moved.
 template <typename Take>
 void forEachMark(const Entries& entries, TimelineSpan bulk, const TimelineScale& scale, const Take& take) {
-  const double width = scale.markWidth / scale.width * (scale.span.end - scale.span.begin);
+  const double width = scale.markWidth / scale.width * lengthOf(scale.span);
   for (auto first = entries.begin(); first != entries.end();) {
     const TimelinePlace place = placeOf(first->seconds, bulk);
     const auto behind = std::find_if(first, entries.end(), [&](const Entry& entry) {
@@ -221,7 +228,7 @@ Timeline::Timeline(const std::vector<std::shared_ptr<History>>& histories, const
 
 TimelineSpan Timeline::span() const {
   const TimelineSpan bulk = bulk_.value_or(TimelineSpan{0, 0});
-  const double missing = std::max(0.0, day - (bulk.end - bulk.begin));
+  const double missing = std::max(0.0, day - lengthOf(bulk));
   return {bulk.begin - missing / 2, bulk.end + missing / 2};
 }
 
@@ -235,8 +242,7 @@ TimelinePicture Timeline::picture(const TimelineScale& scale, const Object* sele
     const double left = edgeOf(groups_[i].begin, scale);
     const double right = i + 1 < groups_.size() ? edgeOf(groups_[i + 1].begin, scale) : scale.width;
     if (right - left >= 1)
-      picture.bands.push_back(
-          {left, right, groups_[i].history->name.substr(0, longestName), groups_[i].isSecond});
+      picture.bands.push_back({left, right, beginningOf(groups_[i].history->name), groups_[i].isSecond});
   }
   for (const TimelineSpan gap : gaps_)
     if (gap.begin < scale.span.end && gap.end > scale.span.begin)
@@ -318,9 +324,7 @@ std::string Timeline::inWords() const {
             ".";
   }
   if (gaps_.empty()) return text;
-  const TimelineSpan longest = *std::max_element(
-      gaps_.begin(), gaps_.end(),
-      [](TimelineSpan one, TimelineSpan other) { return one.end - one.begin < other.end - other.begin; });
+  const TimelineSpan longest = *std::min_element(gaps_.begin(), gaps_.end(), isLonger);
   return text + " Longest gap: " + gapInWords(longest) + ", " + daysText(longest) + ".";
 }
 

@@ -37,8 +37,9 @@ void ChildProcess::readOutput() {
   }
   readable_->setEnabled(false);
   if (!count) return endWithoutStatus();
+  using namespace std::chrono_literals;
   // One that is just ending has the processor for that, instead of a timer's whole millisecond.
-  if (task_.isRunning()) std::this_thread::sleep_for(std::chrono::microseconds(100));
+  if (task_.isRunning()) std::this_thread::sleep_for(100us);
   awaitEnd();
 }
 

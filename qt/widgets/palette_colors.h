@@ -2,9 +2,6 @@
 #pragma once
 
 #include <QPalette>
-#include <algorithm>
-#include <array>
-#include <cmath>
 
 namespace pelmarix::qt {
 
@@ -35,16 +32,6 @@ inline QColor faintColor(const QPalette& palette) {
   QColor color = palette.color(QPalette::Text);
   color.setAlphaF(0.08F);
   return color;
-}
-
-/// Colours of kinds, from 0 to 5: hues around that of selections, as dark or as light as lets them and what
-/// is written on them in the colour of the ground be read. The last is grey.
-inline QColor colorOfKind(const QPalette& palette, int kind) {
-  constexpr std::array<double, 6> turns{0, 0.2, 0.83, 0.42, 0.55, 0};
-  const bool isDark = palette.color(QPalette::Base).lightnessF() < 0.5F;
-  const double hue = std::max(static_cast<double>(palette.color(QPalette::Highlight).hslHueF()), 0.0);
-  const double turned = std::fmod(hue + turns.at(static_cast<std::size_t>(kind)), 1);
-  return QColor::fromHslF(static_cast<float>(turned), kind == 5 ? 0.0F : 0.5F, isDark ? 0.68F : 0.34F);
 }
 
 }  // namespace pelmarix::qt

@@ -2,6 +2,7 @@
 
 #include <QPainterPath>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "qt/services/text_conversion.h"
@@ -22,11 +23,7 @@ using platform::TimelineTick;
 
 constexpr int line = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip;
 
-// As far as a person would read it there.
-QString shown(const std::string& name) {
-  constexpr qsizetype longest = 200;
-  return visibleInOneLine(toQString(name).left(longest));
-}
+QString shown(const std::string& name) { return visibleInOneLine(toQString(name)); }
 
 // Of a thousand and more only what fits into a mark.
 QString countText(std::size_t count) {
@@ -76,6 +73,16 @@ bool isHollow(TimelineKind kind) {
 }
 
 }  // namespace
+
+QColor colorOfKind(const QPalette& palette, TimelineKind kind) {
+  constexpr std::array<double, 5> turns{0, 0.2, 0.83, 0.42, 0.55};
+  const bool isGrey = kind == TimelineKind::receipt;
+  const bool isDark = palette.color(QPalette::Base).lightnessF() < 0.5F;
+  const double hue = std::max(static_cast<double>(palette.color(QPalette::Highlight).hslHueF()), 0.0);
+  const double turn = isGrey ? 0 : turns.at(static_cast<std::size_t>(kind));
+  return QColor::fromHslF(static_cast<float>(std::fmod(hue + turn, 1)), isGrey ? 0.0F : 0.5F,
+                          isDark ? 0.68F : 0.34F);
+}
 
 void TimelineDrawing::measure(const TimelinePicture& picture) {
   lanes_ = picture.lanes;
@@ -232,7 +239,7 @@ void TimelineDrawing::drawGaps(QPainter& painter, std::vector<TimelineGap> gaps)
   std::stable_sort(gaps.begin(), gaps.end(), [](const TimelineGap& one, const TimelineGap& other) {
     return one.right - one.left > other.right - other.left;
   });
-  const QColor color = colorOfKind(widget_.palette(), static_cast<int>(TimelineKind::criticalUpdate));
+  const QColor color = colorOfKind(widget_.palette(), TimelineKind::criticalUpdate);
   const double top = topOf(TimelineKind::securityData);
   std::vector<QRectF> taken;
   for (const TimelineGap& gap : gaps) {
@@ -260,7 +267,7 @@ void TimelineDrawing::drawGaps(QPainter& painter, std::vector<TimelineGap> gaps)
 
 void TimelineDrawing::drawMark(QPainter& painter, const TimelineMark& mark) const {
   const QPalette& palette = widget_.palette();
-  const QColor color = colorOfKind(palette, static_cast<int>(mark.kind));
+  const QColor color = colorOfKind(palette, mark.kind);
   const QRectF rect = rectOf(mark);
   const double thin = letterHeight() / 10.0;
   const double inset = mark.count > 1 ? 0 : 1.5 * thin;  // nothing is written into it

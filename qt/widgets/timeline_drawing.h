@@ -10,6 +10,10 @@
 
 namespace pelmarix::qt {
 
+/// Hues around that of selections and grey for receipts, as dark or as light as lets them and what is written
+/// on them in the colour of the ground be read.
+QColor colorOfKind(const QPalette& palette, platform::TimelineKind kind);
+
 /// From top to bottom: the names of bands, the lanes with theirs at the left, and the dates. Below the lane
 /// of security data stand the gaps' words. Colours, letters and room are those of a widget.
 class TimelineDrawing final {

@@ -334,7 +334,7 @@ void MainInterface::updateEditActions() {
 
 void MainInterface::show() {
   guarded([this] { controller_.viewDidLoad(); })();
-  fillTimeline();
+  guarded([this] { fillTimeline(); })();
   showOrHideTimeline();
   ui_->actionFindFile->setEnabled(!controller_.boms.children.empty());
   ui_->outline->setFocus();

@@ -73,15 +73,18 @@ TEST_F(TimelineDrawing, TellsKindsApartByShapeAndByColour) {
     for (std::size_t j = 0; j < i; ++j) {
       EXPECT_NE(inkOf(shapes[i]), inkOf(shapes[j])) << i << " and " << j;
       for (const QPalette& palette : {QApplication::palette(), darkPalette()})
-        EXPECT_NE(qt::colorOfKind(palette, static_cast<int>(i)),
-                  qt::colorOfKind(palette, static_cast<int>(j)));
+        EXPECT_NE(qt::colorOfKind(palette, static_cast<TimelineKind>(i)),
+                  qt::colorOfKind(palette, static_cast<TimelineKind>(j)));
     }
 }
 
 TEST_F(TimelineDrawing, HasColoursThatCanBeReadOnLightAndOnDark) {
   for (const QPalette& palette : {QApplication::palette(), darkPalette()})
     for (int kind = 0; kind < 6; ++kind)
-      EXPECT_GE(contrast(qt::colorOfKind(palette, kind), palette.color(QPalette::Base)), 4.5) << kind;
+      EXPECT_GE(
+          contrast(qt::colorOfKind(palette, static_cast<TimelineKind>(kind)), palette.color(QPalette::Base)),
+          4.5)
+          << kind;
 }
 
 TEST_F(TimelineDrawing, WritesIntoAMarkHowManyEntriesItIs) {
