@@ -4,7 +4,7 @@
 
 #include "base/utf8.h"
 #include "plist/document.h"
-#include "tests/plist/heap_meter.h"
+#include "tests/support/heap_meter.h"
 
 namespace pelmarix::plist {
 namespace {

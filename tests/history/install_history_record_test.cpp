@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/plist/heap_meter.h"
+#include "tests/support/heap_meter.h"
 #include "tests/support/property_list_text.h"
 
 namespace pelmarix {

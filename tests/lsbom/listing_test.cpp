@@ -9,6 +9,7 @@
 #include "sample/package_contents.h"
 #include "tests/lsbom/editable_bom.h"
 #include "tests/lsbom/support.h"
+#include "tests/support/heap_meter.h"
 
 namespace pelmarix::lsbom {
 namespace {
@@ -208,6 +209,27 @@ TEST(Listing, StopsWhereTheOutputFails) {
   std::fclose(full);
 }
 #endif
+
+std::size_t heapPeakOfListing(const std::vector<BomEntry>& entries) {
+  const std::string bytes = writeBillOfMaterials(entries);
+  const auto bom = BillOfMaterials::read(bytes);
+  const TemporaryFile file;
+  Output output(file.get());
+  const HeapMeter meter;
+  EXPECT_TRUE(list(*bom, {}, {}, output));
+  return meter.peak();
+}
+
+TEST(Listing, TakesTheMemoryForAnyPathBeforeItBegins) {
+  std::vector<BomEntry> deepest{{.path = "d"}};
+  while (deepest.back().path.size() + 2 <= longestPath)
+    deepest.push_back({.path = deepest.back().path + "/d"});
+  const std::vector<BomEntry> longest{{.path = std::string(longestPath, 'n')}};
+  const std::size_t peak = heapPeakOfListing({{.path = "."}});
+  EXPECT_GT(peak, longestPath);
+  EXPECT_EQ(heapPeakOfListing(deepest), peak);
+  EXPECT_EQ(heapPeakOfListing(longest), peak);
+}
 
 }  // namespace
 }  // namespace pelmarix::lsbom

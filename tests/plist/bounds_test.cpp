@@ -3,7 +3,7 @@
 
 #include "tests/plist/binary_builder.h"
 #include "tests/plist/describe.h"
-#include "tests/plist/heap_meter.h"
+#include "tests/support/heap_meter.h"
 
 namespace pelmarix::plist {
 namespace {

@@ -50,6 +50,8 @@ const std::vector<Accepted> accepted = {
     {"NoDeclaredEncoding", "<?xml version=\"1.0\"?><string>\u00E9</string>", "\"\u00E9\""},
     {"AnEncodingWithoutQuotesAsNone", "<?xml encoding=UTF-16?><string>\u00E9</string>", "\"\u00E9\""},
     {"AnEncodingWithoutClosingQuoteAsNone", "<?xml encoding='UTF-16?><string>\u00E9</string>", "\"\u00E9\""},
+    {"AnEncodingBehindAQuestionMarkAsNone", "<?xml? encoding='UTF-16'?><string>\u00E9</string>",
+     "\"\u00E9\""},
     {"AnEncodingWithoutNameAsNone", "<?xml encoding=?><string>\u00E9</string>", "\"\u00E9\""},
 };
 INSTANTIATE_TEST_SUITE_P(Plist, XmlEncodingAccepts, testing::ValuesIn(accepted), nameOfRow<Accepted>);
