@@ -162,7 +162,6 @@ Result<std::string, Reason> readData(std::string_view text) {
     if (padding < 2) bytes += static_cast<char>(group >> 8 & 0xFF);
     if (padding < 1) bytes += static_cast<char>(group & 0xFF);
     letters = 0;
-    group = 0;
   }
   return bytes;
 }

@@ -222,6 +222,17 @@ TEST(Size, isBoundedByTheNumberOfTextsThatHaveToBeMade) {
   expectRefused(many, Reason::tooLarge);
 }
 
+// A text that has to be made counts as four.
+TEST(Size, isBoundedByTheNumberOfValuesWithTheirTexts) {
+  const auto values = [](std::size_t texts, std::size_t others) {
+    return "<array><array>" + repeated("<key>&lt;</key>", texts) + repeated("<key/>", others) +
+           "</array></array>";
+  };
+  constexpr std::size_t most = (std::size_t{12} << 20U) - 1;  // and the inner array
+  EXPECT_TRUE(Document::decode(values(most / 4, most % 4)));
+  EXPECT_EQ(refusal(values(most / 4, most % 4 + 1)), Reason::tooLarge);
+}
+
 TEST(Size, isBoundedByTheNumberOfObjectsBeforeAnythingIsTakenForThem) {
   std::string file = "bplist00\x09" + std::string((std::size_t{12} << 20U) + 1, '\x08');
   file += hex("00 00 00 00 00 00 01 04") + bigEndianBytes((std::size_t{12} << 20U) + 1, 8) +

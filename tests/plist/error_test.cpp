@@ -33,6 +33,7 @@ TEST(Error, namesLineAndByteOfXml) {
   EXPECT_EQ(errorOf("<plist>\n<array>\n  text\n</array></plist>"), (Error{Reason::unexpectedText, 18, 3}));
   EXPECT_EQ(errorOf("\uFEFF<array>\ntext</array>"), (Error{Reason::unexpectedText, 11, 2}));
   EXPECT_EQ(errorOf("<string>\xFF</string>"), (Error{Reason::invalidUtf8, 8, 1}));
+  EXPECT_EQ(errorOf("\n<!DOCTYPE plist [\n]>"), (Error{Reason::malformedDocumentType, 17, 2}));
 }
 
 TEST(Error, countsInTheUtf8FormOfOtherEncodings) {
