@@ -83,7 +83,6 @@ void passUsualSignals(SpawnSettings& settings) {
   sigset_t signals;
   sigemptyset(&signals);
   check(posix_spawnattr_setsigmask(&settings.attributes, &signals), "signals");
-  sigaddset(&signals, SIGCHLD);
   sigaddset(&signals, SIGPIPE);
   check(posix_spawnattr_setsigdefault(&settings.attributes, &signals), "signals");
 }

@@ -242,6 +242,19 @@ TEST(ReadingAFile, FailsForOneWithAHoleOfATerabyte) {
   EXPECT_FALSE(canRead(file));
 }
 
+TEST(ReadingAFile, FailsForOneThatGrowsBeyondTheMost) {
+  const TemporaryFolder folder;
+  const auto grownTo = [&](std::uintmax_t size) {
+    const std::string path = folder.addFile("x.plist", "contents");
+    auto file = RegularFile::open(path);
+    std::filesystem::resize_file(path, size);
+    const auto contents = file->readToEnd();
+    return contents ? std::to_string(contents->size()) : contents.error().message();
+  };
+  EXPECT_EQ(grownTo(RegularFile::maximumSize), std::to_string(RegularFile::maximumSize));
+  EXPECT_EQ(grownTo(RegularFile::maximumSize + 1), std::make_error_code(std::errc::file_too_large).message());
+}
+
 // macOS sets a program's memory no limit, and a sanitizer's allocator ends the process where the real one
 // reports.
 #if !defined(__APPLE__) && !defined(PELMARIX_SANITIZED)

@@ -331,6 +331,29 @@ TEST(Task, LeavesNoDescriptorOpenAndNoChildBehind) {
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
 }
 
+TEST(Task, IsRunningFromItsLaunchToItsEnd) {
+  const TemporaryFolder folder;
+  const std::string fifo = folder.addFifo("fifo");
+  PosixTask task(nowhere);
+  EXPECT_FALSE(task.isRunning());
+  task.setLaunchPath(addProgram(folder, "waits", "echo > '" + fifo + "'\nexit 5\n"));
+  task.launch();
+  EXPECT_TRUE(task.isRunning());
+  std::ifstream(fifo).get();
+  while (task.isRunning()) usleep(1000);
+  EXPECT_FALSE(task.isRunning());
+  task.waitUntilExit();
+  EXPECT_EQ(task.terminationStatus(), 5);
+  EXPECT_FALSE(task.isRunning());
+}
+
+TEST(TaskDeathTest, IsLaunchedOnce) {
+  PosixTask task(nowhere);
+  task.setLaunchPath("/bin/true");
+  task.launch();
+  EXPECT_FATAL_STOP(task.launch());
+}
+
 TEST(Task, ThatIsDestroyedEndsItsChildAndLeavesNoZombie) {
   const TemporaryFolder folder;
   const std::string fifo = folder.addFifo("fifo");

@@ -107,6 +107,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
         else:
             self.answer(status=302, Location=f"/redirect/{int(times) - 1}")
 
+    def serve_moved(self, status):
+        self.answer(b"", int(status), Location="/list")
+
     def serve_to_unencoded(self):
         self.answer(status=302, Location=self.server.owner.address("good", "list?a <b>"))
 

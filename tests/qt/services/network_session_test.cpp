@@ -185,6 +185,13 @@ TEST_F(NetworkSessionTest, FollowsFiveRedirectsAndNoMore) {
   EXPECT_TRUE(isError(get("redirect/6")));
 }
 
+TEST_F(NetworkSessionTest, FollowsTheStatusesOfRedirectsAndNoOther) {
+  for (const int status : {301, 302, 303, 307, 308})
+    EXPECT_EQ(get("moved/" + std::to_string(status)).status, 200) << status;
+  for (const int status : {201, 300, 304, 305, 306, 309})
+    EXPECT_EQ(get("moved/" + std::to_string(status)).status, status);
+}
+
 TEST_F(NetworkSessionTest, FollowsARedirectToAnAddressThatIsNotEncoded) {
   EXPECT_TRUE(isBody(get("to-unencoded")));
   EXPECT_EQ(get("count/list?a%20%3Cb%3E").body, "1");
