@@ -1,7 +1,9 @@
 #include "posix/posix_file_manager.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include "posix/regular_file.h"
 #include "tests/support/temporary_folder.h"
@@ -63,6 +65,7 @@ TEST(DirectoryEnumerator, IsNoneForAFileAndForNothing) {
   const TemporaryFolder folder;
   EXPECT_THAT(entriesBelow(folder / "missing"), ElementsAre("no enumerator"));
   EXPECT_THAT(entriesBelow(folder.addFile("file")), ElementsAre("no enumerator"));
+  EXPECT_THAT(entriesBelow(folder.addFifo("fifo")), ElementsAre("no enumerator")) << "without waiting";
 }
 
 TEST(DirectoryEnumerator, YieldsLinksAndNeverFollowsThem) {
@@ -240,6 +243,16 @@ TEST(ReadingAFile, FailsForOneWithAHoleOfATerabyte) {
   EXPECT_FALSE(canRead(file));
   std::filesystem::resize_file(file, RegularFile::maximumSize + 1);
   EXPECT_FALSE(canRead(file));
+}
+
+TEST(ReadingAFile, SucceedsWithoutStandardInputAndKeepsItClosed) {
+  const TemporaryFolder folder;
+  const std::string file = folder.addFile("x.plist", "contents");
+  const std::string outcome = test::inChild([&] {
+    close(STDIN_FILENO);
+    return read(file).value_or("not read") + (fcntl(STDIN_FILENO, F_GETFD) < 0 ? ", closed" : ", open");
+  });
+  EXPECT_EQ(outcome, "contents, closed");
 }
 
 TEST(ReadingAFile, FailsForOneThatGrowsBeyondTheMost) {

@@ -456,6 +456,10 @@ TEST_F(TimelineGaps, LastAtLeastThirtyDaysOfWhichOnlyWholeOnesAreTold) {
   addDays(securityData, {0, 29.999, 59.999, 91.5, 100});
   EXPECT_THAT(picture().gaps, ElementsAre(gap("30 days without security data", 299.99, 599.99),
                                           gap("31 days without security data", 599.99, 915)));
+  histories.clear();
+  addDays(securityData, {0, 30, 59, 100});
+  EXPECT_THAT(picture().gaps, ElementsAre(gap("30 days without security data", 0, 300),
+                                          gap("41 days without security data", 590, 1000)));
 }
 
 TEST_F(TimelineGaps, AreNoneWithoutSecurityData) {

@@ -158,6 +158,20 @@ TEST_F(TimelineNeighbours, AreTheNearestMarksOfTheNextLaneThatHasAny) {
   EXPECT_EQ(above(end), nullptr);
 }
 
+TEST_F(TimelineNeighbours, LeadThroughAllLanesAndBack) {
+  for (const auto type : {systemInstall, securityUpdate, criticalUpdate, securityData, configurationData})
+    addEntry(1000, type);
+  std::vector<Object*> lanes{beside(nullptr, TimelineDirection::down)};
+  while (Object* const next = below(lanes.back())) lanes.push_back(next);
+  EXPECT_EQ(lanes.size(), 5);
+  EXPECT_EQ(below(lanes.back()), nullptr);
+  Object* const receipt = addReceipt(1000);
+  EXPECT_EQ(below(lanes.back()), receipt);
+  EXPECT_EQ(below(receipt), nullptr);
+  for (Object* item = receipt; !lanes.empty(); lanes.pop_back()) EXPECT_EQ(item = above(item), lanes.back());
+  EXPECT_EQ(above(beside(nullptr, TimelineDirection::up)), nullptr);
+}
+
 TEST_F(TimelineNeighbours, CountFromWhereTheSelectedMarkStands) {
   addEnds();
   addEntry(500'000, securityUpdate);

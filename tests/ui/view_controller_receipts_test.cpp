@@ -85,7 +85,10 @@ TEST_F(ReceiptsTable, KnowsItsColumnsByTheirPlaces) {
   EXPECT_EQ(cell(&table.first, -1), "no view");
 }
 
-TEST_F(ReceiptsTable, WithOneOrNoColumnHasNoViewForTheOthers) {
+TEST_F(ReceiptsTable, WithFewerColumnsHasNoViewForTheOthers) {
+  table.columns = {&table.first, &table.second};
+  EXPECT_EQ(cell(&table.second, 0), "NameCell=new");
+  EXPECT_EQ(cell(&table.third, 0), "no view");
   table.columns = {&table.first};
   EXPECT_EQ(cell(&table.first, 0), "DateCell=2019-03-26 10:11:12 +0000");
   EXPECT_EQ(cell(&table.second, 0), "no view");
