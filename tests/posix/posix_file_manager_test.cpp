@@ -68,6 +68,12 @@ TEST(DirectoryEnumerator, IsNoneForAFileAndForNothing) {
   EXPECT_THAT(entriesBelow(folder.addFifo("fifo")), ElementsAre("no enumerator")) << "without waiting";
 }
 
+TEST(DirectoryEnumerator, IsThatOfAFolderWithThousandsOfSlashesBehindIt) {
+  const TemporaryFolder folder;
+  folder.addFile("file");
+  EXPECT_THAT(entriesBelow(folder.path() + std::string(5000, '/')), ElementsAre("file"));
+}
+
 TEST(DirectoryEnumerator, YieldsLinksAndNeverFollowsThem) {
   const TemporaryFolder folder;
   folder.addFile("real/a");
@@ -245,12 +251,22 @@ TEST(ReadingAFile, FailsForOneWithAHoleOfATerabyte) {
   EXPECT_FALSE(canRead(file));
 }
 
+TEST(ReadingAFile, FailsForALongPathThroughAFifoWithoutWaitingForAWriter) {
+  const TemporaryFolder folder;
+  folder.addFifo("fifo");
+  std::string path = folder.path();
+  while (path.size() < 4000) path += "/.";
+  path += "/fifo/" + std::string(200, 'x');
+  EXPECT_FALSE(canRead(path));
+}
+
 TEST(ReadingAFile, SucceedsWithoutStandardInputAndKeepsItClosed) {
   const TemporaryFolder folder;
   const std::string file = folder.addFile("x.plist", "contents");
   const std::string outcome = test::inChild([&] {
     close(STDIN_FILENO);
-    return read(file).value_or("not read") + (fcntl(STDIN_FILENO, F_GETFD) < 0 ? ", closed" : ", open");
+    const std::string contents = read(file).value_or("not read");
+    return contents + (fcntl(STDIN_FILENO, F_GETFD) < 0 ? ", closed" : ", open");
   });
   EXPECT_EQ(outcome, "contents, closed");
 }
