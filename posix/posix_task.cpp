@@ -57,9 +57,11 @@ class SpawnSettings {
 
 // Nothing but the three standard descriptors: whoever started this program may have left it others open that
 // the child would keep open too.
-void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput, bool hasStandardError) {
-  if (standardOutput >= 0)
-    check(posix_spawn_file_actions_adddup2(&settings.fileActions, standardOutput, STDOUT_FILENO), "pipe");
+void passStandardDescriptorsOnly(SpawnSettings& settings, const PosixPipe* standardOutput,
+                                 bool hasStandardError) {
+  if (standardOutput != nullptr)
+    check(posix_spawn_file_actions_adddup2(&settings.fileActions, standardOutput->writeEnd(), STDOUT_FILENO),
+          "pipe");
   if (!hasStandardError)
     check(posix_spawn_file_actions_addopen(&settings.fileActions, STDERR_FILENO, "/dev/null", O_WRONLY, 0),
           "descriptors");
@@ -67,7 +69,7 @@ void passStandardDescriptorsOnly(SpawnSettings& settings, int standardOutput, bo
   settings.flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     // Where this program was started with one closed, its number can be an end of the pipe now.
-    const bool isRedirected = (descriptor == STDOUT_FILENO && standardOutput >= 0) ||
+    const bool isRedirected = (descriptor == STDOUT_FILENO && standardOutput != nullptr) ||
                               (descriptor == STDERR_FILENO && !hasStandardError);
     if (isRedirected || fcntl(descriptor, F_GETFD) == 0)
       check(posix_spawn_file_actions_addinherit_np(&settings.fileActions, descriptor), "descriptors");
@@ -96,11 +98,12 @@ void stopIgnoringChildren() {
   sigaction(SIGCHLD, &action, nullptr);
 }
 
-// Waits for the child's end. False when something else has taken its status.
-bool waitFor(pid_t child, int& status) {
+// Waits for the child's end. Nothing when something else has taken its status.
+std::optional<int> waitFor(pid_t child) {
+  int status{};
   for (;;) {
-    if (waitpid(child, &status, 0) == child) return true;
-    if (errno != EINTR) return false;
+    if (waitpid(child, &status, 0) == child) return status;
+    if (errno != EINTR) return std::nullopt;
   }
 }
 
@@ -134,11 +137,10 @@ std::string locateProgram(const std::string& path, const std::string& companionF
 }
 
 PosixTask::~PosixTask() {
-  if (child_ < 0) return;
+  if (!child_) return;
   // Its end is waited for, so the child can't be one of the same number that came later.
-  kill(child_, SIGKILL);
-  int status = 0;
-  waitFor(child_, status);
+  kill(*child_, SIGKILL);
+  waitFor(*child_);
 }
 
 void PosixTask::setStandardOutput(platform::Pipe& pipe) {
@@ -146,12 +148,11 @@ void PosixTask::setStandardOutput(platform::Pipe& pipe) {
 }
 
 void PosixTask::launch() {
-  if (child_ >= 0) fatalStop("a task was launched twice");
+  if (child_) fatalStop("a task was launched twice");
   stopIgnoringChildren();
 
   SpawnSettings settings;
-  passStandardDescriptorsOnly(settings, standardOutput_ == nullptr ? -1 : standardOutput_->writeEnd(),
-                              hasStandardError_);
+  passStandardDescriptorsOnly(settings, standardOutput_, hasStandardError_);
   passUsualSignals(settings);
   check(posix_spawnattr_setflags(&settings.attributes, settings.flags), "attributes");
 
@@ -160,7 +161,7 @@ void PosixTask::launch() {
   for (std::string& argument : arguments_) argv.push_back(argument.data());
   argv.push_back(nullptr);
 
-  pid_t child = -1;
+  pid_t child{};
   const int failure =
       posix_spawn(&child, program.c_str(), &settings.fileActions, &settings.attributes, argv.data(), environ);
   if (standardOutput_ != nullptr) standardOutput_->closeWriteEnd();
@@ -169,19 +170,19 @@ void PosixTask::launch() {
 }
 
 bool PosixTask::isRunning() const {
+  if (!child_) return false;
   siginfo_t ended = {};
   // Leaves the status where it is, for waitUntilExit.
-  return child_ >= 0 && waitid(P_PID, static_cast<id_t>(child_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+  return waitid(P_PID, static_cast<id_t>(*child_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
          ended.si_pid == 0;
 }
 
 void PosixTask::waitUntilExit() {
-  if (child_ < 0) return;
-  int status = 0;
+  if (!child_) return;
   // A status that was taken away counts as a failure: nothing is known of the child's success.
-  if (waitFor(child_, status))
-    terminationStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
-  child_ = -1;
+  if (const auto status = waitFor(*child_))
+    terminationStatus_ = WIFEXITED(*status) ? WEXITSTATUS(*status) : WTERMSIG(*status);
+  child_.reset();
 }
 
 }  // namespace pelmarix::posix

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -67,7 +68,7 @@ class PosixTask final : public platform::Task {
   std::vector<std::string> arguments_;
   PosixPipe* standardOutput_ = nullptr;
   bool hasStandardError_ = true;
-  pid_t child_ = -1;
+  std::optional<pid_t> child_;
   int terminationStatus_ = -1;
 };
 

@@ -296,6 +296,11 @@ TEST(Task, ThrowsWhenThereAreNoDescriptorsOrProcessesToBeHad) {
             "/bin/echo: Resource temporarily unavailable");
 }
 
+TEST(Task, GivesAnEmptyOutputWhereItWasNeverLaunched) {
+  PosixPipe pipe;
+  EXPECT_EQ(*pipe.readDataToEndOfFile(), "");
+}
+
 TEST(Task, GivesAnEmptyOutputAfterALaunchThatFailed) {
   PosixPipe pipe;
   PosixTask task(nowhere);
