@@ -132,7 +132,9 @@ TEST_F(ListingSearch, RefusesWhatHasNoEnd) {
 
   pelmarix::ListingSearch endless(PathPattern("safari"));
   const std::string part(65536, 'a');
-  for (int i = 0; i < 17; ++i) endless.take(part);
+  for (int i = 0; i < 16; ++i) endless.take(part);
+  EXPECT_TRUE(endless.isListing());
+  endless.take("a");
   EXPECT_FALSE(endless.isListing());
 }
 
