@@ -286,11 +286,12 @@ Object* Timeline::itemBeside(const TimelineScale& scale, const Object* selected,
   if (direction == TimelineDirection::right) return mark + 1 == marks.end() ? nullptr : mark[1]->item;
 
   // The nearest in time, in the next lane that has any.
-  const std::ptrdiff_t step = direction == TimelineDirection::up ? -1 : 1;
-  auto other = lanes_.begin() + (lane - lanes_.data());
+  const bool goesUp = direction == TimelineDirection::up;
+  const TimelineEntries* const last = goesUp ? &lanes_.front() : &lanes_.back();
+  const TimelineEntries* other = lane;
   do {
-    if (step < 0 ? other == lanes_.begin() : other + 1 == lanes_.end()) return nullptr;
-    other += step;
+    if (other == last) return nullptr;
+    other += goesUp ? -1 : 1;
   } while (!hasEntries(*other));
   const std::vector<const Entry*> candidates = firstEntries(*other);
   const double time = (*mark)->seconds;

@@ -26,6 +26,7 @@ using testing::DoubleNear;
 using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 using history_type::configurationData;
@@ -91,7 +92,8 @@ TEST_F(TimelineOfLists, SpansADayAtLeast) {
 
 TEST_F(TimelineOfLists, WithoutEntriesHasLanesAndNothingElse) {
   addGroup("macOS 10.15 10.15");
-  EXPECT_EQ(timeline().span().end - timeline().span().begin, secondsPerDay);
+  EXPECT_EQ(timeline().span().begin, -secondsPerDay / 2);
+  EXPECT_EQ(timeline().span().end, secondsPerDay / 2);
   const TimelinePicture empty = picture();
   EXPECT_THAT(empty.lanes, SizeIs(6));
   EXPECT_THAT(empty.bands, IsEmpty());
@@ -104,7 +106,12 @@ TEST_F(TimelineOfLists, WithoutEntriesHasLanesAndNothingElse) {
 
 TEST_F(TimelineOfLists, IsEmptyWhereThereIsNoRoom) {
   addEnds();
-  EXPECT_THAT(timeline().picture({timeline().span(), 0, 10, 100}, nullptr).marks, IsEmpty());
+  const auto marksIn = [this](double width) {
+    return timeline().picture({timeline().span(), width, 10, 100}, nullptr).marks;
+  };
+  EXPECT_THAT(marksIn(0), IsEmpty());
+  EXPECT_THAT(marksIn(0.9), IsEmpty());
+  EXPECT_THAT(marksIn(1), Not(IsEmpty()));
 }
 
 // Marks.
@@ -372,11 +379,14 @@ TEST_F(TimelineOfLists, GivesOnlyTheBeginningOfAVeryLongName) {
   addEntry(500'000, systemInstall);
   addGroup(std::string(198, 'x') + "\u20AC");
   addEntry(1e6, systemInstall);
+  addGroup(std::string(201, '\x80'));
+  addEntry(1.2e6, systemInstall);
   addEntry(1.5e6, systemInstall);
   const auto bands = picture().bands;
   EXPECT_EQ(bands.at(0).name, std::string(200, 'x'));
   EXPECT_EQ(bands.at(1).name, std::string(200, 'x') + "\u2026");
   EXPECT_EQ(bands.at(2).name, std::string(198, 'x') + "\u2026") << "no part of a letter";
+  EXPECT_EQ(bands.at(3).name, "\u2026") << "not UTF-8";
 }
 
 TEST_F(TimelineOfLists, ShadesEverySecondGroupWhereverTheSpanBegins) {

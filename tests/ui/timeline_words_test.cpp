@@ -156,6 +156,9 @@ TEST_F(TimelineNeighbours, AreTheNearestMarksOfTheNextLaneThatHasAny) {
   EXPECT_EQ(above(receipt), near);
   EXPECT_EQ(above(near), end);
   EXPECT_EQ(above(end), nullptr);
+  Object* const earlier = addReceipt(300'000);
+  Object* const between = addEntry(475'000, criticalUpdate);
+  EXPECT_EQ(below(between), earlier) << "of two that are as near";
 }
 
 TEST_F(TimelineNeighbours, LeadThroughAllLanesAndBack) {
