@@ -32,12 +32,10 @@ std::string yearText(double year) {
 bool isFinite(Date date) { return std::isfinite(date.timeIntervalSinceReferenceDate); }
 
 long long daysFromCivil(long long year, int month, long long day) {
-  // The standard library's years are short: it is given one from the first cycle.
-  const long long yearOfCycle = (year % yearsPerCycle + yearsPerCycle) % yearsPerCycle;
-  const long long cycle = (year - yearOfCycle) / yearsPerCycle;
-  const std::chrono::sys_days monthStart =
-      std::chrono::year(static_cast<int>(yearOfCycle)) / std::chrono::month(static_cast<unsigned>(month)) / 1;
-  return cycle * daysPerCycle + monthStart.time_since_epoch().count() + day - 1;
+  // The standard library's years are short: it is given one of the same place in a cycle.
+  const std::chrono::year sameYear(static_cast<int>(year % yearsPerCycle));
+  const std::chrono::sys_days monthStart = sameYear / std::chrono::month(static_cast<unsigned>(month)) / 1;
+  return year / yearsPerCycle * daysPerCycle + monthStart.time_since_epoch().count() + day - 1;
 }
 
 std::string description(Date date) {

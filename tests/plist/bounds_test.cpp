@@ -272,6 +272,16 @@ TEST(Overlap, mayMakeSixteenTimesTheFileAndAQuarterOfAMebibyte) {
   EXPECT_EQ(refusal(fileOf(largest + 1)), Reason::tooMuchOverlap);
 }
 
+TEST(Overlap, isNotTheReasonWhereAnObjectIsLongerThanTheFile) {
+  const std::string text = hex("5F 12") + bigEndianBytes(300'000, 4) + std::string(300'000, 'x');
+  BinaryPlist file{.objects = {hex("AF 10 11 01"), text, hex("5F 12") + bigEndianBytes(400'000, 4)},
+                   .offsetWidth = 4};
+  for (unsigned i = 3; i < 18; ++i) file.objects[0] += bigEndianBytes(i, 1);
+  file.objects[0] += bigEndianBytes(2, 1);
+  file.furtherOffsets.assign(15, 8 + file.objects[0].size());
+  EXPECT_EQ(refusal(file.bytes()), Reason::objectTooLong);
+}
+
 TEST(Release, ofAnEndlesslySharedFileIsImmediate) {
   std::vector<std::string> objects;
   for (unsigned i = 1; i <= 250; ++i)
