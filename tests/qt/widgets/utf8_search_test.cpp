@@ -123,5 +123,48 @@ TEST(Utf8Search, FindsWhatIsFoundInLists) {
   EXPECT_GT(found, 500);
 }
 
+TEST(Utf8Search, FindsANul) {
+  const std::string text("a\0b\0", 4);
+  const SoughtText sought(QString(QChar::Null));
+  EXPECT_EQ(sought.firstIn(text, {0, 4}), (TextRange{1, 2}));
+  EXPECT_EQ(sought.lastIn(text, {0, 4}), (TextRange{3, 4}));
+}
+
+TEST(Utf8Search, FindsWhatBeginsInARangeWhereverItEnds) {
+  std::string text(1000, '.');
+  for (const std::size_t place : {100U, 500U, 996U}) text.replace(place, 4, "here");
+  const SoughtText sought(QStringLiteral("here"));
+  for (std::size_t begin = 90; begin < 110; ++begin) {
+    for (std::size_t end = 490; end < 510; ++end) {
+      const bool hasFirst = begin <= 100;
+      const bool hasNext = end > 500;
+      const auto first = sought.firstIn(text, {begin, end});
+      const auto last = sought.lastIn(text, {begin, end});
+      const std::size_t none = text.size();
+      EXPECT_EQ(first ? first->begin : none, hasFirst ? 100 : hasNext ? 500 : none) << begin << ", " << end;
+      EXPECT_EQ(last ? last->begin : none, hasNext ? 500 : hasFirst ? 100 : none) << begin << ", " << end;
+    }
+  }
+  EXPECT_EQ(sought.firstIn(text, {501, 1000}), (TextRange{996, 1000}));
+  EXPECT_EQ(sought.firstIn(text, {997, 1000}), std::nullopt);
+  EXPECT_EQ(sought.lastIn(text, {0, 100}), std::nullopt);
+}
+
+TEST(Utf8Search, FindsTheLastOfAVeryLongTextWhereverItIs) {
+  constexpr std::size_t partSize = 262144;  // from the end, one after the other
+  const SoughtText sought(QStringLiteral("here"));
+  for (const std::size_t fromEnd : {std::size_t{4}, partSize - 1, partSize, partSize + 1, partSize + 2,
+                                    2 * partSize, 2 * partSize + 3, 3 * partSize}) {
+    std::string text(3 * partSize, '.');
+    text.replace(text.size() - fromEnd, 4, "here");
+    EXPECT_EQ(sought.lastIn(text, {0, text.size()}),
+              (TextRange{text.size() - fromEnd, text.size() - fromEnd + 4}))
+        << fromEnd;
+    text.replace(0, 4, "here");
+    if (fromEnd == text.size()) continue;
+    EXPECT_EQ(sought.lastIn(text, {0, text.size() - fromEnd}), (TextRange{0, 4})) << fromEnd;
+  }
+}
+
 }  // namespace
 }  // namespace pelmarix::qt
