@@ -8,6 +8,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -96,6 +97,22 @@ TEST_F(FileSavePanel, LetsTheUserChooseWhatIsSaved) {
   type(dialog, "receipts");
   EXPECT_THAT(contents, ElementsAre(1U));
   EXPECT_EQ(path, folder / "receipts.csv");
+}
+
+TEST_F(FileSavePanel, OpensAFolderThatIsSelectedWhereNoNameIsTyped) {
+  folder.addFolder("reports");
+  QFileDialog& dialog = begin();
+  auto& list = *dialog.findChild<QListView*>(QStringLiteral("listView"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return list.model()->rowCount(list.rootIndex()) == 1; }));
+  list.setCurrentIndex(list.model()->index(0, 0, list.rootIndex()));
+  dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->clear();
+  dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))
+      ->button(QDialogButtonBox::Save)
+      ->setEnabled(true);
+  dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Save)->click();
+  EXPECT_EQ(dialog.directory().absolutePath().toStdString(), folder / "reports");
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_THAT(responses, IsEmpty());
 }
 
 TEST_F(FileSavePanel, GivesTheChosenFile) { EXPECT_EQ(choose("report.text"), folder / "report.text"); }
