@@ -26,10 +26,10 @@ QString withoutTabs(const QString& field) {
 // Where fields end, all but the last.
 std::vector<qsizetype> fieldEnds(const QString& text) {
   std::vector<qsizetype> ends;
-  for (qsizetype i = 0; i < text.size(); ++i)
-    if (text[i] == QLatin1Char('\t') ||
-        (text[i] == QLatin1Char(' ') && i > 0 && text[i - 1] == QLatin1Char(':')))
-      ends.push_back(i + 1);
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (text[i] == QLatin1Char('\t')) ends.push_back(i + 1);
+    if (QStringView(text).mid(i, 2) == QLatin1String(": ")) ends.push_back(i + 2);
+  }
   static const QRegularExpression date(QStringLiteral("(?<!:)(?= -?\\d{4,}-\\d\\d-\\d\\d )"));
   for (auto dates = date.globalMatch(text); dates.hasNext();) ends.push_back(dates.next().capturedStart());
   std::sort(ends.begin(), ends.end());

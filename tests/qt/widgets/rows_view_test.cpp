@@ -145,6 +145,29 @@ TYPED_TEST(List, BringsTheCurrentRowIntoViewWithAndWithoutTheFocus) {
   }
 }
 
+TYPED_TEST(List, IsDrawnAnewWhenWhatItSaysOrMarksChanges) {
+  class Paintings final : public QObject {
+   public:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+      if (event->type() == QEvent::Paint) ++count;
+      return false;
+    }
+    int count = 0;
+  } paintings;
+  this->list.viewport()->installEventFilter(&paintings);
+  const auto isDrawnBy = [&](const auto& change) {
+    QApplication::processEvents();
+    paintings.count = 0;
+    change();
+    QApplication::processEvents();
+    return paintings.count > 0;
+  };
+  EXPECT_TRUE(isDrawnBy([this] { this->list.setPlaceholderText(QStringLiteral("Nothing is here.")); }));
+  this->fill(2);
+  EXPECT_TRUE(isDrawnBy([this] { this->list.markMatches(QStringLiteral("row")); }));
+  EXPECT_FALSE(isDrawnBy([] {}));
+}
+
 // Columns.
 
 TYPED_TEST(List, HasColumnsAsWideAsTheirUsualTextsInEverySizeOfLetters) {

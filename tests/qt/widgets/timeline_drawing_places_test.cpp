@@ -168,7 +168,7 @@ TEST_F(TimelineDrawingPlaces, HasAMarkOfSeveralAsWideAsTheirNumberInAsFewLetters
     EXPECT_TRUE(isNear(placeAround(middle), {middle.x() - wide / 2, middle.y() - size / 2, wide, size}))
         << text;
     // The number stands in its middle.
-    const QRect whole = drawnBy([&] { picture.marks[0].count = 888 * count; });
+    const QRect whole = drawnBy([&] { picture.marks[0].count *= 888; });
     EXPECT_NEAR(whole.center().x(), middle.x(), 2) << text;
   }
 }

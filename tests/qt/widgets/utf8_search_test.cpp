@@ -125,7 +125,7 @@ TEST(Utf8Search, FindsWhatIsFoundInLists) {
 
 TEST(Utf8Search, FindsANul) {
   const std::string text("a\0b\0", 4);
-  const SoughtText sought(QString(QChar::Null));
+  const SoughtText sought{QString(QChar::Null)};
   EXPECT_EQ(sought.firstIn(text, {0, 4}), (TextRange{1, 2}));
   EXPECT_EQ(sought.lastIn(text, {0, 4}), (TextRange{3, 4}));
 }
