@@ -141,8 +141,8 @@ Result<std::string_view, Error> xmlTextAsUtf8(std::string_view bytes, Tree& tree
   if (bytes.starts_with("\0\0\xFE\xFF"sv)) return wideToUtf8(bytes, 4, false, tree);
   if (bytes.starts_with("\xFF\xFE"sv)) return wideToUtf8(bytes, 2, true, tree);
   if (bytes.starts_with("\xFE\xFF"sv)) return wideToUtf8(bytes, 2, false, tree);
-  if (bytes.starts_with(utf8ByteOrderMark)) return bytes;
 
+  // None behind UTF-8's mark, which stands for itself.
   const std::optional<std::string_view> name = declaredEncoding(bytes);
   if (!name || equalIgnoringCase(*name, "UTF-8")) return bytes;
   if (equalIgnoringCase(*name, "ISO-8859-1")) return tree.keep(latin1ToUtf8(bytes));
