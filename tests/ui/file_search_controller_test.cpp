@@ -5,6 +5,7 @@
 #include <map>
 
 #include "tests/support/fatal_stop.h"
+#include "tests/ui/echoing_lister.h"
 #include "tests/ui/main_window_fixture.h"
 #include "ui/bom_over_view_controller.h"
 
@@ -342,6 +343,20 @@ TEST_F(FileSearch, GivesNothingToTheSheetWhenNothingIsSelected) {
   platform::Segue segue(sheet);
   controller->prepareForSegue(segue, nullptr);
   EXPECT_EQ(*sheet.theOutText, "");
+}
+
+TEST_F(FileSearch, GivesTheSheetTheListingOfTheSelectedFilesPackage) {
+  std::vector<std::string> listed;
+  services.services.makePipe = [&] { return std::make_unique<EchoingPipe>(listed); };
+  services.services.makeTask = [&] { return std::make_unique<EchoingTask>(listed, true); };
+  make(2).find("a");
+  list(0, "./a\t1\td\n");
+  list(1, "./a\t1\td\n");
+  table.selected = 1;
+  ui::BoMoverViewController sheet;
+  platform::Segue segue(sheet);
+  controller->prepareForSegue(segue, nullptr);
+  EXPECT_EQ(*sheet.theOutText, "1.bom\n");
 }
 
 TEST_F(FileSearch, ExportsTheFilesAsTheyWereWhenItWasAsked) {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "platform/task.h"
 #include "tests/support/fatal_stop.h"
+#include "tests/ui/echoing_lister.h"
 #include "tests/ui/main_window_fixture.h"
 #include "ui/bom_over_view_controller.h"
 
@@ -11,35 +11,6 @@ namespace {
 using testing::IsEmpty;
 using testing::IsNull;
 using testing::NotNull;
-
-class EchoingPipe final : public platform::Pipe {
- public:
-  explicit EchoingPipe(std::vector<std::string>& listed) : listed_(listed) {}
-  Result<std::string, std::error_code> readDataToEndOfFile() override { return listed_.back() + "\n"; }
-
- private:
-  std::vector<std::string>& listed_;
-};
-
-/// A lister that prints the file it was given, so that a test sees which receipt was listed.
-class EchoingTask final : public platform::Task {
- public:
-  EchoingTask(std::vector<std::string>& listed, bool canStart) : listed_(listed), canStart_(canStart) {}
-  void setLaunchPath(const std::string& /*path*/) override {}
-  void setArguments(const std::vector<std::string>& arguments) override {
-    listed_.push_back(arguments.back());
-  }
-  void setStandardOutput(platform::Pipe& /*pipe*/) override {}
-  void launch() override {
-    if (!canStart_) throw platform::TaskLaunchError("no such program");
-  }
-  void waitUntilExit() override {}
-  int terminationStatus() const override { return 0; }
-
- private:
-  std::vector<std::string>& listed_;
-  bool canStart_;
-};
 
 class ReceiptsTable : public MainWindow {
  protected:
