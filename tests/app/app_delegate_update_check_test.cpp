@@ -334,13 +334,14 @@ TEST_F(UpdateCheck, DropsAListThatIsFarTooLarge) {
   EXPECT_EQ(services.alerts, std::vector{offer("1.3")});
 }
 
+std::string text(const std::string& contents) {
+  return plist::hex("5F 12") + plist::bigEndianBytes(contents.size(), 4) + contents;
+}
+
 /// A binary list that names one entry of another program in so many places, and this program's entry behind.
 /// The other one has so many keys and a name of so many letters.
 std::string sharingList(std::size_t places, std::size_t keys, std::size_t letters) {
   using namespace plist;
-  const auto text = [](const std::string& contents) {
-    return hex("5F 12") + bigEndianBytes(contents.size(), 4) + contents;
-  };
   const auto repeated = [](std::size_t count, char reference) { return std::string(count, reference); };
   return BinaryPlist{
       .objects =
@@ -375,6 +376,18 @@ TEST_F(UpdateCheck, LooksOnlySoFarIntoAListThatRepeatsOneEntry) {
     EXPECT_TRUE(nothingShown());
     session.requests.clear();
   }
+}
+
+TEST_F(UpdateCheck, OffersOnlySoMuchOfAListThatRepeatsItsOwnEntry) {
+  using namespace plist;
+  const std::string address = download + std::string(1000 - download.size(), 'a');
+  answerWithList(BinaryPlist{.objects = {hex("AF 11") + bigEndianBytes(1000, 2) + std::string(1000, 1),
+                                         hex("D3 02 03 04 05 06 07"), text("AppName"), text("Version"),
+                                         text("URL"), text("Pelmarix"), text("1.3"), text(address)},
+                             .offsetWidth = 2}
+                     .bytes());
+  // Of 256 KiB each takes 16 bytes a key and its texts.
+  EXPECT_EQ(services.alerts, std::vector<ShownAlert>((256 << 10) / (3 * 16 + 8 + 3 + 1000), offer("1.3")));
 }
 
 // The list is trusted: what breaks its form ends the program.
