@@ -189,6 +189,42 @@ TEST_F(TextPane, ScrollsSidewaysNoFartherThanAPlaceNeedsToComeIntoView) {
   EXPECT_EQ(horizontal().value(), 0);
 }
 
+// Where it stays when another text comes.
+
+TEST_F(TextPane, KeepsTheFirstOfTheLinesInViewThatIsStillNearTheRarestOfThem) {
+  giveRoomFor({400, margin + 8 * lineHeight});
+  const auto firstAfter = [&](const std::string& before, const std::string& after) {
+    const std::string common = std::string(40, '\n') + "often\nmany\n" + std::string(40, '\n');
+    const std::string end = std::string(40, '\n') + "often\nmany";
+    show(common + before + end);
+    vertical().setValue(82);
+    show(common + after + end);
+    return vertical().value() - 82;
+  };
+  const std::string usual = "often\nmany\nrare\nlast\n";
+  EXPECT_EQ(firstAfter(usual, usual + "more\n"), 0);
+  EXPECT_EQ(firstAfter(usual, "new\nnew\n" + usual), 2);
+  EXPECT_EQ(firstAfter("gone\n" + usual, "new\nnew\n" + usual), 2) << "the first of them has gone";
+  EXPECT_EQ(firstAfter("gone\ngone too\n" + usual, "new\n" + usual), 1);
+  EXPECT_EQ(firstAfter("gone\n" + usual, "new\nrare\nlast\n"), 1) << "no other is near to it";
+  EXPECT_EQ(firstAfter("rare\nlast\n", "last\nnew\nrare\n"), 2) << "that was first";
+  EXPECT_EQ(firstAfter("gone\nrare\n", "rare\n"), 0);
+}
+
+TEST_F(TextPane, StaysWhereItIsAtTheTopAndWhereNothingOfWhatWasInViewIsLeft) {
+  giveRoomFor({400, margin + 5 * lineHeight});
+  show(lines(100));
+  show("new\n" + lines(100));
+  EXPECT_EQ(vertical().value(), 0);
+  vertical().setValue(30);
+  std::string others;
+  for (int i = 0; i < 100; ++i) others += "other " + std::to_string(i) + "\n";
+  show(others);
+  EXPECT_EQ(vertical().value(), 30);
+  show("other 0\nother 1\n");
+  EXPECT_EQ(vertical().value(), 0) << "as far as there is anything";
+}
+
 // Drawing.
 
 TEST_F(TextPane, DrawsItsTextWherePlacesAreHoweverItIsScrolled) {
