@@ -98,6 +98,28 @@ class ScreenReader(WindowTestCase):
         self.assertTrue(field.is_("focused"))
         self.assert_leaves_well(program)
 
+    def test_hears_the_row_that_a_key_goes_to(self):
+        program, heard = self.program, []
+
+        def hear(event):
+            source = Accessible(event.source)
+            heard.append((source.role, source.name))
+
+        listener = Atspi.EventListener.new(hear)
+        listener.register("object:state-changed:focused")
+
+        def is_heard(name):
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return ("table cell", name) in heard
+
+        for part, role, column in ((OUTLINE, "tree", 3), (TABLE, "table", 2)):
+            program.part(role, part).focus()
+            program.keys("Home", "Down")
+            name = self.cells(part, role)[column].name
+            wait_until(lambda: is_heard(name), lambda: f"{name!r}; there was {heard}")  # pylint: disable=cell-var-from-loop
+        self.assert_leaves_well(program)
+
     def cells(self, name, role):
         return [child for child in self.program.part(role, name).children if child.role == "table cell"]
 

@@ -224,6 +224,12 @@ TEST_F(TimelineDrawing, MakesAPictureOfTwiceItsSize) {
   QImage plain(image.size(), image.format());
   plain.fill(strip.palette().color(QPalette::Base));
   EXPECT_GT(changedPart(plain, image).width(), image.width() / 2);
+  const QPoint mark = placeOf(0);
+  entries.clear();
+  strip.reloadData();
+  const QRect drawn = changedPart(image, strip.toImage());
+  EXPECT_NEAR(drawn.center().x(), 2 * mark.x(), 2) << "and all in it twice as large";
+  EXPECT_NEAR(drawn.center().y(), 2 * mark.y(), 2);
 }
 
 }  // namespace

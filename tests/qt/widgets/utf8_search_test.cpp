@@ -128,6 +128,8 @@ TEST(Utf8Search, FindsANul) {
   const SoughtText sought{QString(QChar::Null)};
   EXPECT_EQ(sought.firstIn(text, {0, 4}), (TextRange{1, 2}));
   EXPECT_EQ(sought.lastIn(text, {0, 4}), (TextRange{3, 4}));
+  const char32_t firstWithTwoUnits = 0x10000;
+  EXPECT_EQ(SoughtText(QString::fromUcs4(&firstWithTwoUnits, 1)).firstIn(text, {0, 4}), std::nullopt);
 }
 
 TEST(Utf8Search, FindsWhatBeginsInARangeWhereverItEnds) {

@@ -253,6 +253,32 @@ TEST_F(BillOfMaterialsSheet, CopiesThePathsOfAllFilesOrOfThoseThatAreSelected) {
   EXPECT_EQ(listing(*sheet()), lister.output);
 }
 
+TEST_F(BillOfMaterialsSheet, SelectsLinesThatAreWholeOnly) {
+  lister.output = "x./a\t1\n./a\t12\n./a\t1\n./b\t2";
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  const auto& text = *sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"));
+  const auto selected = [&](const char* lines) {
+    sheet()->selectLines(lines);
+    return text.selection();
+  };
+  EXPECT_EQ(selected("/a\t1"), (qt::TextRange{0, 0})) << "there is no such line";
+  EXPECT_EQ(selected("./a\t1"), (qt::TextRange{14, 19}));
+  EXPECT_EQ(text.caret(), 14U) << "its beginning is what comes into view";
+  EXPECT_EQ(selected("x./a\t1"), (qt::TextRange{0, 6}));
+  EXPECT_EQ(selected("./b\t2"), (qt::TextRange{20, 25}));
+  EXPECT_EQ(selected("./a\t1\n./b\t2"), (qt::TextRange{14, 25})) << "a name may have a line end in it";
+  EXPECT_EQ(selected("./c"), (qt::TextRange{14, 25}));
+}
+
+TEST_F(BillOfMaterialsSheet, SelectsNoLineThatBeginsOneLetterAhead) {
+  lister.output = "x/a\t1\n";
+  table().selectRow(0);
+  click("showBillOfMaterials");
+  sheet()->selectLines("/a\t1");
+  EXPECT_TRUE(sheet()->findChild<qt::PlainTextView*>(QStringLiteral("listing"))->selection().isEmpty());
+}
+
 TEST_F(BillOfMaterialsSheet, HasNoPathsToCopyWhereThereIsNoListing) {
   lister.output = "";
   table().selectRow(0);

@@ -67,6 +67,13 @@ TEST_F(EmptyPlaces, TellThatRightsAreMissing) {
   EXPECT_EQ(withoutPrivileges([&] { return receipts(); }), closed + " can't be opened: Permission denied.");
 }
 
+TEST_F(EmptyPlaces, TellThatAFolderCannotBeReadThoughNothingHindersIt) {
+  folder.addFolder("Mac/System/Library/Receipts");
+  fileManager.folders.clear();
+  services.services.fileManager = &fileManager;
+  EXPECT_EQ(receipts(), "The folder " + receiptsFolder + " can't be read.");
+}
+
 TEST_F(EmptyPlaces, TellItInTheFolderThatHasThePlaceOfTwo) {
   folder.addFolder("Mac");
   const std::string data = folder.addFolder("Data/Library/Receipts");
