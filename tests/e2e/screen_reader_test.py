@@ -108,16 +108,18 @@ class ScreenReader(WindowTestCase):
         listener = Atspi.EventListener.new(hear)
         listener.register("object:state-changed:focused")
 
-        def is_heard(name):
-            while GLib.MainContext.default().iteration(False):
-                pass
-            return ("table cell", name) in heard
+        def wait_to_hear(name):
+            def is_heard():
+                while GLib.MainContext.default().iteration(False):
+                    pass
+                return ("table cell", name) in heard
 
-        for part, role, column in ((OUTLINE, "tree", 3), (TABLE, "table", 2)):
-            program.part(role, part).focus()
-            program.keys("Home", "Down")
-            name = self.cells(part, role)[column].name
-            wait_until(lambda: is_heard(name), lambda: f"{name!r}; there was {heard}")  # pylint: disable=cell-var-from-loop
+            wait_until(is_heard, lambda: f"{name!r}; there was {heard}")
+
+        program.keys("alt+i", "Home", "Down")
+        wait_to_hear(expectation.history(options.sample)[1].name)
+        program.keys("alt+r", "Home", "Down")
+        wait_to_hear(expectation.receipts(options.sample)[1][0])
         self.assert_leaves_well(program)
 
     def cells(self, name, role):
