@@ -139,6 +139,17 @@ TEST(DirectoryEnumerator, FollowsNoLinkInAFoldersPlaceAfterItHasLeftAnotherFolde
   EXPECT_EQ(enumerator->nextObject(), std::nullopt);
 }
 
+TEST(DirectoryEnumerator, PassesOverAFolderThatBecomesAFifoWithoutWaiting) {
+  const TemporaryFolder folder;
+  folder.addFile("walked/a/inside");
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  EXPECT_EQ(enumerator->nextObject(), "a");
+  std::filesystem::remove_all(folder / "walked/a");
+  folder.addFifo("walked/a");
+  EXPECT_EQ(enumerator->nextObject(), std::nullopt);
+}
+
 TEST(DirectoryEnumerator, YieldsAFolderThatMayNotBeOpenedAndPassesItOver) {
   const TemporaryFolder folder;
   folder.addFile("closed/inside");
@@ -249,6 +260,23 @@ TEST(ReadingAFile, FailsForOneWithAHoleOfATerabyte) {
   EXPECT_FALSE(canRead(file));
   std::filesystem::resize_file(file, RegularFile::maximumSize + 1);
   EXPECT_FALSE(canRead(file));
+}
+
+TEST(ReadingAFile, SucceedsForAPathOfAnyLength) {
+  const TemporaryFolder folder;
+  folder.addFile("x", "contents");
+  for (const std::size_t length : {4094U, 4095U, 4096U, 4097U, 8191U, 8192U, 8193U}) {
+    std::string path = folder.path();
+    while (path.size() + 4 <= length) path += "/.";
+    path += std::string(length - path.size() - 1, '/') + "x";
+    ASSERT_EQ(path.size(), length);
+    EXPECT_EQ(read(path), "contents") << length;
+  }
+}
+
+TEST(ReadingAFile, FailsForANameThatIsTooLong) {
+  const auto file = RegularFile::open("/" + std::string(5000, 'x'));
+  EXPECT_EQ(file.error(), std::errc::filename_too_long);
 }
 
 TEST(ReadingAFile, FailsForALongPathThroughAFifoWithoutWaitingForAWriter) {
