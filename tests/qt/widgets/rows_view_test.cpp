@@ -168,6 +168,34 @@ TYPED_TEST(List, IsDrawnAnewWhenWhatItSaysOrMarksChanges) {
   EXPECT_FALSE(isDrawnBy([] {}));
 }
 
+TYPED_TEST(List, HasAFrameAroundWhatTheKeyboardIsAt) {
+  this->fill(3);
+  this->focus(this->list);
+  const auto place = [this](int row) { return this->list.visualRect(this->model.index(row, 0)); };
+  const auto pictureAt = [&](int row) {
+    this->list.selectionModel()->setCurrentIndex(this->model.index(row, 0), QItemSelectionModel::NoUpdate);
+    return this->list.viewport()->grab().toImage();
+  };
+  const QRect changed = changedPart(pictureAt(1), pictureAt(2));
+  EXPECT_TRUE(changed.intersects(place(1)));
+  EXPECT_TRUE(changed.intersects(place(2)));
+  EXPECT_FALSE(changed.intersects(place(0)));
+}
+
+TYPED_TEST(List, ScrollsAsFarAsItsRowsNeedInEveryHeight) {
+  this->fill(20);
+  const auto isAllInView = [this](int height) {
+    this->list.resize(500, height);
+    QApplication::processEvents();
+    return this->list.verticalScrollBar()->maximum() == 0;
+  };
+  const int rows = 22 * this->list.visualRect(this->model.index(0, 0)).height();
+  const int header = this->header().height();
+  EXPECT_TRUE(isAllInView(rows + header));
+  EXPECT_FALSE(isAllInView(rows / 2));
+  EXPECT_TRUE(isAllInView(rows + header));
+}
+
 // Columns.
 
 TYPED_TEST(List, HasColumnsAsWideAsTheirUsualTextsInEverySizeOfLetters) {

@@ -19,5 +19,13 @@ TEST(SentenceBox, HasWhatIsWrongAtTheEndOfAVeryLongOne) {
   EXPECT_TRUE(box.text().endsWith(QStringLiteral("x doesn't exist.")));
 }
 
+TEST(SentenceBox, HasAllOfALongOne) {
+  const std::string most(1000, 'x');
+  EXPECT_EQ(qt::SentenceBox(nullptr, most).text().toStdString(), most);
+  EXPECT_EQ(
+      qt::SentenceBox(nullptr, most + "y").text(),
+      QString(500, QLatin1Char('x')) + QChar(u'\u2026') + QString(499, QLatin1Char('x')) + QLatin1Char('y'));
+}
+
 }  // namespace
 }  // namespace pelmarix::test

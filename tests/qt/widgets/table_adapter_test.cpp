@@ -70,7 +70,11 @@ TEST_F(TableAdapter, HasARowForEachOfTheDataSource) {
   ASSERT_EQ(widget.model()->rowCount(), 3);
   EXPECT_EQ(text(0, 0), "today");
   EXPECT_EQ(text(2, 1), "Maps");
+  EXPECT_EQ(widget.model()->headerData(0, Qt::Horizontal), QVariant(QStringLiteral("Date")));
   EXPECT_EQ(widget.model()->headerData(1, Qt::Horizontal), QVariant(QStringLiteral("Package")));
+  for (const int section : {-1, 2})
+    EXPECT_FALSE(widget.model()->headerData(section, Qt::Horizontal).isValid());
+  EXPECT_FALSE(widget.model()->headerData(0, Qt::Vertical).isValid());
 }
 
 TEST_F(TableAdapter, DescribesARowWithItsFirstCellAlone) {
