@@ -83,7 +83,9 @@ TYPED_TEST(List, HasAHeaderThatStaysAsItIs) {
 TYPED_TEST(List, HasAButtonALittleBelowItsMiddleWhereItIsEmpty) {
   QPushButton button(QStringLiteral("Open Volume…"), &this->window);
   button.hide();
+  button.lower();
   this->list.showAction(button);
+  EXPECT_EQ(this->window.childAt(button.geometry().center()), &button) << "above the list";
   for (const QSize size : {QSize(500, 300), QSize(401, 201), QSize(600, 400)}) {
     this->list.resize(size);
     QApplication::processEvents();
