@@ -181,9 +181,8 @@ TEST_F(MessageAlert, EndsWithItsParent) {
 
 TEST_F(MessageAlert, EndsWithTheEventLoop) {
   alert.addButtonWithTitle("OK");
-  QTimer::singleShot(0, qApp, [this] {
-    EXPECT_EQ(run([](QMessageBox& /*box*/) { QApplication::exit(5); }), 1000);
-  });
+  QTimer::singleShot(0, qApp,
+                     [this] { EXPECT_EQ(run([](QMessageBox& /*box*/) { QApplication::exit(5); }), 1000); });
   EXPECT_EQ(QApplication::exec(), 5);
 }
 
