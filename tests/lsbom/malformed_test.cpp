@@ -297,7 +297,7 @@ TEST(MalformedBillOfMaterials, MayHaveRecordsOfSixteenTimesTheFilesLength) {
   const BomEntry longLink{
       .path = "1000", .kind = sample::BomKind::link, .linkTarget = std::string(60000, 't')};
   std::string bytes = withOneRecord(longLink, 100).bytes;
-  bytes.resize(100 * (4 + 60000 / 16));  // with the names
+  bytes.resize(std::size_t{100} * (4 + 60000 / 16));  // with the names
   expectWellFormed(bytes, 100);
   bytes.pop_back();
   EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);

@@ -116,12 +116,12 @@ TEST_F(TextPane, HasItsLinesBelowOneAnother) {
   for (const int first : {0, 1, 50}) {
     vertical().setValue(first);
     for (const int row : {-1, 0, 1, 9, 10}) {
-      if (first + row < 0) continue;
-      const QRectF rect = view.rectOf(lineBegin(static_cast<std::size_t>(first + row)));
+      const int line = first + row;
+      if (line < 0) continue;
+      const QRectF rect = view.rectOf(lineBegin(static_cast<std::size_t>(line)));
       EXPECT_EQ(rect.topLeft(), QPointF(margin, margin + row * lineHeight)) << first << row;
       EXPECT_EQ(rect.height(), lineHeight);
-      EXPECT_NEAR(rect.width(), QFontMetricsF(view.font()).horizontalAdvance(first + row == 0 ? u'z' : u'l'),
-                  1);
+      EXPECT_NEAR(rect.width(), QFontMetricsF(view.font()).horizontalAdvance(line == 0 ? u'z' : u'l'), 1);
     }
   }
 }
