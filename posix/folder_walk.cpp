@@ -9,6 +9,7 @@ std::unique_ptr<FolderWalk> FolderWalk::open(const std::string& path) {
   if (!top) return nullptr;
   std::unique_ptr<FolderWalk> walk(new FolderWalk(*std::move(top)));
   walk->enter(walk->top_.get(), ".", 0);
+  if (walk->levels_.empty()) return nullptr;
   return walk;
 }
 

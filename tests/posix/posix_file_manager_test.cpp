@@ -166,6 +166,15 @@ TEST(DirectoryEnumerator, YieldsAFolderThatMayNotBeOpenedAndPassesItOver) {
   chmod((folder / "closed").c_str(), 0755);
 }
 
+TEST(DirectoryEnumerator, IsNoneForAFolderThatMayBeReadButNotEntered) {
+  const TemporaryFolder folder;
+  folder.addFile("closed/inside");
+  chmod(folder.path().c_str(), 0755);
+  chmod((folder / "closed").c_str(), 0444);
+  EXPECT_EQ(test::withoutPrivileges([&] { return entriesBelow(folder / "closed").at(0); }), "no enumerator");
+  chmod((folder / "closed").c_str(), 0755);
+}
+
 TEST(DirectoryEnumerator, WalksFiveThousandLevelsWithFewDescriptors) {
   const TemporaryFolder folder;
   constexpr int levels = 5000;
