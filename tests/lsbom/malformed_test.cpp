@@ -360,9 +360,16 @@ TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheF
     return sample::writeBillOfMaterials(files);
   };
   expectWellFormed(bytesOf(1000), 1002);
-  const std::string refused = bytesOf(5000);
-  ASSERT_LT(refused.size(), 900'000U);  // the paths take 20 megabytes
-  EXPECT_EQ(failureOf(refused).fault, Fault::tooMuchSharing);
+  std::string bytes = bytesOf(5000);
+  ASSERT_LT(bytes.size(), 900'000U);  // the paths take 20 megabytes
+  EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);
+
+  // Sixteen times the file and 4 MiB.
+  const std::size_t ofAll = 2000 + folder.size() - 1 + 5000 * (folder.size() + 5);
+  bytes.resize((ofAll - (std::size_t{4} << 20U) + 15) / 16);
+  expectWellFormed(bytes, 5002);
+  bytes.pop_back();
+  EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);
 }
 
 TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreLongerThanAnyListing) {
