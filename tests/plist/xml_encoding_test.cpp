@@ -51,6 +51,7 @@ const std::vector<Accepted> accepted = {
     {"DeclaredLatin1", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><string>caf\xE9 \xFF</string>",
      "\"caf\u00E9 \u00FF\""},
     {"DeclaredAscii", "<?xml version=\"1.0\" encoding=\"US-ASCII\"?><string>cafe</string>", "\"cafe\""},
+    {"DeclaredAsciiInAnyCase", "<?xml version='1.0' encoding='us-Ascii'?><string>cafe</string>", "\"cafe\""},
     {"NoDeclaredEncoding", "<?xml version=\"1.0\"?><string>\u00E9</string>", "\"\u00E9\""},
     {"AnEncodingWithoutQuotesAsNone", "<?xml encoding=UTF-16?><string>\u00E9</string>", "\"\u00E9\""},
     {"AnEncodingWithoutClosingQuoteAsNone", "<?xml encoding='UTF-16?><string>\u00E9</string>", "\"\u00E9\""},

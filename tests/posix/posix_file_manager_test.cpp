@@ -237,6 +237,7 @@ TEST(ReadingAFile, FailsForWhatIsMissing) {
 TEST(ReadingAFile, FailsForAFolder) {
   const TemporaryFolder folder;
   EXPECT_FALSE(canRead(folder.addFolder("f.plist")));
+  EXPECT_EQ(RegularFile::open(folder / "f.plist").error(), std::errc::is_a_directory);
   EXPECT_FALSE(canRead(folder.addLink("link", "f.plist")));
 }
 
