@@ -12,6 +12,7 @@
 
 #include "qt/widgets/palette_colors.h"
 #include "qt/widgets/plain_text_view.h"
+#include "tests/qt/widgets/paintings.h"
 #include "tests/qt/widgets/pictures.h"
 
 namespace pelmarix::test {
@@ -124,16 +125,8 @@ TEST_F(PlainTextViewLooks, SaysWhatItsPlaceholderSaysWhereItIsEmpty) {
 }
 
 TEST_F(PlainTextViewLooks, IsDrawnAnewWhenWhatIsSeenChanges) {
-  class Paintings final : public QObject {
-   public:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-      if (event->type() == QEvent::Paint) ++count;
-      return false;
-    }
-    int count = 0;
-  } paintings;
   show("one two three\n");
-  view.viewport()->installEventFilter(&paintings);
+  Paintings paintings(*view.viewport());
   const std::pair<const char*, std::function<void()>> changes[] = {
       {"selected", [this] { view.select(1, 3); }},
       {"marked", [this] { view.markMatches(QStringLiteral("two")); }},
@@ -143,13 +136,7 @@ TEST_F(PlainTextViewLooks, IsDrawnAnewWhenWhatIsSeenChanges) {
       {"other columns", [this] { view.setColumns({QTextOption::LeftTab}); }},
       {"bigger", [this] { view.setPointSize(20); }},
   };
-  for (const auto& [name, change] : changes) {
-    QApplication::processEvents();
-    paintings.count = 0;
-    change();
-    QApplication::processEvents();
-    EXPECT_GT(paintings.count, 0) << name;
-  }
+  for (const auto& [name, change] : changes) EXPECT_TRUE(paintings.follow(change)) << name;
 }
 
 TEST_F(PlainTextViewLooks, HasLettersOfASizeThatCanBeDrawn) {

@@ -10,6 +10,7 @@
 
 #include "qt/widgets/outline_widget.h"
 #include "qt/widgets/table_widget.h"
+#include "tests/qt/widgets/paintings.h"
 #include "tests/qt/widgets/pictures.h"
 
 namespace pelmarix::test {
@@ -148,26 +149,12 @@ TYPED_TEST(List, BringsTheCurrentRowIntoViewWithAndWithoutTheFocus) {
 }
 
 TYPED_TEST(List, IsDrawnAnewWhenWhatItSaysOrMarksChanges) {
-  class Paintings final : public QObject {
-   public:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-      if (event->type() == QEvent::Paint) ++count;
-      return false;
-    }
-    int count = 0;
-  } paintings;
-  this->list.viewport()->installEventFilter(&paintings);
-  const auto isDrawnBy = [&](const auto& change) {
-    QApplication::processEvents();
-    paintings.count = 0;
-    change();
-    QApplication::processEvents();
-    return paintings.count > 0;
-  };
-  EXPECT_TRUE(isDrawnBy([this] { this->list.setPlaceholderText(QStringLiteral("Nothing is here.")); }));
+  Paintings paintings(*this->list.viewport());
+  EXPECT_TRUE(
+      paintings.follow([this] { this->list.setPlaceholderText(QStringLiteral("Nothing is here.")); }));
   this->fill(2);
-  EXPECT_TRUE(isDrawnBy([this] { this->list.markMatches(QStringLiteral("row")); }));
-  EXPECT_FALSE(isDrawnBy([] {}));
+  EXPECT_TRUE(paintings.follow([this] { this->list.markMatches(QStringLiteral("row")); }));
+  EXPECT_FALSE(paintings.follow([] {}));
 }
 
 TYPED_TEST(List, HasAFrameAroundWhatTheKeyboardIsAt) {
