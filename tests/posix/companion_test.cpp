@@ -10,12 +10,16 @@
 namespace pelmarix::posix {
 namespace {
 
-/// What the helper program beside this one received, having taken this program's place.
-std::string receivedByCompanion(const std::string& volume) {
+/// What the helper program beside this one received, having taken this program's place. This one had the
+/// volume `inherited` in its environment.
+std::string receivedByCompanion(const std::string& volume, const char* inherited = nullptr) {
   const test::TemporaryFolder folder;
   const std::string printed = folder.addFile("printed");
   const std::string failure = test::inChild([&]() -> std::string {
-    unsetenv("PELMARIX_VOLUME");
+    if (inherited)
+      setenv("PELMARIX_VOLUME", inherited, 1);
+    else
+      unsetenv("PELMARIX_VOLUME");
     if (dup2(open(printed.c_str(), O_WRONLY), STDOUT_FILENO) < 0) return "can't write";
     return becomeCompanion("print_received", volume).message();
   });
@@ -30,8 +34,16 @@ TEST(Companion, TakesTheProgramsPlaceWithTheVolumeInItsEnvironment) {
   EXPECT_THAT(received, testing::HasSubstr("environment [PELMARIX_VOLUME=/mnt/mac]\n"));
 }
 
+TEST(Companion, GetsTheVolumeInPlaceOfAnInheritedOne) {
+  const std::string received = receivedByCompanion("/mnt/mac", "/mnt/other");
+  EXPECT_THAT(received, testing::HasSubstr("environment [PELMARIX_VOLUME=/mnt/mac]\n"));
+  EXPECT_THAT(received, testing::Not(testing::HasSubstr("/mnt/other")));
+}
+
 TEST(Companion, LeavesTheEnvironmentAsItIsWithoutAVolume) {
   EXPECT_THAT(receivedByCompanion(""), testing::Not(testing::HasSubstr("PELMARIX_VOLUME")));
+  EXPECT_THAT(receivedByCompanion("", "/mnt/other"),
+              testing::HasSubstr("environment [PELMARIX_VOLUME=/mnt/other]\n"));
 }
 
 TEST(Companion, ThatIsMissingIsTold) {

@@ -1,7 +1,9 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/resource.h>
 
+#include "posix/file_descriptor.h"
 #include "posix/posix_file_manager.h"
 #include "tests/support/temporary_folder.h"
 
@@ -51,6 +53,17 @@ TEST(WritingAFile, OfNothingLeavesAnEmptyFile) {
   const TemporaryFolder folder;
   EXPECT_EQ(outcome(folder.addFile("report.txt", "old"), {}), "written");
   EXPECT_EQ(contentsOf(folder / "report.txt"), "");
+}
+
+TEST(WritingAFile, ClosesADescriptorThatHasTheStandardInputsPlace) {
+  const std::string outcome = test::inChild([]() -> std::string {
+    close(STDIN_FILENO);
+    FileDescriptor file(open("/dev/null", O_WRONLY));
+    if (file.get() != STDIN_FILENO) return "elsewhere";
+    if (!file.close()) return "failed";
+    return fcntl(STDIN_FILENO, F_GETFD) < 0 ? "closed" : "open";
+  });
+  EXPECT_EQ(outcome, "closed");
 }
 
 TEST(WritingAFile, ObeysTheUsersFileModeMask) {

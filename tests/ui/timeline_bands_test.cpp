@@ -66,6 +66,14 @@ TEST_F(TimelineOfLists, CutsGroupsAtTheEdgesAndLeavesOutWhatIsTooNarrow) {
               ElementsAre(band("from 300999", 0, 500), band("from 600000", 500, 1000)));
 }
 
+TEST_F(TimelineOfLists, DrawsAGroupThatIsOneUnitWide) {
+  for (const double seconds : {0.0, 1000.0, 1e6}) {
+    addGroup("from " + std::to_string(static_cast<int>(seconds)));
+    addEntry(seconds, systemInstall);
+  }
+  EXPECT_THAT(picture().bands, ElementsAre(band("from 0", 0, 1), band("from 1000", 1, 1000)));
+}
+
 TEST_F(TimelineOfLists, GivesOnlyTheBeginningOfAVeryLongName) {
   addGroup(std::string(200, 'x'));
   addEntry(0, systemInstall);

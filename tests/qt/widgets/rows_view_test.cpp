@@ -175,7 +175,6 @@ TYPED_TEST(List, ScrollsAsFarAsItsRowsNeedInEveryHeight) {
   this->fill(20);
   const auto isAllInView = [this](int height) {
     this->list.resize(500, height);
-    QApplication::processEvents();
     return this->list.verticalScrollBar()->maximum() == 0;
   };
   const int rows = 22 * this->list.visualRect(this->model.index(0, 0)).height();

@@ -173,6 +173,20 @@ TEST_F(TimelineDrawingPlaces, HasAMarkOfSeveralAsWideAsTheirNumberInAsFewLetters
   }
 }
 
+TEST_F(TimelineDrawingPlaces, HasAMarkOfTwoWiderThanOneOfOneWhereLettersAreWide) {
+  QFont font = widget.font();
+  font.setStretch(QFont::UltraExpanded);
+  widget.setFont(font);
+  measure();
+  const double size = letter * 0.93;
+  const QPointF middle(plot.left() + 300, topOf(4) + lane / 2.0);
+  picture.marks = {mark(4, 300)};
+  EXPECT_NEAR(placeAround(middle).width(), size, 1);
+  picture.marks = {mark(4, 300, 2)};
+  EXPECT_GT(smallWidth("2"), size / 2);
+  EXPECT_NEAR(placeAround(middle).width(), smallWidth("2") + size / 2, 1);
+}
+
 TEST_F(TimelineDrawingPlaces, WritesANumberIntoTheMiddleOfAMark) {
   picture.marks = {mark(2, 300, 2)};
   const QRect number = drawnBy([&] { picture.marks[0].count = 3; });
