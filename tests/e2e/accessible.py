@@ -1,9 +1,12 @@
 """What a screen reader meets: the objects on the accessibility bus, as plain Python."""
 
+import contextlib
+
 import gi
 
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
+from waiting import wait_until  # noqa: E402
 
 _answer_patience = 30_000  # milliseconds: a program that waits for a lister answers late
 Atspi.set_timeout(_answer_patience, _answer_patience)
@@ -85,6 +88,38 @@ class Accessible:
         """Left, top, width and height on the screen, in pixels."""
         box = Atspi.Component.get_extents(self.remote, Atspi.CoordType.SCREEN)
         return box.x, box.y, box.width, box.height
+
+
+def source_of(event):
+    """The role and the name of the object that an event is about."""
+    source = Accessible(event.source)
+    return source.role, source.name
+
+
+class Listener:
+    """Hears events of the given kinds, for example "text-caret-moved", as long as it lives. It takes a program a
+    while to know that somebody listens."""
+
+    def __init__(self, *kinds, told=source_of):
+        """`told` makes of an event what is kept of it in `heard`."""
+        self.heard = []
+
+        def hear(event):
+            with contextlib.suppress(GLib.Error):  # an object that is gone again
+                self.heard.append(told(event))
+
+        self._listener = Atspi.EventListener.new(hear)
+        for kind in kinds:
+            self._listener.register(f"object:{kind}")
+
+    def has_heard(self, is_it):
+        """Whether `is_it` is true of something that was told."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return any(map(is_it, self.heard))
+
+    def wait_for(self, is_it, what):
+        wait_until(lambda: self.has_heard(is_it), lambda: f"{what}; heard {self.heard}")
 
 
 def applications():

@@ -1,7 +1,7 @@
 """What a screen reader tells of the window beyond the names of its parts."""
 
 import expectation
-from accessible import Accessible, Atspi, GLib
+from accessible import Listener
 from program import OUTLINE, TABLE
 from waiting import wait_until
 from window_test_case import WindowTestCase, main, options
@@ -66,55 +66,30 @@ class ScreenReader(WindowTestCase):
 
     def test_hears_what_was_found_and_that_nothing_was_without_losing_the_focus(self):
         program, groups = self.program, expectation.history(options.sample)
-        heard = []
-
-        def hear(event):
-            source = Accessible(event.source)
-            heard.append((source.role, source.name))
-
-        listener = Atspi.EventListener.new(hear)
-        listener.register("object:state-changed:showing")
-        listener.register("object:state-changed:focused")
+        listener = Listener("state-changed:showing", "state-changed:focused")
 
         def wait_to_hear(what):
-            def is_heard():
-                while GLib.MainContext.default().iteration(False):
-                    pass
-                return ("notification", what) in heard
-
-            wait_until(is_heard, lambda: f"{what!r}; there was {heard}")
+            listener.wait_for(lambda told: told == ("notification", what), what)
 
         program.keys("ctrl+f")
         field = program.part("text", "Find")
         wait_until(lambda: field.is_("focused"), "the field of the search")
-        heard.clear()
+        listener.heard.clear()
         item = next(item for item in groups[0].items if item.kind == expectation.SECURITY_DATA)
         name, date, version = item.cells
         program.type(f"{date}")
         wait_to_hear(f"{name}, security data, {version}, {date}. Install history: 1 of 1")
         program.type("?")
         wait_to_hear("Not found in Install history")
-        self.assertNotIn("table cell", {role for role, _ in heard})  # to which the focus would have gone
+        self.assertNotIn("table cell", {role for role, _ in listener.heard})  # to which the focus would have gone
         self.assertTrue(field.is_("focused"))
         self.assert_leaves_well(program)
 
     def test_hears_the_row_that_a_key_goes_to(self):
-        program, heard = self.program, []
-
-        def hear(event):
-            source = Accessible(event.source)
-            heard.append((source.role, source.name))
-
-        listener = Atspi.EventListener.new(hear)
-        listener.register("object:state-changed:focused")
+        program, listener = self.program, Listener("state-changed:focused")
 
         def wait_to_hear(name):
-            def is_heard():
-                while GLib.MainContext.default().iteration(False):
-                    pass
-                return ("table cell", name) in heard
-
-            wait_until(is_heard, lambda: f"{name!r}; there was {heard}")
+            listener.wait_for(lambda told: told == ("table cell", name), name)
 
         program.keys("alt+i", "Home", "Down")
         wait_to_hear(expectation.history(options.sample)[1].name)

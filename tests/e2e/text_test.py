@@ -1,6 +1,6 @@
 """The report and the sheet's text, as they are used with the mouse and read by a screen reader."""
 
-from accessible import Atspi, GLib
+from accessible import Atspi, Listener
 from program import REPORT, SHEET_TEXT, TABLE
 from waiting import wait_until
 from window_test_case import WindowTestCase, desktop, main, options
@@ -40,30 +40,26 @@ class Text(WindowTestCase):
         self.assert_leaves_well(self.program)
 
     def test_a_screen_reader_hears_of_the_caret_and_of_what_is_selected(self):
-        heard = []
-        listener = Atspi.EventListener.new(lambda event: heard.append((event.type, event.detail1)))
-        for kind in ("text-caret-moved", "text-selection-changed", "text-changed"):
-            listener.register(f"object:{kind}")
+        kinds = ("text-caret-moved", "text-selection-changed", "text-changed")
+        listener = Listener(*kinds, told=lambda event: (event.type, event.detail1))
 
-        def hears(kind, detail=None):
-            while GLib.MainContext.default().iteration(False):
-                pass
-            return any(what.startswith(f"object:{kind}") and detail in (None, number) for what, number in heard)
+        def is_(kind, detail=None):
+            return lambda told: told[0].startswith(f"object:{kind}") and detail in (None, told[1])
 
         def moves_until_heard():
             self.program.keys("ctrl+Home", "Right")
-            return hears("text-caret-moved", 1)
+            return listener.has_heard(is_("text-caret-moved", 1))
 
         self.program.press_until("alt+p", lambda: self.report.is_("focused"), "the report to have the keyboard")
         # It takes the program a while to know that somebody listens.
-        wait_until(moves_until_heard, lambda: f"the caret at 1; heard {heard}")
+        wait_until(moves_until_heard, lambda: f"the caret at 1; heard {listener.heard}")
         self.program.keys("Down", "Right")
-        wait_until(lambda: hears("text-caret-moved", 3), lambda: f"the caret at 3; heard {heard}")
+        listener.wait_for(is_("text-caret-moved", 3), "the caret at 3")
         self.program.keys("shift+Right")
-        wait_until(lambda: hears("text-selection-changed"), lambda: f"a selection; heard {heard}")
+        listener.wait_for(is_("text-selection-changed"), "a selection")
         self.program.toggle("Newest last")
-        wait_until(lambda: hears("text-changed:insert"), lambda: f"another text; heard {heard}")
-        self.assertTrue(hears("text-changed:delete"), heard)
+        listener.wait_for(is_("text-changed:insert"), "another text")
+        self.assertTrue(listener.has_heard(is_("text-changed:delete")), listener.heard)
         self.assert_leaves_well(self.program)
 
     def test_what_the_mouse_selects_is_pasted_by_the_middle_button(self):

@@ -1,11 +1,10 @@
 """The timeline: what is heard of it, where it leads, and the picture that is made of it."""
 
-import contextlib
 import re
 import struct
 
 import expectation
-from accessible import Accessible, Atspi, GLib
+from accessible import Listener
 from program import OUTLINE, SKIP, TIMELINE
 from waiting import wait_until
 from window_test_case import WindowTestCase, main, options
@@ -43,24 +42,10 @@ class Timeline(WindowTestCase):
         self.assert_leaves_well(self.program)
 
     def test_leads_to_entries_by_keyboard_and_tells_them(self):
-        program, heard = self.program, []
-
-        def hear(event):
-            source = Accessible(event.source)
-            with contextlib.suppress(GLib.Error):  # a row that is gone again
-                if source.role == "notification":
-                    heard.append(source.name)
-
-        listener = Atspi.EventListener.new(hear)
-        listener.register("object:state-changed:showing")
+        program, listener = self.program, Listener("state-changed:showing")
 
         def wait_to_hear(what):
-            def is_heard():
-                while GLib.MainContext.default().iteration(False):
-                    pass
-                return any(what in text for text in heard)
-
-            wait_until(is_heard, lambda: f"{what!r}; there was {heard}")
+            listener.wait_for(lambda told: told[0] == "notification" and what in told[1], what)
 
         program.keys("shift+Tab")
         wait_until(lambda: self.strip.is_("focused"), "the timeline to have the keyboard")
