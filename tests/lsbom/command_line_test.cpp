@@ -82,6 +82,7 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_EQ(errorOf({"--arch", "vax", "bom"}), "unknown architecture vax");
   EXPECT_EQ(errorOf({"--arch=", "bom"}), "unknown architecture ");
   EXPECT_EQ(errorOf({"-p", "fc", "bom"}), "unknown column c");
+  EXPECT_EQ(errorOf({"-p", "cf", "bom"}), "unknown column c");
 }
 
 TEST(CommandLine, RefusesAColumnThatIsNamedTwice) {

@@ -7,10 +7,12 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "lsbom/bill_of_materials.h"
 #include "tests/lsbom/editable_bom.h"
+#include "tests/support/heap_meter.h"
 
 namespace pelmarix::lsbom {
 namespace {
@@ -289,7 +291,9 @@ TEST(MalformedBillOfMaterials, IsRefusedForRecordsThatTogetherAreFarLongerThanTh
   largeProgram.processors.resize(4000);
   for (const BomEntry& first : {longLink, largeProgram}) {
     expectWellFormed(withOneRecord(first, 10).bytes, 10);
-    EXPECT_EQ(failureOf(withOneRecord(first, 100).bytes).fault, Fault::tooMuchSharing);
+    const Failure failure = failureOf(withOneRecord(first, 100).bytes);
+    EXPECT_EQ(failure.fault, Fault::tooMuchSharing);
+    EXPECT_EQ(failure.offset, 0U) << "the file as a whole";
   }
 }
 
@@ -350,46 +354,72 @@ TEST(MalformedBillOfMaterials, IsRefusedForFoldersThatAreTooDeepWhateverTheirNam
   EXPECT_EQ(failureOf(bom.bytes).fault, Fault::pathTooLong);
 }
 
-// Few of the bytes of a path that is deep in folders of long names are its own.
-TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheFile) {
-  const std::string folder = std::string(2000, 'a') + "/" + std::string(2000, 'b') + "/";
-  const auto bytesOf = [&](int count) {
-    std::vector<BomEntry> files;
-    files.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) files.push_back({.path = folder + std::to_string(10000 + i)});
-    return sample::writeBillOfMaterials(files);
+// A list whose paths are of so many bytes in all. Few of these are a path's own: most lie deep in folders of
+// long names.
+std::string bytesWithPathsOf(std::size_t length) {
+  const std::string outer(2000, 'a');
+  const std::string inner = outer + "/" + std::string(2000, 'b');
+  std::vector<BomEntry> files;
+  length -= outer.size() + inner.size();
+  const auto add = [&](std::string path) {
+    length -= path.size();
+    files.push_back({.path = std::move(path)});
   };
-  expectWellFormed(bytesOf(1000), 1002);
-  std::string bytes = bytesOf(5000);
-  ASSERT_LT(bytes.size(), 900'000U);  // the paths take 20 megabytes
-  EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);
+  while (length > 2 * inner.size()) add(inner + "/" + std::to_string(100'000 + files.size()));
+  while (length > 1000) add(std::to_string(100'000 + files.size()) + std::string(494, 'c'));
+  add(std::string(length, 'd'));
+  return sample::writeBillOfMaterials(files);
+}
 
-  // Sixteen times the file and 4 MiB.
-  const std::size_t ofAll = 2000 + folder.size() - 1 + 5000 * (folder.size() + 5);
-  bytes.resize((ofAll - (std::size_t{4} << 20U) + 15) / 16);
-  expectWellFormed(bytes, 5002);
-  bytes.pop_back();
-  EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);
+std::string withSize(std::string bytes, std::size_t size) {
+  bytes.resize(size);
+  return bytes;
+}
+
+TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreFarLongerThanTheFile) {
+  constexpr std::size_t size = 900'000;
+  constexpr std::size_t most = 16 * size + (std::size_t{4} << 20U);
+  EXPECT_TRUE(BillOfMaterials::read(withSize(bytesWithPathsOf(most), size)));
+  EXPECT_EQ(failureOf(withSize(bytesWithPathsOf(most), size - 1)).fault, Fault::tooMuchSharing);
+  EXPECT_EQ(failureOf(withSize(bytesWithPathsOf(most + 1), size)).fault, Fault::tooMuchSharing);
 }
 
 TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreLongerThanAnyListing) {
-  const std::string folder = std::string(2000, 'a') + "/" + std::string(2000, 'b') + "/";
-  std::vector<BomEntry> files;
-  files.reserve(68'000);
-  for (int i = 0; i < 68'000; ++i) files.push_back({.path = folder + std::to_string(100'000 + i)});
-  std::string bytes = sample::writeBillOfMaterials(files);
-  bytes.resize(std::size_t{20} << 20U);  // so that it isn't the file that is too small
-  EXPECT_EQ(failureOf(bytes).fault, Fault::tooMuchSharing);
-  files.resize(66'000);
-  bytes = sample::writeBillOfMaterials(files);
-  bytes.resize(std::size_t{20} << 20U);
-  expectWellFormed(bytes, 66'002);
+  constexpr std::size_t size = std::size_t{20} << 20U;  // so that it isn't the file that is too small
+  constexpr std::size_t most = std::size_t{256} << 20U;
+  EXPECT_TRUE(BillOfMaterials::read(withSize(bytesWithPathsOf(most), size)));
+  EXPECT_EQ(failureOf(withSize(bytesWithPathsOf(most + 1), size)).fault, Fault::tooMuchSharing);
+}
+
+TEST(MalformedBillOfMaterials, IsRefusedForPathsThatAreTheSameInAll) {
+  const std::vector<BomEntry> files(1000, {.path = "file"});
+  EditableBom bom(files, {.pathsPerNode = 1000});
+  for (std::uint32_t path = 0; path < files.size(); ++path) bom.setU32(numbersOf(bom, path), 7);
+  EXPECT_EQ(failureOf(bom.bytes).fault, Fault::idTwice);
+}
+
+TEST(MalformedBillOfMaterials, TakesNoMoreMemoryForLargeIds) {
+  EditableBom bom(entries);
+  for (const std::uint32_t id : {1000U, 0x20000000U, 0x80000000U, 0xFFFFFFFFU}) {
+    bom.setU32(numbersOf(bom, lastPath), id);
+    const HeapMeter meter;
+    EXPECT_TRUE(BillOfMaterials::read(bom.bytes));
+    EXPECT_LT(meter.peak(), 2000U) << id;
+  }
 }
 
 TEST(MalformedBillOfMaterials, TellsWhereTheDamageIs) {
   EditableBom bom(entries);
   bom.setU32(nameOf(bom, lastPath), 7);
   EXPECT_EQ(failureOf(bom.bytes).offset, nameOf(bom, lastPath) + 4);
+}
+
+TEST(MalformedBillOfMaterials, TellsOfAnUnknownParentWhereNoPathIsAtTheTop) {
+  EditableBom bom({{.path = "file"}});
+  bom.setU32(nameOf(bom, 0), 7);
+  const Failure failure = failureOf(bom.bytes);
+  EXPECT_EQ(failure.fault, Fault::unknownParent);
+  EXPECT_EQ(failure.offset, nameOf(bom, 0) + 4);
 }
 
 TEST(MalformedBillOfMaterials, TellsOfPathsThatAreEachOthersParentsWhereOneOfThemIs) {
