@@ -17,8 +17,7 @@ QSize FoldingBar::minimumSizeHint() const {
   return {std::max(first, options()->minimumSize().width()), layout()->minimumSize().height()};
 }
 
-void FoldingBar::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void FoldingBar::resizeEvent(QResizeEvent* /*event*/) {
   QLayout* const moved = options()->layout();
   int needed = 3 * grid().horizontalSpacing();
   for (int item = 0; item < grid().count(); ++item) needed += grid().itemAt(item)->minimumSize().width();

@@ -22,11 +22,6 @@ void OutlineWidget::reset() {
   setExpandedGroups(0);
 }
 
-void OutlineWidget::expandAll() {
-  QTreeView::expandAll();  // without a signal for each
-  setExpandedGroups(expandableGroups_);
-}
-
 // Counted, for it takes the view 0.3 s to find the expanded one among a million groups.
 void OutlineWidget::setExpandedGroups(int count) {
   expandedGroups_ = count;

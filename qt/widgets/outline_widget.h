@@ -16,9 +16,6 @@ class OutlineWidget final : public QTreeView, public RowsView {
   void keyboardSearch(const QString& typed) override { goToTyped(typed); }
   void reset() override;
 
- public slots:
-  void expandAll();
-
  signals:
   /// With an invalid index for a double click that hit no row.
   void rowDoubleClicked(const QModelIndex& index);

@@ -8,11 +8,7 @@ namespace pelmarix::qt {
 
 TableWidget::TableWidget(QWidget* parent) : QTableView(parent), RowsView(*this, *horizontalHeader()) {
   setShowGrid(false);
-  setWordWrap(false);
-  setCornerButtonEnabled(false);
   verticalHeader()->hide();
-  // One height for all rows: no row is ever measured.
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   fitRows();
   connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& row) {
     // With the control key held, the first click may have taken the row out of the selection.

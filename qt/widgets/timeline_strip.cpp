@@ -47,11 +47,9 @@ void TimelineStrip::reloadData() {
 }
 
 void TimelineStrip::measure() {
-  picture_.reset();
   drawing_.measure(picture());
   picture_.reset();
   updateGeometry();
-  update();
 }
 
 void TimelineStrip::showSpan(TimelineSpan span) {
@@ -147,15 +145,13 @@ QString TimelineStrip::toolTipAt(QPointF point) {
 
 // What the user does.
 
-void TimelineStrip::resizeEvent(QResizeEvent* event) {
-  QFrame::resizeEvent(event);
+void TimelineStrip::resizeEvent(QResizeEvent* /*event*/) {
   if (dataSource_ != nullptr) measure();
 }
 
 void TimelineStrip::changeEvent(QEvent* event) {
   QFrame::changeEvent(event);
-  const bool isOtherSize = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
-  if (isOtherSize && dataSource_ != nullptr) measure();
+  if (event->type() == QEvent::FontChange && dataSource_ != nullptr) measure();
 }
 
 bool TimelineStrip::event(QEvent* event) {

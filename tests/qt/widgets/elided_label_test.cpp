@@ -20,7 +20,7 @@ class ElidedLabelOnScreen : public testing::Test {
   QString tip() {
     QToolTip::hideText();
     QHelpEvent event(QEvent::ToolTip, QPoint(2, 2), label.mapToGlobal(QPoint(2, 2)));
-    QApplication::sendEvent(&label, &event);
+    EXPECT_TRUE(QApplication::sendEvent(&label, &event)) << "or its parent would show one of its own";
     return QToolTip::text();
   }
 
@@ -31,9 +31,17 @@ class ElidedLabelOnScreen : public testing::Test {
 TEST_F(ElidedLabelOnScreen, IsALabelLikeOthersWhereThereIsRoom) {
   QLabel plain(text);
   plain.setTextFormat(Qt::PlainText);
-  plain.resize(label.size());
-  EXPECT_EQ(picture(), plain.grab().toImage());
+  for (const int height : {label.height(), 3 * label.height()}) {
+    label.resize(label.width(), height);
+    plain.resize(label.size());
+    EXPECT_EQ(picture(), plain.grab().toImage());
+  }
   EXPECT_EQ(tip(), QString());
+}
+
+TEST_F(ElidedLabelOnScreen, TakesTheRoomThereIsAndNeedsThatOfTenLetters) {
+  EXPECT_EQ(label.minimumSizeHint().width(), 10 * label.fontMetrics().averageCharWidth());
+  EXPECT_EQ(label.sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
 }
 
 TEST_F(ElidedLabelOnScreen, LeavesItsMiddleOutWhereThereIsNoRoomAndHasATooltipOfAll) {

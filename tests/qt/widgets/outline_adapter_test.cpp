@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "tests/qt/widgets/pictures.h"
 #include "tests/qt/widgets/tree_fixture.h"
 
 namespace pelmarix::test {
@@ -195,6 +196,14 @@ TEST_F(OutlineAdapter, OpensAGroupByAClickOnItsArrowWithTheLeftButtonOnly) {
   EXPECT_TRUE(widget.isExpanded(group(0)));
 }
 
+TEST_F(OutlineAdapter, SelectsARowByARightClickFromItsFirstPixelOn) {
+  const QRect row = widget.visualRect(group(0));
+  QTest::mouseClick(widget.viewport(), Qt::RightButton, {}, {row.left() - 1, row.center().y()});
+  EXPECT_EQ(outline.selectedItem(), nullptr) << "that is its arrow's";
+  QTest::mouseClick(widget.viewport(), Qt::RightButton, {}, {row.left(), row.center().y()});
+  EXPECT_EQ(outline.selectedItem(), mojave.get());
+}
+
 TEST_F(OutlineAdapter, TellsTheActionWhichItemWasDoubleClickedWhicheverKeysAreHeldDown) {
   std::vector<platform::Object*> clicked;
   outline.setDoubleAction([&] { clicked.push_back(outline.itemAtClickedRow()); });
@@ -249,6 +258,30 @@ TEST_F(OutlineAdapter, ForgetsWhatIsGoneAfterAReload) {
   EXPECT_EQ(widget.model()->rowCount(), 0);
   EXPECT_FALSE(widget.selectionModel()->hasSelection());
   EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
+}
+
+TEST_F(OutlineAdapter, HasItsNewRowsInPlaceOfTheOldOnesAtOnceAfterAReload) {
+  const QPoint first = widget.visualRect(group(0)).center();
+  tree.groups.erase(tree.groups.begin());
+  reload();
+  EXPECT_EQ(text(widget.indexAt(first)), "Nothing followed");
+  tree.groups.clear();
+  reload();
+  EXPECT_FALSE(widget.indexAt(first).isValid());
+}
+
+TEST_F(OutlineAdapter, HasAFrameAroundAllOfTheRowThatTheKeyboardIsAt) {
+  widget.activateWindow();
+  widget.setFocus();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return widget.hasFocus(); }));
+  outline.expandItem(mojave.get());
+  const auto pictureAt = [this](int row) {
+    widget.selectionModel()->setCurrentIndex(entry(0, row), QItemSelectionModel::NoUpdate);
+    return widget.viewport()->grab().toImage();
+  };
+  const QRect changed = changedPart(pictureAt(0), pictureAt(2));
+  EXPECT_LE(changed.left(), widget.visualRect(entry(0, 0)).left());
+  EXPECT_GE(changed.right(), widget.visualRect(entry(0, 0).siblingAtColumn(2)).right() - 1);
 }
 
 TEST_F(OutlineAdapter, StaysScrolledToItsPlaceOnAReloadOfTheSameItems) {

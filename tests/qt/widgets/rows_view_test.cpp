@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -128,6 +131,11 @@ TYPED_TEST(List, SaysInItsMiddleWhyItIsEmptyAndNothingWhereItIsNot) {
   EXPECT_NEAR(lines.center().y(), this->list.viewport()->rect().center().y(), 4);
   const int margin = 2 * this->list.fontMetrics().averageCharWidth();
   EXPECT_TRUE(this->list.viewport()->rect().adjusted(margin - 1, 0, 1 - margin, 0).contains(lines));
+  this->list.setPlaceholderText({});
+  const QImage without = this->list.viewport()->grab().toImage();
+  this->list.setPlaceholderText(QString(1000, u'.'));
+  const QRect wide = changedPart(without, this->list.viewport()->grab().toImage());
+  EXPECT_LT(wide.left(), margin + margin / 3) << "in all of the room";
   this->fill(1);
   EXPECT_TRUE(text().isEmpty());
 }
@@ -171,6 +179,29 @@ TYPED_TEST(List, HasAFrameAroundWhatTheKeyboardIsAt) {
   EXPECT_FALSE(changed.intersects(place(0)));
 }
 
+TYPED_TEST(List, ShowsASelectionDullerWithoutTheKeyboard) {
+  this->fill(3);
+  QWidget other(&this->window);
+  other.setFocusPolicy(Qt::StrongFocus);
+  other.show();
+  const auto rowColor = [this] {
+    const QRect row = this->list.visualRect(this->model.index(1, 0));
+    return this->list.viewport()->grab().toImage().pixelColor(row.right() - 2, row.center().y());
+  };
+  const QColor usual = rowColor();
+  this->list.selectionModel()->select(this->model.index(1, 0), QItemSelectionModel::Select);
+  const auto difference = [&usual](const QColor& color) {
+    return std::abs(color.red() - usual.red()) + std::abs(color.green() - usual.green()) +
+           std::abs(color.blue() - usual.blue());
+  };
+  this->focus(this->list);
+  const int withFocus = difference(rowColor());
+  this->focus(other);
+  const int withoutFocus = difference(rowColor());
+  EXPECT_GT(withoutFocus, 20) << "it can still be seen";
+  EXPECT_LT(withoutFocus, withFocus * 2 / 3);
+}
+
 TYPED_TEST(List, ScrollsAsFarAsItsRowsNeedInEveryHeight) {
   this->fill(20);
   const auto isAllInView = [this](int height) {
@@ -182,6 +213,21 @@ TYPED_TEST(List, ScrollsAsFarAsItsRowsNeedInEveryHeight) {
   EXPECT_TRUE(isAllInView(rows + header));
   EXPECT_FALSE(isAllInView(rows / 2));
   EXPECT_TRUE(isAllInView(rows + header));
+}
+
+TYPED_TEST(List, CopiesAndOpensItsMenuByKeys) {
+  this->fill(2);
+  this->focus(this->list);
+  this->list.setCurrentIndex(this->model.index(1, 0));
+  QTest::keySequence(&this->list, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Row 1\n"));
+  QAction action(QStringLiteral("Do something"));
+  this->list.addAction(&action);
+  QTest::keyClick(&this->list, Qt::Key_F10, Qt::ShiftModifier);
+  auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->actions(), QList{&action});
+  QTest::keyClick(menu, Qt::Key_Escape);
 }
 
 // Columns.
@@ -203,6 +249,22 @@ TYPED_TEST(List, HasColumnsAsWideAsTheirUsualTextsInEverySizeOfLetters) {
     EXPECT_EQ(this->header().sectionSize(0), widthFor(date));
     EXPECT_GE(this->header().sectionSize(2), widthFor(QStringLiteral("10.14")));
   }
+}
+
+TYPED_TEST(List, HasItsFrameAndColumnsAsWideAsTheirUsualTextsInEveryStyle) {
+  class WideMargins final : public QProxyStyle {
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+      if (metric == PM_DefaultFrameWidth) return 11;
+      return metric == PM_FocusFrameHMargin ? 20 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+  };
+  const QString date = QStringLiteral("2019-03-25");
+  this->setColumns({{"Date", {}, {}, date}, {"Name", {}, {}, {}}});
+  WideMargins style;
+  this->list.setStyle(&style);
+  EXPECT_EQ(this->list.frameWidth(), 11);
+  EXPECT_EQ(this->header().sectionSize(0), this->list.fontMetrics().horizontalAdvance(date) + 4 * 21);
+  this->list.setStyle(nullptr);
 }
 
 TYPED_TEST(List, DividesItsRoomBetweenNamesAndWhatStandsBehindThem) {
@@ -239,6 +301,7 @@ TYPED_TEST(List, LeavesAColumnAsWideAsItWasDrawn) {
   this->setColumns({{"Date", {}, {}, QStringLiteral("2019-03-25")}, {"Name", {}, {}, {}}});
   this->header().resizeSection(0, 150);
   this->list.resize(600, 300);
+  this->list.setPalette(QPalette(Qt::darkGray));
   QApplication::processEvents();
   EXPECT_EQ(this->header().sectionSize(0), 150);
   EXPECT_EQ(this->header().sectionSize(1), this->list.viewport()->width() - 150);
@@ -246,14 +309,18 @@ TYPED_TEST(List, LeavesAColumnAsWideAsItWasDrawn) {
 
 TYPED_TEST(List, HasRowsAHalfLetterHigherThanTheirLettersInEverySize) {
   this->fill(2);
+  const auto rowHeight = [this] {
+    return this->list.visualRect(this->model.index(1, 0)).top() -
+           this->list.visualRect(this->model.index(0, 0)).top();
+  };
+  // A header's own least height may be a little more than that of small letters.
+  EXPECT_NEAR(rowHeight(), this->list.fontMetrics().lineSpacing() * 5 / 4, 1);
   for (const double size : {13.0, 20.0}) {
     QFont font = this->list.font();
     font.setPointSizeF(size);
     this->list.setFont(font);
     QApplication::processEvents();
-    EXPECT_EQ(this->list.visualRect(this->model.index(1, 0)).top(),
-              this->list.visualRect(this->model.index(0, 0)).top() +
-                  this->list.fontMetrics().lineSpacing() * 5 / 4);
+    EXPECT_EQ(rowHeight(), this->list.fontMetrics().lineSpacing() * 5 / 4);
   }
 }
 

@@ -121,7 +121,7 @@ class TimelineStripFixture : public testing::Test, public platform::TimelineData
   void pinch(QPoint place, double value) {
     QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, place,
                               place, strip.mapToGlobal(place), value, {});
-    QApplication::sendEvent(&strip, &event);
+    EXPECT_TRUE(QApplication::sendEvent(&strip, &event));
     strip.repaint();
   }
   void drag(QPoint from, QPoint to) {
@@ -140,7 +140,7 @@ class TimelineStripFixture : public testing::Test, public platform::TimelineData
     QToolTip::hideText();
     EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
     QHelpEvent event(QEvent::ToolTip, place, strip.mapToGlobal(place));
-    QApplication::sendEvent(&strip, &event);
+    EXPECT_TRUE(QApplication::sendEvent(&strip, &event)) << "or its parent would show one of its own";
     return QToolTip::text().toStdString();
   }
   QString announced() {

@@ -1,7 +1,10 @@
 // How far a strip moves and zooms, and what it leaves to others.
 #include <QMenu>
+#include <QProxyStyle>
+#include <QVBoxLayout>
 #include <cmath>
 
+#include "tests/qt/widgets/paintings.h"
 #include "tests/qt/widgets/timeline_strip_fixture.h"
 
 namespace pelmarix::test {
@@ -143,6 +146,29 @@ TEST_F(TimelineStripPlaces, IsMovedByTheLeftButtonAlone) {
   EXPECT_EQ(scale.span.begin, moved) << "the button is up";
 }
 
+TEST_F(TimelineStripPlaces, ChoosesWithTheButtonThatWentDownOnItAlone) {
+  add(500'000, TimelineKind::securityData);
+  show();
+  const QPoint place = placeOf(0);
+  QTest::mouseRelease(&strip, Qt::LeftButton, {}, place);
+  EXPECT_TRUE(chosen.empty()) << "it went down elsewhere";
+  QTest::mousePress(&strip, Qt::LeftButton, {}, place);
+  QTest::mouseRelease(&strip, Qt::RightButton, {}, place);
+  EXPECT_TRUE(chosen.empty());
+  QTest::mouseRelease(&strip, Qt::LeftButton, {}, place);
+  EXPECT_EQ(chosen.size(), 1U);
+}
+
+TEST_F(TimelineStripPlaces, IsDrawnAnewWhenWhatIsSeenChanges) {
+  TimelineEntry* const entry = add(500'000, TimelineKind::receipt);
+  show();
+  Paintings paintings(strip);
+  EXPECT_TRUE(paintings.follow([this] { QTest::keyClick(&strip, Qt::Key_Plus); }));
+  EXPECT_TRUE(paintings.follow([&] { strip.selectionDidChange(entry); }));
+  EXPECT_TRUE(paintings.follow([this] { strip.reloadData(); }));
+  EXPECT_FALSE(paintings.follow([] {}));
+}
+
 TEST_F(TimelineStripPlaces, StaysWhereItIsForWhatIsInViewAndPutsOthersIntoTheMiddle) {
   show();
   for (int i = 0; i < 4; ++i) press(Qt::Key_Plus);
@@ -223,6 +249,24 @@ TEST_F(TimelineStripPlaces, OpensItsMenuWhereItIsClickedAndInItsMiddleForAKey) {
 TEST_F(TimelineStripPlaces, IsAtLeastFortyLettersWide) {
   show();
   EXPECT_EQ(strip.minimumSizeHint().width(), strip.fontMetrics().averageCharWidth() * 40);
+  EXPECT_EQ(strip.sizePolicy(), QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed));
+}
+
+TEST_F(TimelineStripPlaces, HasItsNewHeightInALayoutWhenItsLanesChange) {
+  QWidget window;
+  qt::TimelineStrip inside(&window);
+  inside.setDataSource(*this);
+  QVBoxLayout layout(&window);
+  layout.addWidget(&inside);
+  window.show();
+  inside.reloadData();
+  QApplication::processEvents();
+  const int six = inside.height();
+  lanes = 5;
+  inside.reloadData();
+  QApplication::processEvents();
+  EXPECT_LT(inside.height(), six);
+  EXPECT_EQ(inside.height(), inside.sizeHint().height());
 }
 
 TEST_F(TimelineStripPlaces, HasAFrameWithinItsFrameWhereTheKeyboardIs) {
@@ -259,6 +303,31 @@ TEST_F(TimelineStripPlaces, IsMeasuredAnewInAnotherSize) {
   QApplication::processEvents();
   strip.repaint();
   EXPECT_EQ(scale.width, before - 200);
+}
+
+TEST_F(TimelineStripPlaces, IsMeasuredAnewInAnotherStyle) {
+  class ThickFrames final : public QProxyStyle {
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+      return metric == PM_DefaultFrameWidth ? 11 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+  };
+  show();
+  const double before = scale.width;
+  const int frame = strip.frameWidth();
+  ThickFrames style;
+  strip.setStyle(&style);
+  strip.repaint();
+  EXPECT_EQ(scale.width, before - 2 * (11 - frame));
+  strip.setStyle(nullptr);
+}
+
+TEST_F(TimelineStripPlaces, MayHaveOtherLettersBeforeItHasAnythingToShow) {
+  qt::TimelineStrip empty;
+  const int before = empty.minimumSizeHint().width();
+  QFont font = empty.font();
+  font.setPointSizeF(2 * font.pointSizeF());
+  empty.setFont(font);
+  EXPECT_GT(empty.minimumSizeHint().width(), before);
 }
 
 }  // namespace
