@@ -185,6 +185,32 @@ TEST(Heap, takesForABinaryFileLittleMoreThanOneNodePerObject) {
   EXPECT_LE(peakOfDecoding(file), 20 * std::size_t{200000});
 }
 
+TEST(Heap, takesForAnotherEncodingWhatTheTextTakesInUtf8) {
+  constexpr std::size_t count = 300'000;
+  const auto inString = [](const std::string& letter, std::size_t width) {
+    const auto wide = [width](const std::string& text) {
+      std::string bytes;
+      for (const char byte : text) bytes += std::string(width - 1, '\0') + byte;
+      return bytes;
+    };
+    return wide("<string>") + repeated(letter, count) + wide("</string>");
+  };
+  const auto expectPeak = [](const std::string& file, std::size_t peak) {
+    EXPECT_TRUE(Document::decode(file));
+    EXPECT_GE(peakOfDecoding(file), peak);
+    EXPECT_LE(peakOfDecoding(file), peak + 1000);
+  };
+  const auto expectPeakOfXml = [&](const std::string& file, const std::string& letter) {
+    const std::string text = inString(letter, 1);
+    expectPeak(file, peakOfDecoding(text) + text.size());
+  };
+  expectPeakOfXml(hex("FE FF") + inString(hex("20 AC"), 2), "\u20AC");
+  expectPeakOfXml(hex("00 00 FE FF") + inString(hex("00 01 F6 00"), 4), "\U0001F600");
+  expectPeakOfXml("<?xml version='1.0' encoding='ISO-8859-1'?>" + inString("\xE9\xE9 ", 1), "\u00E9\u00E9 ");
+  const std::string text = hex("6F 12") + bigEndianBytes(count, 4) + repeated(hex("20 AC"), count);
+  expectPeak(BinaryPlist{.objects = {text}, .offsetWidth = 4}.bytes(), 3 * count);
+}
+
 /// What the largest file may take beside its own bytes.
 constexpr std::size_t largestHeap = std::size_t{768} << 20U;
 

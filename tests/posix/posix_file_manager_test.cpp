@@ -298,6 +298,21 @@ TEST(ReadingAFile, FailsForALongPathThroughAFifoWithoutWaitingForAWriter) {
   EXPECT_FALSE(canRead(path));
 }
 
+TEST(ReadingAFile, GoesOnWhereItWasUpToTheEnd) {
+  const TemporaryFolder folder;
+  auto file = RegularFile::open(folder.addFile("letters", "abcdefgh"));
+  ASSERT_TRUE(file);
+  const auto next = [&](std::size_t size) {
+    std::string bytes(size, '-');
+    const auto count = file->read(bytes.data(), size);
+    return count ? bytes.substr(0, *count) : count.error().message();
+  };
+  EXPECT_EQ(next(3), "abc");
+  EXPECT_EQ(next(0), "");
+  EXPECT_EQ(next(9), "defgh");
+  EXPECT_EQ(next(1), "");
+}
+
 TEST(ReadingAFile, SucceedsWithoutStandardInputAndKeepsItClosed) {
   const TemporaryFolder folder;
   const std::string file = folder.addFile("x.plist", "contents");
