@@ -83,12 +83,15 @@ TEST_F(TimelineOfLists, GivesOnlyTheBeginningOfAVeryLongName) {
   addEntry(1e6, systemInstall);
   addGroup(std::string(201, '\x80'));
   addEntry(1.2e6, systemInstall);
+  addGroup(std::string(199, 'x') + "\u00E9");
   addEntry(1.5e6, systemInstall);
+  addEntry(2e6, systemInstall);
   const auto bands = picture().bands;
   EXPECT_EQ(bands.at(0).name, std::string(200, 'x'));
   EXPECT_EQ(bands.at(1).name, std::string(200, 'x') + "\u2026");
   EXPECT_EQ(bands.at(2).name, std::string(198, 'x') + "\u2026") << "no part of a letter";
   EXPECT_EQ(bands.at(3).name, "\u2026") << "not UTF-8";
+  EXPECT_EQ(bands.at(4).name, std::string(199, 'x') + "\u2026");
 }
 
 TEST_F(TimelineOfLists, ShadesEverySecondGroupWhereverTheSpanBegins) {
@@ -103,14 +106,15 @@ TEST_F(TimelineOfLists, ShadesEverySecondGroupWhereverTheSpanBegins) {
 
 TEST_F(TimelineOfLists, ShadesTheGroupsOfOneReleaseAlike) {
   double seconds = 0;
-  for (const char* version : {"10.1.5", "10.14", "10.14.1", "10.14.1", "10.15.2", "11.1", "11.1"}) {
+  for (const char* version :
+       {"10.1.5", "10.14", "10.14.1", "10.14.1", "10.15.2", "10..1", "10..2", "11.1", "11.1"}) {
     addGroup("macOS");
     addEntry(seconds, systemInstall, "macOS", version);
     seconds += 100'000;
   }
   std::string shades;
   for (const platform::TimelineBand& drawn : picture().bands) shades += drawn.isSecond ? '#' : '.';
-  EXPECT_EQ(shades, ".###.#") << "the last begins at the end";
+  EXPECT_EQ(shades, ".###.##.") << "the last begins at the end";
 }
 
 TEST_F(TimelineOfLists, DrawsTheGroupOfAnOutlierUpToTheNext) {

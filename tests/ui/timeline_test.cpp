@@ -177,6 +177,14 @@ TEST_F(TimelineOfLists, GivesOnlyTheMarksInView) {
   EXPECT_THAT(marksWithin(400'200, 599'800), SizeIs(1));
 }
 
+TEST_F(TimelineOfLists, GivesMarksUpToHalfAUnitBeyondTheEdges) {
+  addEnds();
+  for (const double seconds : {400'000.0, 502'500.0}) addEntry(seconds, securityData);
+  const platform::TimelineScale hundredSecondsPerUnit{{400'050, 502'450}, 1024, 10, 100};
+  EXPECT_THAT(timeline().picture(hundredSecondsPerUnit, nullptr).marks,
+              ElementsAre(markAt(-0.5, 1), markAt(1024.5, 1)));
+}
+
 TEST_F(TimelineOfLists, KeepsTheMarkOfTheSelectedItemInViewWhileItsTimeIs) {
   addEnds();
   Object* const first = addEntry(500'000, securityData);
@@ -187,8 +195,11 @@ TEST_F(TimelineOfLists, KeepsTheMarkOfTheSelectedItemInViewWhileItsTimeIs) {
   EXPECT_THAT(marksFrom(500'500, second), ElementsAre(markAt(0, 2)));
   EXPECT_THAT(marksFrom(500'500, first), IsEmpty());
   EXPECT_THAT(marksFrom(500'500, nullptr), IsEmpty());
+  EXPECT_THAT(marksFrom(500'070, second), ElementsAre(markAt(0, 2)));
+  EXPECT_THAT(marksFrom(500'900, second), ElementsAre(markAt(0, 2))) << "just yet";
   EXPECT_THAT(marksFrom(501'000, second), IsEmpty());
   EXPECT_THAT(marksFrom(499'000, second), ElementsAre(markAt(10, 2)));
+  EXPECT_THAT(marksFrom(499'950, second), ElementsAre(markAt(0.5, 2)));
 }
 
 TEST_F(TimelineOfLists, SelectsTheMarkThatHoldsTheSelectedItem) {
