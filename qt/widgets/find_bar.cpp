@@ -21,7 +21,6 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), ui_(std::make_unique<Ui::Fi
   // The line edit makes this button itself and has no other access to it.
   if (auto* clear = ui_->text->findChild<QToolButton*>()) clear->setAccessibleName(tr("Clear"));
   setPlaceholderColor();
-  ui_->allParts->hide();
   hide();
   counting_.setSingleShot(true);
   connect(&counting_, &QTimer::timeout, this, &FindBar::countMatches);
@@ -39,7 +38,6 @@ FindBar::~FindBar() = default;
 void FindBar::addPart(QWidget& widget, Searchable& searchable) {
   parts_.push_back({&widget, &searchable});
   ui_->allParts->setVisible(parts_.size() > 1);
-  showScope();
 }
 
 void FindBar::setPart(const QWidget& widget) {

@@ -19,7 +19,6 @@ OutlineAdapter::OutlineAdapter(OutlineWidget& widget, const std::vector<ColumnDe
 
 void OutlineAdapter::revealLastGroup() {
   const QModelIndex last = model_.index(model_.rowCount() - 1, 0);
-  if (!last.isValid()) return;
   widget_.expand(last);
   widget_.selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
   widget_.scrollTo(last, QAbstractItemView::PositionAtTop);

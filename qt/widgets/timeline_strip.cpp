@@ -123,6 +123,7 @@ QImage TimelineStrip::toImage() {
 }
 
 void TimelineStrip::paintEvent(QPaintEvent* event) {
+  QFrame::paintEvent(event);
   QPainter painter(this);
   drawing_.draw(painter, picture());
   if (hasFocus()) {
@@ -132,8 +133,6 @@ void TimelineStrip::paintEvent(QPaintEvent* event) {
         QPen(palette().color(QPalette::Highlight), thick, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.drawRect(QRectF(contentsRect()).adjusted(thick / 2, thick / 2, -thick / 2, -thick / 2));
   }
-  painter.end();
-  QFrame::paintEvent(event);
 }
 
 QString TimelineStrip::toolTipAt(QPointF point) {

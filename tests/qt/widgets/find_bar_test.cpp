@@ -10,8 +10,10 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 #include <string>
 
+#include "qt/widgets/palette_colors.h"
 #include "qt/widgets/plain_text_view.h"
 
 namespace pelmarix::qt {
@@ -24,6 +26,7 @@ QColor placeholderIn(const QWidget& bar) {
 TEST(FindBarColors, FollowThePaletteWhereItNamesNoReadableOne) {
   QWidget window;
   FindBar bar(&window);
+  EXPECT_EQ(placeholderIn(bar), placeholderColor(bar.palette()));
   QPalette palette;
   for (const QColor text : {Qt::white, Qt::black, Qt::yellow}) {
     palette.setColor(QPalette::Base, text == Qt::black ? Qt::white : Qt::black);
@@ -81,6 +84,28 @@ class FindBarInAWindow : public testing::Test {
   QImage plain;
 };
 
+TEST_F(FindBarInAWindow, ComesWithItsLastTextSelectedWhenItIsOpenedOrTheNextMatchIsWanted) {
+  EXPECT_FALSE(bar.isVisible());
+  bar.findNext();
+  EXPECT_TRUE(bar.isVisible()) << "there is nothing yet to look for";
+  EXPECT_TRUE(line->hasFocus());
+  EXPECT_EQ(line->placeholderText(), QStringLiteral("Find in Report"));
+  find("safari");
+  QTest::keyClick(line, Qt::Key_Escape);
+  bar.open();
+  EXPECT_EQ(line->selectedText(), QStringLiteral("safari"));
+  line->deselect();
+  bar.open();
+  EXPECT_EQ(line->selectedText(), QStringLiteral("safari")) << "where it has the keyboard already, too";
+  EXPECT_EQ(line->findChild<QToolButton*>()->accessibleName(), QStringLiteral("Clear"));
+}
+
+TEST_F(FindBarInAWindow, LeavesOtherKeysToOthers) {
+  QKeyEvent event(QEvent::KeyPress, Qt::Key_F5, Qt::NoModifier);
+  QApplication::sendEvent(&bar, &event);
+  EXPECT_FALSE(event.isAccepted());
+}
+
 TEST_F(FindBarInAWindow, GoesToTheNextAndThePreviousMatchByReturnOnTheButtons) {
   find("mail");
   pressReturnOn("next");
@@ -97,6 +122,17 @@ TEST_F(FindBarInAWindow, EndsTheSearchByReturnOnDone) {
   pressReturnOn("done");
   EXPECT_FALSE(bar.isVisible());
   EXPECT_TRUE(report.hasFocus());
+  find("safari");
+  bar.setPart(other);
+  QTest::keyClick(line, Qt::Key_Escape);
+  EXPECT_TRUE(other.hasFocus()) << "which was searched";
+}
+
+TEST_F(FindBarInAWindow, TellsNoOutcomeOfAPartThatWasNotSearched) {
+  find("mail");
+  bar.setPart(other);
+  QApplication::processEvents();
+  EXPECT_EQ(outcome->text(), QString());
 }
 
 TEST_F(FindBarInAWindow, GoesForwardByReturnInTheTextAndBackWithShift) {
@@ -148,6 +184,9 @@ TEST_F(FindBarInAWindow, CountsTheMatchesAlsoForAScreenReader) {
   find("mail");
   EXPECT_TRUE(QTest::qWaitFor([this] { return outcome->text() == QStringLiteral("Report: 3 matches"); }));
   EXPECT_EQ(line->accessibleDescription(), QStringLiteral("Report: 3 matches"));
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(bar.findChild<Announcer*>())->text(QAccessible::Name),
+            QStringLiteral("Report: 3 matches"))
+      << "none is selected";
   line->setText(QStringLiteral("Mail\u00a0"));
   EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Report"));
   line->setText(QStringLiteral("R"));
@@ -206,6 +245,48 @@ TEST_F(FindBarInAWindow, GoesThroughAllPartsOneAfterTheOtherInBothDirections) {
   goTo(Qt::ShiftModifier, QStringLiteral("Other: 2 of 2"));
   goTo(Qt::ShiftModifier, QStringLiteral("Other: 1 of 2"));
   goTo(Qt::ShiftModifier, QStringLiteral("Report: 3 of 3"));
+}
+
+TEST_F(FindBarInAWindow, GoesThroughThreePartsInTheirOrderAndPastThoseWithoutAMatch) {
+  PlainTextView third(&window);
+  third.setAccessibleName(QStringLiteral("Third"));
+  third.show();
+  bar.addPart(third, third);
+  other.showText(platform::shareText("Mail"));
+  third.showText(platform::shareText("Mail"));
+  report.showText(platform::shareText("Mail"));
+  find("mail");
+  allParts->click();
+  const auto goTo = [this](Qt::KeyboardModifiers modifiers, const char* part, int all) {
+    line->setFocus();
+    QTest::keyClick(line, Qt::Key_Return, modifiers);
+    const QString expected = QStringLiteral("%1: 1 of 1, %2 in all").arg(QLatin1String(part)).arg(all);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return outcome->text() == expected; })) << expected.toStdString();
+  };
+  for (const char* const part : {"Other", "Third", "Report", "Other"}) goTo({}, part, 3);
+  for (const char* const part : {"Report", "Third", "Other"}) goTo(Qt::ShiftModifier, part, 3);
+  third.showText(platform::shareText("Safari"));
+  for (const char* const part : {"Report", "Other", "Report"}) goTo({}, part, 2);
+  other.showText(platform::shareText("Safari"));
+  for (const auto modifiers : {Qt::NoModifier, Qt::ShiftModifier}) goTo(modifiers, "Report", 1);
+}
+
+TEST_F(FindBarInAWindow, KeepsItsOutcomeForTheSamePartAndForAWidgetThatIsNone) {
+  find("notes");
+  bar.setPart(report);
+  bar.setPart(window);
+  EXPECT_EQ(outcome->text(), QStringLiteral("Not found in Report"));
+  EXPECT_EQ(line->placeholderText(), QStringLiteral("Find in Report"));
+}
+
+TEST_F(FindBarInAWindow, CountsNothingWhereNothingIsSought) {
+  bar.open();
+  bar.countMatches();
+  EXPECT_EQ(outcome->text(), QString());
+  find("mail");
+  QTest::keyClick(line, Qt::Key_Escape);
+  bar.countMatches();
+  EXPECT_EQ(outcome->text(), QString()) << "it is closed";
 }
 
 TEST_F(FindBarInAWindow, MarksTheMatchesOfAllPartsWhereAllAreSearched) {

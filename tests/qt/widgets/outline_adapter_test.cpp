@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "tests/qt/widgets/paintings.h"
 #include "tests/qt/widgets/pictures.h"
 #include "tests/qt/widgets/tree_fixture.h"
 
@@ -69,6 +70,7 @@ TEST_F(OutlineAdapter, SelectsAnEntryOfAGroupThatIsClosedAndBringsItIntoView) {
   EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
   EXPECT_EQ(widget.selectionModel()->selectedRows(), QModelIndexList{entry(3, 150)});
   EXPECT_EQ(outline.selectedItem(), tree.groups.back()->children[150].get());
+  EXPECT_EQ(widget.currentIndex(), entry(3, 150));
   EXPECT_TRUE(widget.viewport()->rect().contains(widget.visualRect(entry(3, 150)).center()));
 }
 
@@ -260,6 +262,25 @@ TEST_F(OutlineAdapter, ForgetsWhatIsGoneAfterAReload) {
   EXPECT_FALSE(outline.isItemExpanded(mojave.get()));
 }
 
+TEST_F(OutlineAdapter, GivesTheNamesOfGroupsWithEntriesTheWholeRow) {
+  const auto spanned = [this] {
+    std::vector<bool> rows;
+    for (int row = 0; row < widget.model()->rowCount(); ++row)
+      rows.push_back(widget.isFirstColumnSpanned(row, {}));
+    return rows;
+  };
+  EXPECT_THAT(spanned(), ElementsAre(true, false, true));
+  tree.groups.erase(tree.groups.begin());
+  reload();
+  EXPECT_THAT(spanned(), ElementsAre(false, true));
+}
+
+TEST_F(OutlineAdapter, IsDrawnAnewOnAReloadOfTheSameItems) {
+  Paintings paintings(*widget.viewport());
+  EXPECT_TRUE(paintings.follow([this] { reload(); }));
+  EXPECT_FALSE(paintings.follow([] {}));
+}
+
 TEST_F(OutlineAdapter, HasItsNewRowsInPlaceOfTheOldOnesAtOnceAfterAReload) {
   const QPoint first = widget.visualRect(group(0)).center();
   tree.groups.erase(tree.groups.begin());
@@ -310,6 +331,7 @@ TEST_F(OutlineAdapter, RevealsTheLastGroup) {
   QApplication::processEvents();
   EXPECT_TRUE(widget.isExpanded(group(202)));
   EXPECT_EQ(widget.indexAt({0, 0}), group(202));
+  EXPECT_EQ(widget.currentIndex(), group(202));
   EXPECT_FALSE(widget.selectionModel()->hasSelection());
 }
 

@@ -31,6 +31,15 @@ TEST_F(OutlineModel, HasNoRowsBelowAnItemThatIsNotExpandableWhateverTheDataSourc
   EXPECT_EQ(widget.model()->rowCount(entry(0, 0)), 0);
   EXPECT_TRUE(entry(0, 0).flags().testFlag(Qt::ItemNeverHasChildren));
   EXPECT_FALSE(group(0).flags().testFlag(Qt::ItemNeverHasChildren));
+  tree.addGroup("One", {"Entry"});
+  reload();
+  EXPECT_FALSE(group(3).flags().testFlag(Qt::ItemNeverHasChildren));
+}
+
+TEST_F(OutlineModel, HasNothingOutsideOfItsRowsAndColumns) {
+  for (const auto& [row, column] : {std::pair(-1, 0), {3, 0}, {0, -1}, {0, 3}})
+    EXPECT_EQ(widget.model()->index(row, column), QModelIndex()) << row << column;
+  EXPECT_EQ(widget.model()->rowCount(group(0).siblingAtColumn(1)), 0);
 }
 
 TEST_F(OutlineModel, GivesTheCellsTextExactlyAsTheDelegateSetIt) {

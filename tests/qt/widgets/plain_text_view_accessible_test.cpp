@@ -5,7 +5,9 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QPlainTextEdit>
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "qt/widgets/plain_text_view.h"
 
@@ -75,11 +77,18 @@ TEST_F(PlainTextViewAccessible, IsToAScreenReaderWhatTheToolkitsTextIs) {
     EXPECT_TRUE(state.readOnly && state.focusable && state.multiLine && state.selectableText);
     EXPECT_FALSE(state.editable);
   }
-  int begin = -1;
-  int end = -1;
-  const QString attributes = bus().attributes(2, &begin, &end);
-  EXPECT_EQ(attributes, other.textInterface()->attributes(2, &begin, &end));
-  EXPECT_EQ((std::pair{begin, end}), (std::pair{0, 4}));
+  for (const bool isBold : {false, true}) {
+    QFont font = view.font();
+    font.setBold(isBold);
+    font.setItalic(isBold);
+    view.setFont(font);
+    toolkits.setFont(font);
+    std::pair told(-1, -1);
+    std::pair expected(-1, -1);
+    EXPECT_EQ(bus().attributes(2, &told.first, &told.second),
+              interfaceOf(toolkits).textInterface()->attributes(2, &expected.first, &expected.second));
+    EXPECT_EQ(told, expected);
+  }
 }
 
 TEST_F(PlainTextViewAccessible, TellsCharactersAndLinesAsTheToolkitDoes) {
@@ -127,6 +136,8 @@ TEST_F(PlainTextViewAccessible, TellsWhatIsBeforeAndAfter) {
 TEST_F(PlainTextViewAccessible, TellsSignsForControlsButThoseOfDirectionAsTheyAre) {
   show("a\0\r\x7f\u202ex"s);
   EXPECT_EQ(bus().text(0, 6), QString::fromUtf16(u"a\u2400\u240d\u2421\u202ex"));
+  show("\u202ex");
+  EXPECT_EQ(bus().text(0, 2), QString::fromUtf16(u"\u202ex"));
 }
 
 TEST_F(PlainTextViewAccessible, SurvivesOffsetsThatAreNowhere) {
@@ -182,6 +193,23 @@ TEST_F(PlainTextViewAccessible, TellsWhereCharactersAreOnScreen) {
   EXPECT_FALSE(viewport.contains(bus().characterRect(1008)));
   bus().scrollToSubstring(1008, 1010);
   EXPECT_TRUE(viewport.contains(bus().characterRect(1008)));
+  show(std::string(1000, '\n'));
+  const auto lineIsInView = [&](int offset) {
+    return viewport.contains(bus().characterRect(offset).topLeft());
+  };
+  for (const int begin : {500, 100, 103}) {
+    bus().scrollToSubstring(begin, begin + 3);
+    EXPECT_TRUE(lineIsInView(begin) && lineIsInView(begin + 3)) << begin;
+  }
+  bus().scrollToSubstring(200, 900);
+  EXPECT_TRUE(lineIsInView(200)) << "its beginning where not all has room";
+}
+
+TEST_F(PlainTextViewAccessible, TellsTheBeginningOfAnEndlessText) {
+  for (const std::size_t size : {65535U, 65536U, 65537U}) {
+    show(std::string(size, 'x'));
+    EXPECT_EQ(qt::spokenBeginning(view.index()).size(), std::min<std::size_t>(size, 65536));
+  }
 }
 
 }  // namespace

@@ -309,6 +309,7 @@ TEST_F(PlainTextViewSelection, HasAMenuToCopyAndToSelectAll) {
   choose(0);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Safari Mail"));
   EXPECT_EQ(areEnabled, (std::vector{false, true}));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return view.findChild<QMenu*>() == nullptr; })) << "it has gone";
 }
 
 TEST_F(PlainTextViewSelection, MayGoWhileItsMenuIsOpen) {

@@ -165,6 +165,17 @@ TEST_F(DrawnOutline, HasAMatchInViewThatWouldBeCutOff) {
   EXPECT_EQ(marksAre("haystack"), 0);
 }
 
+TEST_F(DrawnOutline, CutsTheMiddleOfALongNameWhileThatHidesNoMatch) {
+  const std::string filling(200, 'x');
+  for (const char* const sought : {"", "begin", "haystack"}) {
+    widget.markMatches(QLatin1String(sought));
+    catalina->name = "Begin " + filling + " end";
+    const QImage before = picture();
+    catalina->name.back() = 'g';
+    EXPECT_FALSE(changedPart(before, picture()).isEmpty()) << sought;
+  }
+}
+
 TEST_F(DrawnOutline, MarksMatchesInWritingFromRightToLeft) {
   mojave->children[0]->name = "Mojave \u05d0\u05d1\u05d2";
   mojave->name = mojave->children[0]->name + " 10.14";
@@ -181,6 +192,7 @@ TEST_F(DrawnOutline, MarksMatchesInWritingFromRightToLeft) {
   const QRect version = marked(QStringLiteral("10.14"));
   EXPECT_TRUE(
       isAbout(version, QRect(right + boldWidth(" "), letters.top(), boldWidth("10.14"), letters.height())));
+  EXPECT_FALSE(marked(QStringLiteral("\u05d2 10")).isEmpty()) << "of both";
 }
 
 TEST_F(DrawnOutline, MarksMatchesThatHoldAControlOfWritingDirection) {
@@ -204,6 +216,17 @@ TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
             "<p>\u2068"
             "A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell\u2069</p>"
             "<p>What A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell is</p>");
+}
+
+TEST_F(DrawnOutline, AddsNothingToANameInATooltipThatNeedsNoDirection) {
+  mojave->name = "A name that is too long for its cell";
+  for (int column = 0; column < 3; ++column) widget.setColumnWidth(column, 60);
+  QApplication::processEvents();
+  const QPoint place = widget.visualRect(group(0)).center();
+  QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));
+  QApplication::sendEvent(widget.viewport(), &event);
+  EXPECT_EQ(QToolTip::text().toStdString(),
+            "<p>A name that is too long for its cell</p><p>What A name that is too long for its cell is</p>");
 }
 
 TEST_F(DrawnOutline, SaysWhereWasLookedWhenItIsEmptyWithoutMakingRowsOfIt) {
@@ -243,6 +266,7 @@ TEST_F(DrawnOutline, SaysItReadablyOnDarkWhereThePaletteNamesNoColourForIt) {
   for (int y = 0; y < image.height(); ++y)
     for (int x = 0; x < image.width(); ++x) lightest = std::max(lightest, image.pixelColor(x, y).lightness());
   EXPECT_GT(lightest, 120);
+  EXPECT_LT(lightest, 200) << "fainter than a row";
 }
 
 TEST_F(DrawnOutline, ToggleAGroupByReturn) {

@@ -133,9 +133,11 @@ TYPED_TEST(List, SaysInItsMiddleWhyItIsEmptyAndNothingWhereItIsNot) {
   EXPECT_TRUE(this->list.viewport()->rect().adjusted(margin - 1, 0, 1 - margin, 0).contains(lines));
   this->list.setPlaceholderText({});
   const QImage without = this->list.viewport()->grab().toImage();
-  this->list.setPlaceholderText(QString(1000, u'.'));
+  this->list.setPlaceholderText(QString(1000, u'l'));
   const QRect wide = changedPart(without, this->list.viewport()->grab().toImage());
   EXPECT_LT(wide.left(), margin + margin / 3) << "in all of the room";
+  EXPECT_TRUE(this->list.viewport()->rect().adjusted(margin - 1, 0, 1 - margin, 0).contains(wide))
+      << "broken where it must be";
   this->fill(1);
   EXPECT_TRUE(text().isEmpty());
 }
@@ -228,6 +230,7 @@ TYPED_TEST(List, CopiesAndOpensItsMenuByKeys) {
   ASSERT_NE(menu, nullptr);
   EXPECT_EQ(menu->actions(), QList{&action});
   QTest::keyClick(menu, Qt::Key_Escape);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return this->list.template findChild<QMenu*>() == nullptr; }));
 }
 
 // Columns.
@@ -264,6 +267,12 @@ TYPED_TEST(List, HasItsFrameAndColumnsAsWideAsTheirUsualTextsInEveryStyle) {
   this->list.setStyle(&style);
   EXPECT_EQ(this->list.frameWidth(), 11);
   EXPECT_EQ(this->header().sectionSize(0), this->list.fontMetrics().horizontalAdvance(date) + 4 * 21);
+  this->fill(1);
+  this->model.setItem(0, 0, new QStandardItem);
+  const QImage before = this->list.viewport()->grab().toImage();
+  this->model.item(0, 0)->setText(QStringLiteral("|"));
+  const QRect letter = changedPart(before, this->list.viewport()->grab().toImage());
+  EXPECT_GE(letter.left(), this->list.visualRect(this->model.index(0, 0)).left() + 21);
   this->list.setStyle(nullptr);
 }
 

@@ -75,6 +75,8 @@ TEST_F(TableAdapter, HasARowForEachOfTheDataSource) {
   for (const int section : {-1, 2})
     EXPECT_FALSE(widget.model()->headerData(section, Qt::Horizontal).isValid());
   EXPECT_FALSE(widget.model()->headerData(0, Qt::Vertical).isValid());
+  EXPECT_EQ(widget.model()->headerData(0, Qt::Horizontal, Qt::TextAlignmentRole),
+            QVariant(Qt::AlignLeft | Qt::AlignVCenter));
 }
 
 TEST_F(TableAdapter, DescribesARowWithItsFirstCellAlone) {
@@ -96,6 +98,17 @@ TEST_F(TableAdapter, ShowsMoreFewerAndOtherRowsAfterAReload) {
   EXPECT_EQ(text(0, 1), "Photos");
   reloadWith({});
   EXPECT_EQ(widget.model()->rowCount(), 0);
+}
+
+TEST_F(TableAdapter, TellsOfNoRowsThatComeOrGoWhereTheirNumberStays) {
+  const QSignalSpy come(widget.model(), &QAbstractItemModel::rowsInserted);
+  const QSignalSpy gone(widget.model(), &QAbstractItemModel::rowsRemoved);
+  const QSignalSpy changed(widget.model(), &QAbstractItemModel::dataChanged);
+  reloadWith({"Photos", "Notes", "Mail"});
+  EXPECT_EQ(come.count() + gone.count(), 0);
+  ASSERT_EQ(changed.count(), 1);
+  EXPECT_EQ(changed.at(0).at(0).toModelIndex(), cell(0, 0));
+  EXPECT_EQ(changed.at(0).at(1).toModelIndex(), cell(2, 1));
 }
 
 TEST_F(TableAdapter, SelectsARowAloneAndBringsItIntoView) {
