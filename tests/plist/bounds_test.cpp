@@ -206,7 +206,8 @@ TEST(Heap, takesForAnotherEncodingWhatTheTextTakesInUtf8) {
   };
   expectPeakOfXml(hex("FE FF") + inString(hex("20 AC"), 2), "\u20AC");
   expectPeakOfXml(hex("00 00 FE FF") + inString(hex("00 01 F6 00"), 4), "\U0001F600");
-  expectPeakOfXml("<?xml version='1.0' encoding='ISO-8859-1'?>" + inString("\xE9\xE9 ", 1), "\u00E9\u00E9 ");
+  expectPeakOfXml("<?xml version='1.0' encoding='ISO-8859-1'?>" + inString("\xE9\xE9\xE9 a", 1),
+                  "\u00E9\u00E9\u00E9 a");
   const std::string text = hex("6F 12") + bigEndianBytes(count, 4) + repeated(hex("20 AC"), count);
   expectPeak(BinaryPlist{.objects = {text}, .offsetWidth = 4}.bytes(), 3 * count);
 }
