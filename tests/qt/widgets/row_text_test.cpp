@@ -53,6 +53,11 @@ TEST_F(RowText, HasABlankForATabOrALineEndInsideACell) {
   EXPECT_EQ(text({book->index()}), " tabs and line  ends     \u202e\u00a0\tnew\n");
 }
 
+TEST_F(RowText, KeepsOtherControlsInsideACell) {
+  book->setText(QStringLiteral("a\u0001b\u0008c\u000ed\u0086e"));
+  EXPECT_EQ(text({book->index()}), "a\u0001b\u0008c\u000ed\u0086e\tnew\n");
+}
+
 TEST_F(RowText, DoesNotExistOfNoRows) { EXPECT_EQ(qt::rowsAsMimeData({}), nullptr); }
 
 TEST_F(RowText, StaysAsItWasWhenTheRowsChange) {

@@ -12,6 +12,7 @@
 #include <QTest>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace pelmarix::test {
@@ -70,6 +71,8 @@ TEST_F(TableAdapter, HasARowForEachOfTheDataSource) {
   ASSERT_EQ(widget.model()->rowCount(), 3);
   EXPECT_EQ(text(0, 0), "today");
   EXPECT_EQ(text(2, 1), "Maps");
+  EXPECT_EQ(widget.model()->columnCount(), 2);
+  EXPECT_EQ(widget.model()->columnCount(cell(0, 0)), 0);
   EXPECT_EQ(widget.model()->headerData(0, Qt::Horizontal), QVariant(QStringLiteral("Date")));
   EXPECT_EQ(widget.model()->headerData(1, Qt::Horizontal), QVariant(QStringLiteral("Package")));
   for (const int section : {-1, 2})
@@ -109,6 +112,9 @@ TEST_F(TableAdapter, TellsOfNoRowsThatComeOrGoWhereTheirNumberStays) {
   ASSERT_EQ(changed.count(), 1);
   EXPECT_EQ(changed.at(0).at(0).toModelIndex(), cell(0, 0));
   EXPECT_EQ(changed.at(0).at(1).toModelIndex(), cell(2, 1));
+  reloadWith({"Photos"});
+  reloadWith({"Mail"});
+  EXPECT_EQ(changed.count(), 3) << "of a single row, too";
 }
 
 TEST_F(TableAdapter, SelectsARowAloneAndBringsItIntoView) {
@@ -116,6 +122,7 @@ TEST_F(TableAdapter, SelectsARowAloneAndBringsItIntoView) {
   widget.selectAll();
   table.selectRow(80);
   EXPECT_EQ(table.selectedRow(), 80);
+  EXPECT_EQ(widget.currentIndex(), cell(80, 0));
   EXPECT_EQ(widget.selectionModel()->selectedRows(), QModelIndexList{cell(80, 0)});
   EXPECT_TRUE(widget.viewport()->rect().contains(widget.visualRect(cell(80, 0)).center()));
   table.selectRow(100);
@@ -137,6 +144,13 @@ TEST_F(TableAdapter, TakesTheRowWithTheFocusAmongSeveralSelectedOnes) {
   widget.selectionModel()->setCurrentIndex(cell(2, 0), QItemSelectionModel::NoUpdate);
   EXPECT_EQ(table.selectedRow(), 2);
   widget.selectionModel()->select(cell(2, 0), QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+  EXPECT_EQ(table.selectedRow(), 0);
+  // The first of those that are selected, in whatever order they have been.
+  widget.clearSelection();
+  constexpr auto add = QItemSelectionModel::Select | QItemSelectionModel::Rows;
+  reloadWith({"Safari", "Mail", "Maps", "Notes", "Photos"});
+  for (const int row : {2, 0, 4}) widget.selectionModel()->select(cell(row, 0), add);
+  widget.selectionModel()->setCurrentIndex(cell(3, 0), QItemSelectionModel::NoUpdate);
   EXPECT_EQ(table.selectedRow(), 0);
 }
 
@@ -424,6 +438,13 @@ TEST_F(TableAdapter, FindsTextAheadWithoutGoingRound) {
   using enum qt::SearchDirection;
   EXPECT_FALSE(widget.selectMatchAhead(QStringLiteral("MA"), upToSelection, forward))
       << "nothing is selected";
+  for (const auto& [start, direction, row] :
+       {std::tuple(pastSelection, forward, 1), {atSelection, forward, 1}, {pastSelection, backward, 2}}) {
+    widget.setCurrentIndex({});  // where the keyboard has never been
+    EXPECT_FALSE(widget.selectMatchAhead(QStringLiteral("MA"), upToSelection, direction));
+    EXPECT_TRUE(widget.selectMatchAhead(QStringLiteral("MA"), start, direction));
+    EXPECT_EQ(table.selectedRow(), row);
+  }
   EXPECT_TRUE(widget.selectMatchAhead(QStringLiteral("MA"), atEdge, backward));
   EXPECT_EQ(table.selectedRow(), 2);
   EXPECT_FALSE(widget.selectMatchAhead(QStringLiteral("MA"), pastSelection, forward));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
@@ -275,6 +276,54 @@ TEST_F(TextPane, DrawsAsMuchOfALineOfManyPartsAsIsInView) {
   }
 }
 
+TEST_F(TextPane, DrawsItsLettersInTheColourOfTexts) {
+  QPalette palette;
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::Text, Qt::red);
+  palette.setColor(QPalette::WindowText, Qt::blue);
+  view.setPalette(palette);
+  show("WWWW");
+  const QImage image = picture();
+  int red = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) {
+      EXPECT_EQ(image.pixelColor(x, y).red(), 255);
+      if (image.pixelColor(x, y).green() < 128) ++red;
+    }
+  EXPECT_GT(red, 0);
+}
+
+TEST_F(TextPane, HasItsFrameInEveryStyle) {
+  class ThickFrames final : public QProxyStyle {
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+      return metric == PM_DefaultFrameWidth ? 11 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+  };
+  ThickFrames style;
+  view.setStyle(&style);
+  EXPECT_EQ(view.frameWidth(), 11);
+  view.setStyle(nullptr);
+}
+
+TEST_F(TextPane, LaysOutLinesThatAreJustAsLongAsAPart) {
+  for (const std::size_t size : {partSize - 2, partSize - 1, partSize, partSize + 1}) {
+    show(std::string(size, 'x') + "\n" + std::string(size, 'x'));
+    for (const std::size_t end : {size, 2 * size + 1}) {
+      EXPECT_NEAR(view.xOf(end), static_cast<double>(size) * view.xOf(1), 1) << size;
+      EXPECT_EQ(view.placeInLine(view.index().lineAt(end), 1e6), end) << size;
+      EXPECT_EQ(view.placeInLine(view.index().lineAt(end), view.xOf(end - 1) + 1), end - 1) << size;
+    }
+  }
+}
+
+TEST_F(TextPane, FindsAPlaceInTheSecondLineOfLongOnes) {
+  show(std::string(3 * partSize, 'x') + "\n" + std::string(3 * partSize, 'x'));
+  const std::size_t begin = lineBegin(1);
+  EXPECT_EQ(view.xOf(begin), 0);
+  EXPECT_NEAR(view.xOf(begin + 10), 10 * view.xOf(1), 1);
+  EXPECT_EQ(view.placeInLine(1, 10.2 * view.xOf(1)), begin + 10);
+}
+
 TEST_F(TextPane, MarksAMatchWhereOnePartOfALongLineEnds) {
   std::string text(3 * partSize, '.');
   text.replace(partSize - 2, 4, "here");
@@ -335,6 +384,9 @@ TEST_F(TextPane, HasItsColumnsAsSoonAsItIsToldOfThem) {
   EXPECT_NE(view.xOf(8), date);
   EXPECT_NEAR(view.xOf(8), view.xOf(8 + 4 + 19), 0.1) << "dates begin below each other";
   EXPECT_FALSE(changedPart(before, picture()).isEmpty());
+  show("./a name that is longer than the others\t1\tMon\n./one\t1\tTue");
+  EXPECT_NEAR(view.xOf(42), view.xOf(42 + 4 + 8), 0.1) << "those of another text, too";
+  EXPECT_GT(view.xOf(42), date * 2);
 }
 
 }  // namespace
