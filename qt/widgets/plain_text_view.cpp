@@ -43,7 +43,6 @@ class PartOfText final : public QMimeData {
 
 PlainTextView::PlainTextView(QWidget* parent) : TextPane(parent) {
   installAccessibleTexts();
-  setFocusPolicy(Qt::StrongFocus);
   viewport()->setCursor(Qt::IBeamCursor);
 }
 

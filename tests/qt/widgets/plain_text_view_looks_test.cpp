@@ -199,6 +199,8 @@ TEST_F(PlainTextViewLooks, TellsTheLineOfTheMatchAndOfAnEndlessLineWhatComesFrom
   show("first\nsecond line\nthird");
   EXPECT_EQ(told(9, 12), "second line");
   EXPECT_EQ(told(12, 9), "second line");
+  show(std::string(600, '\n') + "one line");
+  EXPECT_EQ(told(604, 608), "one line") << "far down";
   const std::string before(1000, 'a');
   const std::string after(3000, 'b');
   show(before + "match" + after);
@@ -255,6 +257,8 @@ TEST_F(PlainTextViewLooks, TakesAThirdClickForOneOnlySoonAndInTheSamePlace) {
   using namespace std::chrono_literals;
   const qt::TextRange line{0, 34};
   EXPECT_EQ(doubleClickAndClick(pointAt(5), pointAt(5), 0ms), line);
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, pointAt(5));
+  EXPECT_EQ(view.selection(), (qt::TextRange{5, 5})) << "a fourth is one by itself";
   EXPECT_EQ(
       doubleClickAndClick(pointAt(5), pointAt(5) + QPoint(QApplication::startDragDistance() - 1, 0), 0ms),
       line);

@@ -130,6 +130,55 @@ TEST_F(PlainTextViewSelection, GoesAndSelectsByPageAndToTheEnds) {
   EXPECT_EQ(selected(), "");
 }
 
+TEST_F(PlainTextViewSelection, StaysInTheFirstAndInTheLastLine) {
+  show("0123456789\n0123456789");
+  view.select(5, 5);
+  press(Qt::Key_Up);
+  EXPECT_EQ(view.caret(), 5U);
+  press(Qt::Key_PageUp);
+  EXPECT_EQ(view.caret(), 5U);
+  press(Qt::Key_Down, {}, 2);
+  EXPECT_EQ(view.caret(), 16U);
+  press(Qt::Key_PageDown);
+  EXPECT_EQ(view.caret(), 16U);
+}
+
+TEST_F(PlainTextViewSelection, ScrollsByPagesOfTwoLinesToo) {
+  const int lineHeight = static_cast<int>(view.rectOf(0).height());
+  view.resize(view.width(), view.height() - view.viewport()->height() + 4 + 2 * lineHeight);
+  show(std::string(100, '\n'));
+  press(Qt::Key_PageDown);
+  EXPECT_EQ(view.caret(), 2U);
+  EXPECT_EQ(view.verticalScrollBar()->value(), 2);
+}
+
+TEST_F(PlainTextViewSelection, KeepsWhatIsSelectedUnderAPressOnItsFirstLetterToo) {
+  show("Safari Mail");
+  view.select(7, 11);
+  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointAt(7));
+  EXPECT_EQ(selected(), "Mail");
+  release(pointAt(7));
+  EXPECT_EQ(selected(), "");
+  view.select(0, 6);
+  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointAt(6));
+  EXPECT_EQ(selected(), "") << "behind it";
+  release(pointAt(6));
+}
+
+TEST_F(PlainTextViewSelection, SelectsOnFromWhereShiftIsHeldWithTheMouse) {
+  show("Safari\nMail\n");
+  click(2);
+  QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::ShiftModifier, pointAt(4));
+  moveTo(pointAt(9));
+  EXPECT_EQ(selected(), "fari\nMa");
+  release(pointAt(9));
+}
+
+TEST_F(PlainTextViewSelection, IsReachedByTheKeyboardAndHasAMouseForTexts) {
+  EXPECT_EQ(view.focusPolicy(), Qt::StrongFocus);
+  EXPECT_EQ(view.viewport()->cursor().shape(), Qt::IBeamCursor);
+}
+
 TEST_F(PlainTextViewSelection, SelectsAllWithoutScrolling) {
   show(std::string(1000, '\n'));
   view.verticalScrollBar()->setValue(10);
@@ -175,11 +224,16 @@ TEST_F(PlainTextViewSelection, SelectsWordsByADoubleClickAndDraggingOn) {
   show("macOS Mojave update");
   doubleClick(8);
   EXPECT_EQ(selected(), "Mojave");
+  EXPECT_EQ(view.caret(), 12U) << "at its end";
   moveTo(pointAt(14));
   EXPECT_EQ(selected(), "Mojave update");
   moveTo(pointAt(2));
   EXPECT_EQ(selected(), "macOS Mojave");
   release(pointAt(2));
+  doubleClick(8);
+  release(pointAt(8));
+  click(14, Qt::ShiftModifier);
+  EXPECT_EQ(selected(), "Mojave u") << "by characters again";
 }
 
 TEST_F(PlainTextViewSelection, SelectsTheLastWordByADoubleClickOnItsLastLetter) {
