@@ -369,6 +369,10 @@ TEST_F(OutlineAdapter, FindsTextInEntriesThatCollapsedGroupsHideInBothDirections
   widget.collapseAll();
   for (auto row = others.rbegin(); row != others.rend(); ++row) EXPECT_EQ(found(backward), *row);
   EXPECT_EQ(found(backward), "Mojave");
+  tree.addGroup("One", {"Needle"});
+  reload();
+  EXPECT_TRUE(widget.selectMatch(QStringLiteral("needle"), pastSelection, forward));
+  EXPECT_EQ(widget.currentIndex(), entry(3, 0)) << "that is alone in its group";
 }
 
 TEST_F(OutlineAdapter, CopiesTheSelectedRowsOfAllGroupsAsTheyStandAndLeavesTheClipboardWithNoneSelected) {
