@@ -90,6 +90,7 @@ const std::vector<Accepted> scalars = {
      "[true, false, true, false]"},
     {"AnInteger", "<integer>42</integer>", "42"},
     {"AnIntegerWithLeadingSpace", "<integer> \n\t42</integer>", "42"},
+    {"AnIntegerWithAnySpaceAhead", "<integer>\r\f\v42</integer>", "42"},
     {"APositiveSign", "<integer>+42</integer>", "42"},
     {"ANegativeInteger", "<integer>-42</integer>", "-42"},
     {"SpaceAfterASign", "<integer>- 42</integer>", "-42"},
@@ -106,9 +107,10 @@ const std::vector<Accepted> scalars = {
     {"ARealThatEndsInAPoint", "<real>3.</real>", "real 3"},
     {"ARealThatBeginsWithAPoint", "<real>+.5</real>", "real 0.5"},
     {"AnExponent", "<real>125E-2</real>", "real 1.25"},
+    {"AnExponentOfOneDigit", "<real>5e2</real>", "real 500"},
     {"ARealWithLeadingSpace", "<real> \n1.5</real>", "real 1.5"},
     {"AReferenceInAReal", "<real>1&#46;5</real>", "real 1.5"},
-    {"NotANumberInAnyCase", "<array><real>nan</real><real>NaN</real></array>", "[real nan, real nan]"},
+    {"NotANumberInAnyCase", "<array><real>nan</real><real>NAN</real></array>", "[real nan, real nan]"},
     {"InfinityInAnyCase",
      "<array><real>inf</real><real>+INF</real><real>-Infinity</real><real>infinity</real></array>",
      "[real inf, real inf, real -inf, real inf]"},
@@ -123,7 +125,9 @@ const std::vector<Accepted> scalars = {
     {"DataOverSeveralLines", "<data>\n\taGVs\n\tbG8=\n\t</data>", "data 68656c6c6f"},
     {"OtherAsciiCharactersInDataSkipped", "<data>a-G*V.s!</data>", "data 68656c"},
     {"AnIncompleteLastGroupOfDataDropped", "<data>aGVsbG</data>", "data 68656c"},
-    {"DataInSeveralPaddedPieces", "<data>aA==aQ==</data>", "data 6869"},
+    {"DataInSeveralPaddedPieces", "<data>aA==aQ==aGVs</data>", "data 686968656c"},
+    {"PaddingWithinAGroupOfDataAsZeros", "<data>aA=A</data>", "data 680000"},
+    {"SpaceWithinPaddingOfData", "<data>aA=\n=</data>", "data 68"},
 };
 INSTANTIATE_TEST_SUITE_P(Scalar, XmlAccepts, testing::ValuesIn(scalars), nameOfRow<Accepted>);
 
