@@ -176,6 +176,7 @@ const std::vector<Refused> scalars = {
     date("ASpaceAfterADate", "2019-03-26T10:11:12Z "),
     date("ASpaceForTheT", "2019-03-26 10:11:12Z"),
     date("LowerCaseInADate", "2019-03-26t10:11:12z"),
+    date("APointBehindAYear", "2019.03-26T10:11:12Z"),
     date("AOneDigitMonth", "2019-3-26T10:11:12Z"),
     date("AOneDigitDay", "2019-03-6T10:11:12Z"),
     date("AOneDigitHour", "2019-03-26T1:11:12Z"),

@@ -322,14 +322,15 @@ TYPED_TEST(List, HasRowsAHalfLetterHigherThanTheirLettersInEverySize) {
     return this->list.visualRect(this->model.index(1, 0)).top() -
            this->list.visualRect(this->model.index(0, 0)).top();
   };
+  const auto usual = [this] { return this->list.fontMetrics().lineSpacing() * 5 / 4; };
   // A header's own least height may be a little more than that of small letters.
-  EXPECT_NEAR(rowHeight(), this->list.fontMetrics().lineSpacing() * 5 / 4, 1);
+  EXPECT_NEAR(rowHeight(), usual(), 1);
   for (const double size : {13.0, 20.0}) {
     QFont font = this->list.font();
     font.setPointSizeF(size);
     this->list.setFont(font);
     QApplication::processEvents();
-    EXPECT_EQ(rowHeight(), this->list.fontMetrics().lineSpacing() * 5 / 4);
+    EXPECT_EQ(rowHeight(), usual());
   }
 }
 
