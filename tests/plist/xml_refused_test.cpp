@@ -145,6 +145,7 @@ const std::vector<Refused> scalars = {
     integer("AnIntegerOfSpaceOnly", " "),
     integer("AnIntegerOfASignOnly", "-"),
     integer("TwoSigns", "+-1"),
+    integer("ABackspaceBeforeAnInteger", "\b42"),
     integer("AnIntegerWithTrailingSpace", "42 "),
     integer("AHexadecimalPrefixAlone", "0x"),
     integer("AnIntegerWithAFraction", "4.2"),
