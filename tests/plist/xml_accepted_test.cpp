@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <locale>
+
 #include "tests/plist/describe.h"
 
 namespace pelmarix::plist {
@@ -90,10 +92,13 @@ const std::vector<Accepted> scalars = {
      "[true, false, true, false]"},
     {"AnInteger", "<integer>42</integer>", "42"},
     {"AnIntegerWithLeadingSpace", "<integer> \n\t42</integer>", "42"},
+    {"SpaceBehindASign", "<integer>- 42</integer>", "-42"},
+    {"SpaceBeforeASign", "<integer> -42</integer>", "-42"},
     {"AnIntegerWithAnySpaceAhead", "<integer>\r\f\v42</integer>", "42"},
     {"APositiveSign", "<integer>+42</integer>", "42"},
     {"ANegativeInteger", "<integer>-42</integer>", "-42"},
     {"SpaceAfterASign", "<integer>- 42</integer>", "-42"},
+    {"SpaceBeforeASign", "<integer> -42</integer>", "-42"},
     {"LeadingZeros", "<integer>0000000000000000000000000042</integer>", "42"},
     {"NegativeZero", "<integer>-0</integer>", "0"},
     {"AHexadecimalInteger", "<integer>0xfF</integer>", "255"},
@@ -200,6 +205,15 @@ TEST(XmlString, mayHaveTenMillionBytes) {
   const Result<Document, Error> document = Document::decode(file);
   ASSERT_TRUE(document);
   EXPECT_EQ(document->root().string(), text);
+}
+
+TEST(XmlReal, hasAPointInEveryLocale) {
+  struct WithComma : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+  };
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new WithComma));
+  EXPECT_EQ(decoded("<real>1.5</real>"), "real 1.5");
+  std::locale::global(before);
 }
 
 }  // namespace
