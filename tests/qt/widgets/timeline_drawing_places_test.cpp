@@ -463,6 +463,15 @@ TEST_F(TimelineDrawingPlaces, TellsAGapToOneSideWhereALongerOneIsInTheWay) {
   EXPECT_TRUE(told(700 - taken - blank - wide + 3, wide + 4).isEmpty()) << "there is a blank between them";
 }
 
+TEST_F(TimelineDrawingPlaces, TellsTheFirstOfTwoGapsOfOneLengthWhereOnlyOneHasRoom) {
+  picture.gaps = {{500, 510, ""}, {515, 525, ""}};
+  const auto isTold = [this](std::size_t gap) {
+    return !drawnBy([&] { picture.gaps[gap].words = "40 days"; }).isEmpty();
+  };
+  EXPECT_TRUE(isTold(0));
+  EXPECT_FALSE(isTold(1));
+}
+
 TEST_F(TimelineDrawingPlaces, TellsWhatIsUnderAPoint) {
   picture.bands = {{0, 400, "Mojave", false}, {400, 1000, "Catalina", true}};
   picture.gaps = {{300, 350, "40 days"}};
