@@ -10,7 +10,7 @@
 namespace pelmarix::posix {
 namespace {
 
-/// What the helper program beside this one received, having taken this program's place. This one had the
+/// What the program beside this one received, having taken this program's place. This one had the
 /// volume `inherited` in its environment.
 std::string receivedByCompanion(const std::string& volume, const char* inherited = nullptr) {
   const test::TemporaryFolder folder;
