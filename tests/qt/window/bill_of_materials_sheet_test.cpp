@@ -250,6 +250,8 @@ TEST_F(BillOfMaterialsSheet, CopiesThePathsOfAllFilesOrOfThoseThatAreSelected) {
   EXPECT_EQ(copied(), "./a b\n./c\td\n");
   text->select(0, lister.output.find("./c"));
   EXPECT_EQ(copied(), "./a b\n") << "the selection ends where the next line begins";
+  text->select(lister.output.find("./c"), lister.output.find("./c") + 1);
+  EXPECT_EQ(copied(), "./c\td\n") << "one letter is enough";
   EXPECT_EQ(listing(*sheet()), lister.output);
 }
 

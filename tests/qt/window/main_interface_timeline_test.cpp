@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 
 #include <QClipboard>
+#include <QFileDialog>
 #include <QImage>
 #include <QMenu>
 
 #include "qt/widgets/timeline_strip.h"
+#include "qt/window/file_save_panel.h"
 #include "tests/qt/window/main_interface_fixture.h"
 
 namespace pelmarix::test {
@@ -171,6 +173,18 @@ TEST_F(TimelineOfTheWindow, SavesItsPictureAsItWasWhenItWasAskedFor) {
   savePanels.back()->chosenPath = "/timeline.png";
   savePanels.back()->completionHandler(platform::modalResponseCancel);
   EXPECT_EQ(fileManager.files.count("/timeline.png"), 0U);
+}
+
+TEST_F(TimelineOfTheWindow, BringsThePanelForItsPictureThatIsOpenToTheFront) {
+  services.services.makeSavePanel = [this] { return std::make_shared<qt::FileSavePanel>(&window()); };
+  showHigh();
+  choose("actionSavePicture");
+  window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  choose("actionSavePicture");
+  const QList<QFileDialog*> panels = window().findChildren<QFileDialog*>();
+  ASSERT_EQ(panels.size(), 1);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(panels[0]));
 }
 
 TEST_F(TimelineOfTheWindow, OffersItsPictureInItsMenu) {
