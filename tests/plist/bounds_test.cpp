@@ -185,6 +185,19 @@ TEST(Heap, takesForABinaryFileLittleMoreThanOneNodePerObject) {
   EXPECT_LE(peakOfDecoding(file), 20 * std::size_t{200000});
 }
 
+void expectPeak(const std::string& file, std::size_t peak) {
+  EXPECT_TRUE(Document::decode(file));
+  EXPECT_GE(peakOfDecoding(file), peak);
+  EXPECT_LE(peakOfDecoding(file), peak + 1000);
+}
+
+TEST(Heap, takesForATextWithReferencesNoMoreThanItsLength) {
+  const std::string letters = repeated(std::string(100'000, 'x') + "&lt;", 5);
+  const std::string plain = repeated("x", letters.size());
+  expectPeak("<string>" + letters + "</string>",
+             peakOfDecoding("<string>" + plain + "</string>") + letters.size());
+}
+
 TEST(Heap, takesForAnotherEncodingWhatTheTextTakesInUtf8) {
   constexpr std::size_t count = 300'000;
   const auto inString = [](const std::string& letter, std::size_t width) {
@@ -194,11 +207,6 @@ TEST(Heap, takesForAnotherEncodingWhatTheTextTakesInUtf8) {
       return bytes;
     };
     return wide("<string>") + repeated(letter, count) + wide("</string>");
-  };
-  const auto expectPeak = [](const std::string& file, std::size_t peak) {
-    EXPECT_TRUE(Document::decode(file));
-    EXPECT_GE(peakOfDecoding(file), peak);
-    EXPECT_LE(peakOfDecoding(file), peak + 1000);
   };
   const auto expectPeakOfXml = [&](const std::string& file, const std::string& letter) {
     const std::string text = inString(letter, 1);

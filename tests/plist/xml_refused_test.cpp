@@ -15,6 +15,7 @@ const std::vector<Refused> documents = {
     {"ADeclarationOnly", "<?xml version=\"1.0\"?>", Reason::noObject},
     {"AnEmptyPlistTag", "<plist/>", Reason::noObject},
     {"AnEmptyPlistElement", "<plist></plist>", Reason::noObject},
+    {"AnEmptyPlistElementBeforeAnObject", "<plist></plist><true/>", Reason::noObject},
     {"TwoObjectsInAPlist", "<plist><true/><false/></plist>", Reason::severalObjects},
     {"TextBeforeTheRoot", "text<plist><true/></plist>", Reason::unexpectedText},
     {"TextInAnArray", "<array>text</array>", Reason::unexpectedText},
