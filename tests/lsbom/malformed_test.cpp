@@ -391,6 +391,16 @@ TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreLongerThanAnyList
   EXPECT_EQ(failureOf(withSize(bytesWithPathsOf(most + 1), size)).fault, Fault::tooMuchSharing);
 }
 
+TEST(MalformedBillOfMaterials, IsRefusedForLeavesThatTogetherHaveMorePathsThanThereAreBlocks) {
+  EditableBom bom(entries, {.pathsPerNode = 3});
+  const std::uint32_t second = bom.childNode(bom.rootNode(), 1);
+  const std::uint32_t paths = bom.u32(bom.index()) - 2;
+  bom.setU16(bom.block(second) + 2, paths).setU32(bom.tree() + 16, 3 + paths);
+  const Failure failure = failureOf(bom.bytes);
+  EXPECT_EQ(failure.fault, Fault::idTwice);
+  EXPECT_EQ(failure.offset, bom.block(second) + 12);
+}
+
 TEST(MalformedBillOfMaterials, IsRefusedForPathsThatAreTheSameInAll) {
   const std::vector<BomEntry> files(1000, {.path = "file"});
   EditableBom bom(files, {.pathsPerNode = 1000});
