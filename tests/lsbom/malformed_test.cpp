@@ -418,6 +418,13 @@ TEST(MalformedBillOfMaterials, TakesNoMoreMemoryForLargeIds) {
   }
 }
 
+TEST(MalformedBillOfMaterials, TellsWhereInItsHeaderTheDamageIs) {
+  const std::string bytes = EditableBom(entries).bytes;
+  EXPECT_EQ(failureOf(bytes.substr(0, 31)).offset, 0U);
+  EXPECT_EQ(failureOf("b" + bytes).offset, 0U) << "its magic";
+  EXPECT_EQ(failureOf(EditableBom(entries).setU32(8, 2).bytes).offset, 8U) << "its version";
+}
+
 TEST(MalformedBillOfMaterials, TellsWhereTheDamageIs) {
   EditableBom bom(entries);
   bom.setU32(nameOf(bom, lastPath), 7);
