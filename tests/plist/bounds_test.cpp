@@ -315,6 +315,10 @@ TEST(Overlap, isNotTheReasonWhereAnObjectIsLongerThanTheFile) {
   file.objects[0] += bigEndianBytes(2, 1);
   file.furtherOffsets.assign(15, 8 + file.objects[0].size());
   EXPECT_EQ(refusal(file.bytes()), Reason::objectTooLong);
+
+  const BinaryPlist wide{
+      .objects = {hex("AF 12") + bigEndianBytes(2'000'000, 4), text}, .offsetWidth = 4, .referenceWidth = 8};
+  EXPECT_EQ(refusal(wide.bytes()), Reason::objectTooLong);
 }
 
 TEST(Release, ofAnEndlesslySharedFileIsImmediate) {
