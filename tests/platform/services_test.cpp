@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "platform/background_task.h"
 #include "platform/file_manager.h"
 #include "platform/save_panel.h"
@@ -46,6 +51,19 @@ TEST(Services, MakeWhatIsMadeAnew) {
   platform::BackgroundTask::make();
   platform::SavePanel::make();
   EXPECT_EQ(made, "pipe task background task save panel");
+}
+
+TEST(Services, TakeWhatTheyAreTold) {
+  test::TestServices services;
+  std::vector<std::function<void()>> dispatched;
+  std::string told;
+  services.services.dispatchAsyncToMainQueue = [&](auto block) { dispatched.push_back(std::move(block)); };
+  services.services.tellSaved = [&](const std::string& path) { told += path; };
+  platform::dispatchAsyncToMainQueue([&] { told += ", run"; });
+  platform::tellSaved("/report.txt");
+  ASSERT_EQ(dispatched.size(), 1U);
+  dispatched[0]();
+  EXPECT_EQ(told, "/report.txt, run");
 }
 
 /// Composes the two letters that these tests use.
