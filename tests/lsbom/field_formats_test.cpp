@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <utility>
 
 namespace pelmarix::lsbom {
 namespace {
@@ -10,6 +12,18 @@ namespace {
 std::string timeOf(std::uint32_t seconds) {
   const auto form = classicTime(seconds);
   return {form.data(), form.size()};
+}
+
+TEST(SymbolicMode, HasALetterForEachBitOfItsOwn) {
+  const std::string all = "-rwxrwxrwx";
+  for (std::size_t place = 1; place < all.size(); ++place) {
+    const auto bit = static_cast<std::uint16_t>(1 << (9 - place));
+    std::string alone = "----------";
+    std::string others = all;
+    std::swap(alone[place], others[place]);
+    EXPECT_EQ(symbolicMode(static_cast<std::uint16_t>(0100000 | bit)), alone);
+    EXPECT_EQ(symbolicMode(static_cast<std::uint16_t>(0100777 & ~bit)), others);
+  }
 }
 
 TEST(SymbolicMode, NamesTheType) {
