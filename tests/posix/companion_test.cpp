@@ -16,7 +16,7 @@ std::string receivedByCompanion(const std::string& volume, const char* inherited
   const test::TemporaryFolder folder;
   const std::string printed = folder.addFile("printed");
   const std::string failure = test::inChild([&]() -> std::string {
-    if (inherited)
+    if (inherited != nullptr)
       setenv("PELMARIX_VOLUME", inherited, 1);
     else
       unsetenv("PELMARIX_VOLUME");

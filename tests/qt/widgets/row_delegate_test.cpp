@@ -49,6 +49,14 @@ class DrawnOutline : public OutlineOfATree {
     QApplication::processEvents();
     return widget.viewport()->grab().toImage();
   }
+  std::string tooltipOfCutOffName() {
+    for (int column = 0; column < 3; ++column) widget.setColumnWidth(column, 60);
+    QApplication::processEvents();
+    const QPoint place = widget.visualRect(group(0)).center();
+    QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(widget.viewport(), &event);
+    return QToolTip::text().toStdString();
+  }
   // As wide as the name of a group is drawn.
   int boldWidth(const std::string& text) const {
     QFont bold = widget.font();
@@ -207,12 +215,7 @@ TEST_F(DrawnOutline, MarksMatchesThatHoldAControlOfWritingDirection) {
 
 TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
   mojave->name = "A name that is too long \u202e<b>for</b> its cell";
-  for (int column = 0; column < 3; ++column) widget.setColumnWidth(column, 60);
-  QApplication::processEvents();
-  const QPoint place = widget.visualRect(group(0)).center();
-  QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));
-  QApplication::sendEvent(widget.viewport(), &event);
-  EXPECT_EQ(QToolTip::text().toStdString(),
+  EXPECT_EQ(tooltipOfCutOffName(),
             "<p>\u2068"
             "A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell\u2069</p>"
             "<p>What A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell is</p>");
@@ -220,12 +223,7 @@ TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
 
 TEST_F(DrawnOutline, AddsNothingToANameInATooltipThatNeedsNoDirection) {
   mojave->name = "A name that is too long for its cell";
-  for (int column = 0; column < 3; ++column) widget.setColumnWidth(column, 60);
-  QApplication::processEvents();
-  const QPoint place = widget.visualRect(group(0)).center();
-  QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));
-  QApplication::sendEvent(widget.viewport(), &event);
-  EXPECT_EQ(QToolTip::text().toStdString(),
+  EXPECT_EQ(tooltipOfCutOffName(),
             "<p>A name that is too long for its cell</p><p>What A name that is too long for its cell is</p>");
 }
 

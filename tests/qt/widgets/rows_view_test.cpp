@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMenu>
-#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -15,6 +14,7 @@
 #include "qt/widgets/table_widget.h"
 #include "tests/qt/widgets/paintings.h"
 #include "tests/qt/widgets/pictures.h"
+#include "tests/qt/widgets/thick_frames.h"
 
 namespace pelmarix::test {
 namespace {
@@ -255,10 +255,9 @@ TYPED_TEST(List, HasColumnsAsWideAsTheirUsualTextsInEverySizeOfLetters) {
 }
 
 TYPED_TEST(List, HasItsFrameAndColumnsAsWideAsTheirUsualTextsInEveryStyle) {
-  class WideMargins final : public QProxyStyle {
+  class WideMargins final : public ThickFrames {
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-      if (metric == PM_DefaultFrameWidth) return 11;
-      return metric == PM_FocusFrameHMargin ? 20 : QProxyStyle::pixelMetric(metric, option, widget);
+      return metric == PM_FocusFrameHMargin ? 20 : ThickFrames::pixelMetric(metric, option, widget);
     }
   };
   const QString date = QStringLiteral("2019-03-25");

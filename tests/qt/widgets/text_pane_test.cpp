@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QProxyStyle>
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
@@ -11,6 +10,7 @@
 
 #include "qt/widgets/plain_text_view.h"
 #include "tests/qt/widgets/pictures.h"
+#include "tests/qt/widgets/thick_frames.h"
 
 namespace pelmarix::test {
 namespace {
@@ -294,11 +294,6 @@ TEST_F(TextPane, DrawsItsLettersInTheColourOfTexts) {
 }
 
 TEST_F(TextPane, HasItsFrameInEveryStyle) {
-  class ThickFrames final : public QProxyStyle {
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-      return metric == PM_DefaultFrameWidth ? 11 : QProxyStyle::pixelMetric(metric, option, widget);
-    }
-  };
   ThickFrames style;
   view.setStyle(&style);
   EXPECT_EQ(view.frameWidth(), 11);

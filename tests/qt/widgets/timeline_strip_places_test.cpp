@@ -1,10 +1,10 @@
 // How far a strip moves and zooms, and what it leaves to others.
 #include <QMenu>
-#include <QProxyStyle>
 #include <QVBoxLayout>
 #include <cmath>
 
 #include "tests/qt/widgets/paintings.h"
+#include "tests/qt/widgets/thick_frames.h"
 #include "tests/qt/widgets/timeline_strip_fixture.h"
 
 namespace pelmarix::test {
@@ -310,11 +310,6 @@ TEST_F(TimelineStripPlaces, IsMeasuredAnewInAnotherSize) {
 }
 
 TEST_F(TimelineStripPlaces, IsMeasuredAnewInAnotherStyle) {
-  class ThickFrames final : public QProxyStyle {
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-      return metric == PM_DefaultFrameWidth ? 11 : QProxyStyle::pixelMetric(metric, option, widget);
-    }
-  };
   show();
   const double before = scale.width;
   const int frame = strip.frameWidth();
