@@ -95,23 +95,14 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
 // Not left to the style, so that the marks of matches lie behind the letters.
 void RowDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& cell, const QRect& rect) const {
-  QTextLayout layout(cell.text, cell.font);
+  QTextLayout layout(elided(cell, rect.width()), cell.font);
   QTextOption leftToRight;
   leftToRight.setTextDirection(Qt::LeftToRight);
   layout.setTextOption(leftToRight);
-  const auto layOut = [&layout] {
-    layout.beginLayout();
-    const QTextLine line = layout.createLine();
-    layout.endLayout();
-    return line;
-  };
-  QTextLine line = layOut();
+  layout.beginLayout();
+  const QTextLine line = layout.createLine();
+  layout.endLayout();
   if (!line.isValid()) return;
-  if (line.naturalTextWidth() > rect.width()) {
-    layout.setText(elided(cell, rect.width()));
-    line = layOut();
-    if (!line.isValid()) return;
-  }
   const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
   const QPalette::ColorGroup group =
       cell.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
@@ -172,7 +163,7 @@ bool RowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QS
   QStyleOptionViewItem cell = option;
   initStyleOption(&cell, index);
   QStringList lines;
-  if (cell.fontMetrics.horizontalAdvance(cell.text) > textRect(cell).width()) lines += cell.text.trimmed();
+  if (elided(cell, textRect(cell).width()) != cell.text) lines += cell.text.trimmed();
   const QString description = displayText(index.data(Qt::ToolTipRole), option.locale);
   if (!description.isEmpty()) lines += description;
   // As rich text, so that long lines wrap and no markup in a name takes effect.

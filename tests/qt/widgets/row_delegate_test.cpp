@@ -49,9 +49,18 @@ class DrawnOutline : public OutlineOfATree {
     QApplication::processEvents();
     return widget.viewport()->grab().toImage();
   }
-  std::string tooltipOfCutOffName() {
-    for (int column = 0; column < 3; ++column) widget.setColumnWidth(column, 60);
+  // A group's name has the room of all columns.
+  void setFirstColumnWidth(int width) {
+    widget.setColumnWidth(0, width);
+    widget.setColumnWidth(1, 60);
+    widget.setColumnWidth(2, 60);
     QApplication::processEvents();
+  }
+  std::string tooltipOfCutOffName() {
+    setFirstColumnWidth(60);
+    return tooltipOfName();
+  }
+  std::string tooltipOfName() {
     const QPoint place = widget.visualRect(group(0)).center();
     QHelpEvent event(QEvent::ToolTip, place, widget.viewport()->mapToGlobal(place));
     QApplication::sendEvent(widget.viewport(), &event);
@@ -219,6 +228,21 @@ TEST_F(DrawnOutline, TellsInATooltipWhatIsCutOffWithItsControlsVisible) {
             "<p>\u2068"
             "A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell\u2069</p>"
             "<p>What A name that is too long \u21c4&lt;b&gt;for&lt;/b&gt; its cell is</p>");
+}
+
+TEST_F(DrawnOutline, TellsInATooltipANameThatIsCutOffByAPoint) {
+  mojave->name = "A name that is too long for its cell";
+  const auto drawnIn = [this](int width) {
+    setFirstColumnWidth(width);
+    return picture().copy(widget.visualRect(group(0)).adjusted(0, 0, -2, 0));
+  };
+  int width = 60;
+  do setFirstColumnWidth(++width);
+  while (tooltipOfName().starts_with("<p>A name") && width < 1000);
+  const QImage whole = drawnIn(width);
+  EXPECT_EQ(drawnIn(width + 40).copy(whole.rect()), whole);
+  const QImage cutOff = drawnIn(width - 1);
+  EXPECT_NE(whole.copy(cutOff.rect()), cutOff);
 }
 
 TEST_F(DrawnOutline, AddsNothingToANameInATooltipThatNeedsNoDirection) {
