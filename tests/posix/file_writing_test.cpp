@@ -66,6 +66,12 @@ TEST(WritingAFile, ClosesADescriptorThatHasTheStandardInputsPlace) {
   EXPECT_EQ(outcome, "closed");
 }
 
+TEST(WritingAFile, HasNothingLeftToCloseOnceItIsClosed) {
+  FileDescriptor file(open("/dev/null", O_WRONLY));
+  EXPECT_TRUE(file.close());
+  EXPECT_TRUE(file.close());
+}
+
 TEST(WritingAFile, ObeysTheUsersFileModeMask) {
   const TemporaryFolder folder;
   const std::string mode = test::inChild([&] {

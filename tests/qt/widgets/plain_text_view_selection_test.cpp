@@ -3,7 +3,9 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDrag>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -11,6 +13,7 @@
 #include <QWheelEvent>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "qt/widgets/plain_text_view.h"
 #include "tests/qt/widgets/pictures.h"
@@ -336,6 +339,32 @@ TEST_F(PlainTextViewSelection, KeepsWhatIsSelectedUnderAPressAndDropsItByAClick)
   EXPECT_EQ(selected(), "Safari") << "it may be dragged out";
   release(pointAt(2));
   EXPECT_EQ(view.selection(), (qt::TextRange{2, 2}));
+}
+
+TEST_F(PlainTextViewSelection, LetsWhatIsSelectedBeDraggedOutOnceTheMouseHasMovedFarEnough) {
+  show("Safari Mail");
+  view.select(0, 6);
+  std::vector<std::string> dragged;
+  const auto moveAndEndADrag = [&](QPoint point) {
+    QTimer::singleShot(0, &view, [&] {
+      const auto drags = view.findChildren<QDrag*>();
+      for (const QDrag* drag : drags) dragged.push_back(drag->mimeData()->text().toStdString());
+      QDrag::cancel();
+    });
+    moveTo(point);
+    QApplication::processEvents();
+  };
+  const QPoint start = pointAt(2);
+  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, start);
+  moveAndEndADrag(start + QPoint(QApplication::startDragDistance() - 1, 0));
+  EXPECT_TRUE(dragged.empty());
+  moveAndEndADrag(start + QPoint(QApplication::startDragDistance(), 0));
+  EXPECT_EQ(dragged, std::vector<std::string>{"Safari"});
+  moveAndEndADrag(start + QPoint(100, 0));
+  EXPECT_EQ(dragged.size(), 1U) << "until the next press";
+  EXPECT_EQ(selected(), "Safari");
+  release(start);
+  EXPECT_EQ(selected(), "Safari") << "it wasn't a click";
 }
 
 TEST_F(PlainTextViewSelection, LeavesTheSelectionToOtherButtons) {
