@@ -333,6 +333,7 @@ TEST_F(FileSearch, TellsTheSelectedFile) {
   EXPECT_EQ(controller->tableViewObjectValueForTableColumnRow(table, &path, 1),
             controller->selectedFile()->package);
   EXPECT_EQ(controller->tableViewObjectValueForTableColumnRow(table, &path, 2), nullptr);
+  EXPECT_EQ(controller->tableViewObjectValueForTableColumnRow(table, &path, -1), nullptr);
   table.selected = 2;
   EXPECT_EQ(controller->selectedFile(), nullptr);
 }

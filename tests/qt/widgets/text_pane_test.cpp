@@ -210,6 +210,30 @@ TEST_F(TextPane, KeepsTheFirstOfTheLinesInViewThatIsStillNearTheRarestOfThem) {
   EXPECT_EQ(firstAfter("gone\n" + usual, "new\nrare\nlast\n"), 1) << "no other is near to it";
   EXPECT_EQ(firstAfter("rare\nlast\n", "last\nnew\nrare\n"), 2) << "that was first";
   EXPECT_EQ(firstAfter("gone\nrare\n", "rare\n"), 0);
+  const std::string twoGone = "gone\ngone\n";
+  EXPECT_EQ(firstAfter(twoGone + "rare\n", "rare\nnew\nrare\n"), 2) << "it is where it was, too";
+  EXPECT_EQ(firstAfter(twoGone + "rare\n", "rare\nnew\nnew\nrare\n"), 0) << "the other is after it";
+}
+
+TEST_F(TextPane, LooksForLinesThatWereInViewNoFartherThanAViewFromTheRarest) {
+  giveRoomFor({400, margin + 8 * lineHeight});
+  const auto times = [](int count, const std::string& line) {
+    std::string all;
+    for (int i = 0; i < count; ++i) all += line + "\n";
+    return all;
+  };
+  const auto firstAfter = [&](const std::string& before, const std::string& after) {
+    const std::string common = times(20, "often");
+    show(common + times(20, "") + before + times(40, ""));
+    vertical().setValue(40);
+    show(common + times(20, "") + after + times(40, ""));
+    return vertical().value() - 40;
+  };
+  EXPECT_EQ(firstAfter("often\nrare\n", "often\n" + times(7, "new") + "rare\n"), 0);
+  EXPECT_EQ(firstAfter("often\nrare\n", "often\n" + times(8, "new") + "rare\n"), 9);
+  EXPECT_EQ(firstAfter("often\nrare\n", "rare\n" + times(7, "new") + "often\n"), 8);
+  EXPECT_EQ(firstAfter(times(7, "gone") + "low\n", "new\nnew\nlow\n"), 2);
+  EXPECT_EQ(firstAfter(times(8, "gone") + "below\n", "new\nnew\nbelow\n"), 0) << "it wasn't in view";
 }
 
 TEST_F(TextPane, StaysWhereItIsAtTheTopAndWhereNothingOfWhatWasInViewIsLeft) {
