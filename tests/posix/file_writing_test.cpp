@@ -72,16 +72,19 @@ TEST(WritingAFile, HasNothingLeftToCloseOnceItIsClosed) {
   EXPECT_TRUE(file.close());
 }
 
-TEST(WritingAFile, ObeysTheUsersFileModeMask) {
-  const TemporaryFolder folder;
-  const std::string mode = test::inChild([&] {
-    umask(027);
-    outcome(folder / "report.txt", {"x"});
-    struct stat status = {};
-    stat((folder / "report.txt").c_str(), &status);
-    return std::to_string(status.st_mode & 0777U);
-  });
-  EXPECT_EQ(mode, std::to_string(0640));
+TEST(WritingAFile, LetsTheUsersFileModeMaskSayWhoMayReadAndWriteIt) {
+  const auto mode = [](mode_t mask) {
+    const TemporaryFolder folder;
+    return test::inChild([&] {
+      umask(mask);
+      outcome(folder / "report.txt", {"x"});
+      struct stat status = {};
+      stat((folder / "report.txt").c_str(), &status);
+      return std::to_string(status.st_mode & 0777U);
+    });
+  };
+  EXPECT_EQ(mode(027), std::to_string(0640));
+  EXPECT_EQ(mode(0), std::to_string(0666));
 }
 
 #ifdef __linux__
