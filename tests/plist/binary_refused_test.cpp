@@ -58,6 +58,7 @@ const std::vector<ChangedByte> corruptions = {
     {"badTopObject", 0x41, 5, Reason::badTopObject},
     {"hugeTopObject", 0x3A, 0x80, Reason::badTopObject},
     {"tableStartInHeader", 0x49, 0x08, Reason::badTableStart},
+    {"tableStartAtTrailer", 0x49, 0x2A, Reason::lengthDiffers},
     {"tableStartPastTrailer", 0x49, 0x2B, Reason::badTableStart},
     {"hugeTableStart", 0x42, 0xFF, Reason::badTableStart},
     {"tableStartTooEarly", 0x49, 0x24, Reason::lengthDiffers},

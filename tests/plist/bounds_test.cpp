@@ -269,10 +269,14 @@ TEST(Size, isBoundedByTheNumberOfValuesWithTheirTexts) {
 }
 
 TEST(Size, isBoundedByTheNumberOfObjectsBeforeAnythingIsTakenForThem) {
-  std::string file = "bplist00\x09" + std::string((std::size_t{12} << 20U) + 1, '\x08');
-  file += hex("00 00 00 00 00 00 01 04") + bigEndianBytes((std::size_t{12} << 20U) + 1, 8) +
-          bigEndianBytes(0, 8) + bigEndianBytes(9, 8);
-  expectRefused(file, Reason::tooLarge, 1000);
+  // That are one and the same.
+  const auto objects = [](std::size_t count) {
+    return "bplist00\x09" + std::string(count, '\x08') + hex("00 00 00 00 00 00 01 04") +
+           bigEndianBytes(count, 8) + bigEndianBytes(0, 8) + bigEndianBytes(9, 8);
+  };
+  constexpr std::size_t most = std::size_t{12} << 20U;
+  EXPECT_TRUE(Document::decode(objects(most)));
+  expectRefused(objects(most + 1), Reason::tooLarge, 1000);
 }
 
 /// Each object is another place of the same text, which has to be made for each.

@@ -139,6 +139,28 @@ TEST(DirectoryEnumerator, FollowsNoLinkInAFoldersPlaceAfterItHasLeftAnotherFolde
   EXPECT_EQ(enumerator->nextObject(), std::nullopt);
 }
 
+TEST(DirectoryEnumerator, StaysAtItsEndWhateverAppearsInTheFolderThatWasLast) {
+  const TemporaryFolder folder;
+  folder.addFolder("walked/a");
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  EXPECT_EQ(enumerator->nextObject(), "a");
+  EXPECT_EQ(enumerator->nextObject(), std::nullopt);
+  folder.addFile("walked/a/inside");
+  EXPECT_EQ(enumerator->nextObject(), std::nullopt);
+}
+
+TEST(DirectoryEnumerator, GoesOnInAFolderThatIsMovedMeanwhile) {
+  const TemporaryFolder folder;
+  folder.addFile("walked/a/b/inside");
+  PosixFileManager files{Volume()};
+  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  EXPECT_EQ(enumerator->nextObject(), "a");
+  EXPECT_EQ(enumerator->nextObject(), "a/b");
+  std::filesystem::rename(folder / "walked/a", folder / "elsewhere");
+  EXPECT_EQ(enumerator->nextObject(), "a/b/inside");
+}
+
 TEST(DirectoryEnumerator, PassesOverAFolderThatBecomesAFifoWithoutWaiting) {
   const TemporaryFolder folder;
   folder.addFile("walked/a/inside");
