@@ -19,13 +19,14 @@ std::string nestedXml(std::string_view opening, std::size_t times, std::string_v
   return repeated(opening, times) + "<true/>" + repeated(closing, times);
 }
 
-/// Containers in one another, the innermost empty. `container` is the marker of one element or entry; a
-/// dictionary's key is the last object.
-std::string nestedBinary(const std::string& container, std::size_t times) {
+/// Containers in one another. `container` is the marker of one element or entry; a dictionary's key is the
+/// last object.
+std::string nestedBinary(const std::string& container, std::size_t times,
+                         const std::string& innermost = hex("A0")) {
   const std::string key = container == hex("D1") ? bigEndianBytes(times, 4) : "";
   std::vector<std::string> objects;
   for (std::size_t i = 1; i < times; ++i) objects.push_back(container + key + bigEndianBytes(i, 4));
-  objects.push_back(hex("A0"));
+  objects.push_back(innermost);
   objects.push_back(hex("51") + "k");
   return BinaryPlist{.objects = objects, .offsetWidth = 4, .referenceWidth = 4}.bytes();
 }
@@ -56,6 +57,8 @@ TEST(Nesting, isRefusedWhenBottomless) {
 TEST(Nesting, may512LevelsDeepInBinary) {
   EXPECT_TRUE(Document::decode(nestedBinary(hex("A1"), 512)));
   EXPECT_TRUE(Document::decode(nestedBinary(hex("D1"), 512)));
+  const std::string holdingTheKey = hex("A1") + bigEndianBytes(512, 4);
+  EXPECT_TRUE(Document::decode(nestedBinary(hex("A1"), 512, holdingTheKey)));
 }
 
 TEST(Nesting, isRefusedFrom513LevelsInBinary) {
@@ -128,6 +131,21 @@ TEST(Sharing, aSmallFileMayStandForMoreLeavesThanCouldEverBeVisited) {
   EXPECT_EQ(first.string()->data(), second.string()->data());
 }
 
+TEST(Sharing, aTextThatManyReferToIsMadeOnce) {
+  constexpr std::size_t letters = 10'000;
+  constexpr std::size_t times = 10'000;
+  std::string references;
+  for (std::size_t i = 0; i < times; ++i) references += '\x01';
+  const std::string text = hex("5F 11") + bigEndianBytes(letters, 2) + std::string(letters, '\xE9');
+  const std::string file =
+      BinaryPlist{.objects = {hex("AF 11") + bigEndianBytes(times, 2) + references, text}, .offsetWidth = 2}
+          .bytes();
+  const HeapMeter heap;
+  const Result<Document, Error> document = Document::decode(file);
+  ASSERT_TRUE(document);
+  EXPECT_LT(heap.peak(), 5 * letters);
+}
+
 std::size_t heapBound(std::string_view bytes) { return 64 * bytes.size() + 1048576; }
 
 std::size_t peakOfDecoding(std::string_view bytes) {
@@ -137,7 +155,8 @@ std::size_t peakOfDecoding(std::string_view bytes) {
 }
 
 /// One long string under so many object numbers.
-std::string overlapping(const std::string& marker, const std::string& filling, std::size_t objectCount) {
+std::string overlapping(const std::string& marker, const std::string& filling, std::size_t objectCount,
+                        std::size_t unusedCount = 0) {
   std::string object =
       marker + bigEndianBytes(filling.size() / (marker == hex("6F 12") ? 2 : 1), 4) + filling;
   std::string references;
@@ -145,7 +164,7 @@ std::string overlapping(const std::string& marker, const std::string& filling, s
   BinaryPlist file{.objects = {hex("AF 12") + bigEndianBytes(objectCount, 4) + references, object},
                    .offsetWidth = 4,
                    .referenceWidth = 3};
-  file.furtherOffsets.assign(objectCount - 1, 8 + file.objects[0].size());
+  file.furtherOffsets.assign(objectCount - 1 + unusedCount, 8 + file.objects[0].size());
   return file.bytes();
 }
 
@@ -281,8 +300,14 @@ TEST(Size, isBoundedByTheNumberOfObjectsBeforeAnythingIsTakenForThem) {
 
 /// Each object is another place of the same text, which has to be made for each.
 TEST(Size, isBoundedByTheNumberOfObjectsThatHaveToBeMade) {
-  const std::string file = overlapping(hex("5F 12"), "\xE9", std::size_t{4} << 20U);
-  expectRefused(file, Reason::tooLarge);
+  // That count as four each, beside the array.
+  const auto made = [](std::size_t count, std::size_t unused) {
+    return overlapping(hex("5F 12"), "\xE9", count, unused);
+  };
+  constexpr std::size_t most = (std::size_t{12} << 20U) - 1;
+  EXPECT_TRUE(Document::decode(made(most / 4, most % 4)));
+  EXPECT_EQ(refusal(made(most / 4, most % 4 + 1)), Reason::tooLarge);
+  expectRefused(made(std::size_t{4} << 20U, 0), Reason::tooLarge);
 }
 
 TEST(Overlap, isRefusedWhenItMakesMoreThanTheLargestFileHas) {
