@@ -40,6 +40,8 @@ TEST(FindInvalidUtf8, LooksNoFurtherThanTheEnd) {
   const std::string_view text = "a\U0001F600";
   for (std::size_t size = 2; size < text.size(); ++size)
     EXPECT_EQ(findInvalidUtf8(text.data(), text.data() + size), text.data() + 1) << size;
+  const std::vector<char> block(3, 'a');  // with nothing behind it
+  EXPECT_EQ(findInvalidUtf8(block.data(), block.data() + block.size()), block.data() + block.size());
 }
 
 TEST(FindNonAscii, FindsTheFirstAtEveryPlaceOfTextsOfEveryLength) {

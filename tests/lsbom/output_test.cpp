@@ -1,6 +1,8 @@
 #include "lsbom/output.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -101,6 +103,27 @@ TEST(Output, GoesOnAfterItWasFlushed) {
   output.append("two");
   EXPECT_TRUE(output.flush());
   EXPECT_EQ(file.content(), "one two");
+}
+
+TEST(Output, WritesNothingMoreAfterAnError) {
+  int ends[2] = {};
+  ASSERT_EQ(pipe(ends), 0);
+  ASSERT_EQ(fcntl(ends[0], F_SETFL, O_NONBLOCK), 0);
+  ASSERT_EQ(fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
+  std::FILE* const full = fdopen(ends[1], "wb");
+  std::setvbuf(full, nullptr, _IONBF, 0);
+  Output output(full);
+  output.append(std::string(10'000'000, 'x'));
+  EXPECT_TRUE(output.hasFailed()) << "no pipe has that much room";
+  std::string taken(1'000'000, ' ');
+  while (read(ends[0], taken.data(), taken.size()) > 0) continue;
+  output.append("more");
+  const auto flushed = output.flush();
+  ASSERT_FALSE(flushed);
+  EXPECT_EQ(flushed.error(), std::errc::resource_unavailable_try_again);
+  EXPECT_LT(read(ends[0], taken.data(), taken.size()), 0);
+  std::fclose(full);
+  close(ends[0]);
 }
 
 #ifdef __linux__  // which has a device that is always full
