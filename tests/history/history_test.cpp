@@ -33,6 +33,11 @@ TEST(HistoryType, IsNamedInWords) {
   EXPECT_EQ(history_type::name(-1), "");
 }
 
+TEST(HistoryItem, TellsItsKindAndItsVersionIfItHasOne) {
+  EXPECT_EQ(kindAndVersion(*item("macOS Mojave", "10.14", 0)), "system install or upgrade, 10.14");
+  EXPECT_EQ(kindAndVersion(*item("Fonts", "", 4)), "configuration data");
+}
+
 TEST(HistoryCsv, HasARecordForEachEntryBelowTheTitles) {
   auto mojave = std::make_shared<History>("macOS Mojave 10.14");
   mojave->children = {item("macOS Mojave", "10.14", 0), item("Fonts, \"all\"", "", 4)};

@@ -193,6 +193,9 @@ TEST(InstallHistoryRecord, OfALongVersionOrContentTypeIsRefusedToo) {
   longText.resize(45'000'000, 'a');
   EXPECT_FALSE(decodeEntry(aDate + aName + key("displayVersion", string(longText))));
   EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("contentType", string(longText))));
+  const std::string lessLong(30'000'000, 'a');
+  const std::string content = key("contentType", string(std::string(20'000'000, 'b')));
+  EXPECT_FALSE(decodeEntry(aDate + key("displayName", string(lessLong)) + aVersion + content));
 }
 
 TEST(InstallHistoryRecord, MayTakeSixteenMebibytesAndSixtyFourTimesTheList) {
@@ -235,11 +238,22 @@ TEST(InstallHistoryRecord, NeverTakesMoreThan384Mebibytes) {
 }
 
 TEST(InstallHistoryRecord, TakesLittleMemoryHoweverLargeTheFile) {
-  const std::string bytes = binaryHistory(1'000'000, "a", oneSecond, 0, 20'000'000);
+  const std::string bytes = binaryHistory(5'000'000, "a", oneSecond, 0, 20'000'000);
   const HeapMeter heap;
   EXPECT_FALSE(decodeInstallHistory(bytes));
   EXPECT_LE(heap.peak(), 200'000'000u);
   EXPECT_TRUE(decodeInstallHistory(binaryHistory(200'000, "a", oneSecond, 0, 20'000'000)));
+}
+
+TEST(InstallHistoryRecord, TakesNothingForPlacesThatItsBudgetHasNothingLeftFor) {
+  constexpr std::size_t budget = std::size_t{384} << 20U;
+  // Of one entry three keys, the entry itself, and ten copies of its texts.
+  const std::string name((budget - 3 * 16 - 400) / 10 - 1, 'a');
+  const std::string bytes = binaryHistory(20'000'000, name, oneSecond);
+  const HeapMeter heap;
+  EXPECT_FALSE(decodeInstallHistory(bytes));
+  EXPECT_GT(heap.peak(), name.size()) << "the first entry is taken";
+  EXPECT_LE(heap.peak(), name.size() + 10'000);
 }
 
 TEST(InstallHistoryRecord, OfManyKeysNamedInManyPlacesIsRefusedBeforeItTakesForEver) {

@@ -56,6 +56,7 @@ TEST(ClassicTime, IsInUtc) {
   EXPECT_EQ(timeOf(1538021007), "Thu Sep 27 04:03:27 2018");
   EXPECT_EQ(timeOf(0), "Thu Jan  1 00:00:00 1970");
   EXPECT_EQ(timeOf(951827696), "Tue Feb 29 12:34:56 2000");
+  EXPECT_EQ(timeOf(498790800), "Tue Oct 22 01:00:00 1985");
   EXPECT_EQ(timeOf(1704067199), "Sun Dec 31 23:59:59 2023");
   EXPECT_EQ(timeOf(4294967295), "Sun Feb  7 06:28:15 2106");
 }

@@ -64,6 +64,9 @@ TEST(Listing, HasThreeFiveOrSixFieldsWithoutOptions) {
 
 TEST(Listing, ChoosesBlockDevices) {
   EXPECT_EQ(listed({.blockDevices = true, .pathsOnly = true}), "./block\n");
+  const std::string ofEverybody = writeBillOfMaterials(
+      {{.path = "block", .kind = BomKind::device, .mode = 0060777, .modificationTime = 1, .checksum = 7}});
+  EXPECT_EQ(listingOf(ofEverybody, {.blockDevices = true, .pathsOnly = true}), "block\n");
 }
 
 TEST(Listing, ChoosesCharacterDevices) {

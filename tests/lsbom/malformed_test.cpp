@@ -394,11 +394,15 @@ TEST(MalformedBillOfMaterials, IsRefusedForPathsThatTogetherAreLongerThanAnyList
 TEST(MalformedBillOfMaterials, IsRefusedForLeavesThatTogetherHaveMorePathsThanThereAreBlocks) {
   EditableBom bom(entries, {.pathsPerNode = 3});
   const std::uint32_t second = bom.childNode(bom.rootNode(), 1);
-  const std::uint32_t paths = bom.u32(bom.index()) - 2;
-  bom.setU16(bom.block(second) + 2, paths).setU32(bom.tree() + 16, 3 + paths);
-  const Failure failure = failureOf(bom.bytes);
+  const std::uint32_t blocks = bom.u32(bom.index());
+  const auto failureWithPaths = [&](std::uint32_t count) {
+    bom.setU16(bom.block(second) + 2, count - 3).setU32(bom.tree() + 16, count);
+    return failureOf(bom.bytes);
+  };
+  const Failure failure = failureWithPaths(blocks + 1);
   EXPECT_EQ(failure.fault, Fault::idTwice);
   EXPECT_EQ(failure.offset, bom.block(second) + 12);
+  EXPECT_NE(failureWithPaths(blocks).offset, bom.block(second) + 12) << "each could have one of its own";
 }
 
 TEST(MalformedBillOfMaterials, IsRefusedForPathsThatAreTheSameInAll) {

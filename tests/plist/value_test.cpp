@@ -79,6 +79,13 @@ TEST(Value, thatIsNoContainerHasNeitherElementsNorEntries) {
   EXPECT_FALSE(root.find("a"));
 }
 
+TEST(Value, thatIsAnArrayHasNoKeys) {
+  const Result<Document, Error> document =
+      Document::decode("<array><string>a</string><string>b</string></array>");
+  ASSERT_TRUE(document);
+  EXPECT_FALSE(document->root().find("a"));
+}
+
 class Container : public testing::TestWithParam<std::string> {};
 
 TEST_P(Container, isWalkedInFileOrder) {
