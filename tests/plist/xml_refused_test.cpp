@@ -17,6 +17,8 @@ const std::vector<Refused> documents = {
     {"AnEmptyPlistElement", "<plist></plist>", Reason::noObject},
     {"AnEmptyPlistElementBeforeAnObject", "<plist></plist><true/>", Reason::noObject},
     {"TwoObjectsInAPlist", "<plist><true/><false/></plist>", Reason::severalObjects},
+    {"TwoObjectsInAPlistInAnArray", "<array><true/><plist><true/><false/></plist></array>",
+     Reason::severalObjects},
     {"TextBeforeTheRoot", "text<plist><true/></plist>", Reason::unexpectedText},
     {"TextInAnArray", "<array>text</array>", Reason::unexpectedText},
     {"TextInADictionary", "<dict>text</dict>", Reason::unexpectedText},
