@@ -301,6 +301,17 @@ TEST(Task, GivesAnEmptyOutputWhereItWasNeverLaunched) {
   EXPECT_EQ(*pipe.readDataToEndOfFile(), "");
 }
 
+TEST(Task, WaitsForNoOtherWhereItWasNeverLaunched) {
+  PosixTask other(nowhere);
+  other.setLaunchPath("/bin/sh");
+  other.setArguments({"-c", "exit 3"});
+  other.launch();
+  static PosixTask neverLaunched(nowhere);  // all of its memory is 0: no process, or any to waitpid
+  neverLaunched.waitUntilExit();
+  other.waitUntilExit();
+  EXPECT_EQ(other.terminationStatus(), 3);
+}
+
 TEST(Task, GivesAnEmptyOutputAfterALaunchThatFailed) {
   PosixPipe pipe;
   PosixTask task(nowhere);
