@@ -112,8 +112,7 @@ TEST(DirectoryEnumerator, YieldsAFolderThatVanishedOrBecameALinkAndGoesOn) {
   folder.addFile("elsewhere/secret");
   folder.addFile("walked/a/inside");
   folder.addFile("walked/b/inside");
-  PosixFileManager files{Volume()};
-  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const auto enumerator = PosixFileManager(Volume()).enumeratorAtPath(folder / "walked");
   const std::string first(enumerator->nextObject().value());
   const std::string second = first == "a" ? "b" : "a";
   std::filesystem::remove_all(folder / "walked/a");
@@ -129,8 +128,7 @@ TEST(DirectoryEnumerator, FollowsNoLinkInAFoldersPlaceAfterItHasLeftAnotherFolde
   folder.addFile("elsewhere/secret");
   folder.addFile("walked/a/inside");
   folder.addFile("walked/b/inside");
-  PosixFileManager files{Volume()};
-  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const auto enumerator = PosixFileManager(Volume()).enumeratorAtPath(folder / "walked");
   const std::string first(enumerator->nextObject().value());
   EXPECT_EQ(enumerator->nextObject(), first + "/inside");
   const std::string second(enumerator->nextObject().value());
@@ -142,8 +140,7 @@ TEST(DirectoryEnumerator, FollowsNoLinkInAFoldersPlaceAfterItHasLeftAnotherFolde
 TEST(DirectoryEnumerator, StaysAtItsEndWhateverAppearsInTheFolderThatWasLast) {
   const TemporaryFolder folder;
   folder.addFolder("walked/a");
-  PosixFileManager files{Volume()};
-  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const auto enumerator = PosixFileManager(Volume()).enumeratorAtPath(folder / "walked");
   EXPECT_EQ(enumerator->nextObject(), "a");
   EXPECT_EQ(enumerator->nextObject(), std::nullopt);
   folder.addFile("walked/a/inside");
@@ -153,8 +150,7 @@ TEST(DirectoryEnumerator, StaysAtItsEndWhateverAppearsInTheFolderThatWasLast) {
 TEST(DirectoryEnumerator, GoesOnInAFolderThatIsMovedMeanwhile) {
   const TemporaryFolder folder;
   folder.addFile("walked/a/b/inside");
-  PosixFileManager files{Volume()};
-  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const auto enumerator = PosixFileManager(Volume()).enumeratorAtPath(folder / "walked");
   EXPECT_EQ(enumerator->nextObject(), "a");
   EXPECT_EQ(enumerator->nextObject(), "a/b");
   std::filesystem::rename(folder / "walked/a", folder / "elsewhere");
@@ -164,8 +160,7 @@ TEST(DirectoryEnumerator, GoesOnInAFolderThatIsMovedMeanwhile) {
 TEST(DirectoryEnumerator, PassesOverAFolderThatBecomesAFifoWithoutWaiting) {
   const TemporaryFolder folder;
   folder.addFile("walked/a/inside");
-  PosixFileManager files{Volume()};
-  const auto enumerator = files.enumeratorAtPath(folder / "walked");
+  const auto enumerator = PosixFileManager(Volume()).enumeratorAtPath(folder / "walked");
   EXPECT_EQ(enumerator->nextObject(), "a");
   std::filesystem::remove_all(folder / "walked/a");
   folder.addFifo("walked/a");

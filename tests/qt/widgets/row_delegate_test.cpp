@@ -212,6 +212,15 @@ TEST_F(DrawnOutline, MarksMatchesInWritingFromRightToLeft) {
   EXPECT_FALSE(marked(QStringLiteral("\u05d2 10")).isEmpty()) << "of both";
 }
 
+TEST_F(DrawnOutline, MarksAMatchAtTheBeginning) {
+  mojave->name = "Xylo";
+  const QImage before = picture();
+  widget.markMatches(QStringLiteral("xy"));
+  const QRect changed = changedPart(before, picture());
+  const int left = widget.visualRect(group(0)).left() + firstDarkColumn(group(0));
+  EXPECT_TRUE(isAbout(changed, QRect(left, changed.top(), boldWidth("Xy"), changed.height())));
+}
+
 TEST_F(DrawnOutline, MarksMatchesThatHoldAControlOfWritingDirection) {
   mojave->name = "Mo\u202ejave";
   const QImage before = picture();

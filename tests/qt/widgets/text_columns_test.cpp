@@ -52,9 +52,16 @@ TEST_F(TabStops, TakeLinesFromAllOfALongText) {
   expectNear(of(text), 7 + 2 + 1, 7 + 2 + 1 + 2);
 }
 
+TEST_F(TabStops, TakeEachOfTenThousandLines) {
+  std::string text;
+  for (int line = 1; line < 10'000; ++line) text += "./a\t1\tMon\n";
+  expectNear(of(text + "./abcde\t1\tMon"), 7 + 2 + 1, 7 + 2 + 1 + 2);
+}
+
 TEST_F(TabStops, AreThereWhereNoLineHasFields) {
   expectNear(of("No information"), 2, 4);
   expectNear(of("./Applications\t1"), 14 + 2, 14 + 2 + 2);
+  expectNear(of("\t1\tMon\n"), 0 + 2 + 1, 0 + 2 + 1 + 2);
 }
 
 TEST_F(TabStops, AreNoneWhereThereAreNoColumns) {
