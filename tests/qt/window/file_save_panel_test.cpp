@@ -70,6 +70,12 @@ TEST_F(FileSavePanel, IsNotModalAndHasNothingPreset) {
   EXPECT_THAT(responses, IsEmpty());
 }
 
+TEST_F(FileSavePanel, LetsNoFoldersBeMadeWhereItIsToldSo) {
+  qt::FileSavePanel panel(&window);
+  panel.setCanCreateDirectories(false);
+  EXPECT_TRUE(window.findChild<QFileDialog*>()->testOption(QFileDialog::ReadOnly));
+}
+
 TEST_F(FileSavePanel, OffersTextFilesAndAllOthers) {
   EXPECT_EQ(begin().nameFilters().join(QLatin1Char('|')).toStdString(),
             "Text files (*.text *.txt)|All files (*)");

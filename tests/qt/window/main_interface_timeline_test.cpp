@@ -132,6 +132,9 @@ TEST_F(TimelineOfTheWindow, MarksWhatWasSelectedLastInTheLists) {
   EXPECT_NE(ofReceipt, ofEntry);
   QTest::mouseClick(outline().viewport(), Qt::LeftButton, {}, outline().visualRect(entry).center());
   EXPECT_EQ(picture(), ofEntry) << "though it was selected all the time";
+  const QRect receipt = table().visualRect(table().model()->index(0, 0));
+  QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, receipt.center());
+  EXPECT_EQ(picture(), ofReceipt) << "likewise";
   outline().setCurrentIndex(outline().model()->index(0, 0));
   EXPECT_EQ(picture(), nothing) << "a group is no entry";
 }
