@@ -67,6 +67,8 @@ TEST_F(MainWindow, ClosesWithoutADelegate) {
 TEST_F(MainWindow, FitsTheScreen) {
   const QSize screen = window.screen()->availableSize();
   EXPECT_EQ(window.width(), static_cast<int>(window.contentRect().width));
+  EXPECT_EQ(window.contentRect().x, 0);
+  EXPECT_EQ(window.contentRect().y, 0);
   EXPECT_LE(window.width(), screen.width());
   EXPECT_LE(window.height(), screen.height());
   // Lists and report have room: much of a small screen is taken.
