@@ -193,9 +193,10 @@ TEST(InstallHistoryRecord, OfALongVersionOrContentTypeIsRefusedToo) {
   longText.resize(45'000'000, 'a');
   EXPECT_FALSE(decodeEntry(aDate + aName + key("displayVersion", string(longText))));
   EXPECT_FALSE(decodeEntry(aDate + aName + aVersion + key("contentType", string(longText))));
-  const std::string lessLong(30'000'000, 'a');
-  const std::string content = key("contentType", string(std::string(20'000'000, 'b')));
-  EXPECT_FALSE(decodeEntry(aDate + key("displayName", string(lessLong)) + aVersion + content));
+  // Nor may all of them together be as long.
+  longText.resize(25'000'000);
+  EXPECT_FALSE(decodeEntry(aDate + key("displayName", string(longText)) + aVersion +
+                           key("contentType", string(longText.substr(1)))));
 }
 
 TEST(InstallHistoryRecord, MayTakeSixteenMebibytesAndSixtyFourTimesTheList) {
@@ -248,7 +249,8 @@ TEST(InstallHistoryRecord, TakesLittleMemoryHoweverLargeTheFile) {
 TEST(InstallHistoryRecord, TakesNothingForPlacesThatItsBudgetHasNothingLeftFor) {
   constexpr std::size_t budget = std::size_t{384} << 20U;
   // Of one entry three keys, the entry itself, and ten copies of its texts.
-  const std::string name((budget - 3 * 16 - 400) / 10 - 1, 'a');
+  std::string name;
+  name.resize((budget - std::size_t{3} * 16 - 400) / 10 - 1, 'a');
   const std::string bytes = binaryHistory(20'000'000, name, oneSecond);
   const HeapMeter heap;
   EXPECT_FALSE(decodeInstallHistory(bytes));

@@ -113,7 +113,9 @@ TEST(Output, WritesNothingMoreAfterAnError) {
   std::FILE* const full = fdopen(ends[1], "wb");
   std::setvbuf(full, nullptr, _IONBF, 0);
   Output output(full);
-  output.append(std::string(10'000'000, 'x'));
+  std::string much;
+  much.resize(10'000'000, 'x');
+  output.append(much);
   EXPECT_TRUE(output.hasFailed()) << "no pipe has that much room";
   std::string taken(1'000'000, ' ');
   while (read(ends[0], taken.data(), taken.size()) > 0) continue;
