@@ -335,7 +335,6 @@ void MainInterface::updateEditActions() {
 void MainInterface::show() {
   guarded([this] { controller_.viewDidLoad(); })();
   guarded([this] { fillTimeline(); })();
-  showOrHideTimeline();
   ui_->actionFindFile->setEnabled(!controller_.boms.children.empty());
   ui_->outline->setFocus();
   window_.show();
