@@ -63,6 +63,7 @@ const std::vector<Accepted> texts = {
     {"NulByReference", "<string>a&#0;b</string>", "\"a\0b\""s},
     {"TextAroundReferences", "<string>one &amp; two &lt; three</string>", "\"one & two < three\""},
     {"CharacterData", "<string>a<![CDATA[<b> & &amp; ]] > ]]>c</string>", "\"a<b> & &amp; ]] > c\""},
+    {"CharacterDataThatEndsInMarkup", "<string><![CDATA[a<]]></string>", "\"a<\""},
     {"SeveralCharacterDataSections", "<string><![CDATA[a]]><![CDATA[]]>&amp;<![CDATA[b]]></string>",
      "\"a&b\""},
     {"Utf8InCharacterData", "<string><![CDATA[\u20AC]]>\u20AC</string>", "\"\u20AC\u20AC\""},
