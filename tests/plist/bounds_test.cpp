@@ -134,8 +134,7 @@ TEST(Sharing, aSmallFileMayStandForMoreLeavesThanCouldEverBeVisited) {
 TEST(Sharing, aTextThatManyReferToIsMadeOnce) {
   constexpr std::size_t letters = 10'000;
   constexpr std::size_t times = 10'000;
-  std::string references;
-  for (std::size_t i = 0; i < times; ++i) references += '\x01';
+  const std::string references(times, '\x01');
   const std::string text = hex("5F 11") + bigEndianBytes(letters, 2) + std::string(letters, '\xE9');
   const std::string file =
       BinaryPlist{.objects = {hex("AF 11") + bigEndianBytes(times, 2) + references, text}, .offsetWidth = 2}

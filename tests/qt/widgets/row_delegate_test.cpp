@@ -29,6 +29,8 @@ TEST(RowDelegate, IndentsATextForATabAtItsStart) {
 TEST(RowDelegate, DrawsEverythingOnOneLine) {
   EXPECT_EQ(displayed(QStringLiteral("a\nb\rc\u2028d\u2029e\tf\u0001g")), "a b c d e f g");
   EXPECT_EQ(displayed(QString(QChar::Null)), " ");
+  // Which parts shorter forms of a text for the toolkit when it cuts it off.
+  EXPECT_EQ(displayed(QStringLiteral("a\u009cb")), "a b");
 }
 
 TEST(RowDelegate, HasASignForEachControlOfWritingDirection) {
@@ -246,8 +248,8 @@ TEST_F(DrawnOutline, TellsInATooltipANameThatIsCutOffByAPoint) {
     return picture().copy(widget.visualRect(group(0)).adjusted(0, 0, -2, 0));
   };
   int width = 60;
-  do setFirstColumnWidth(++width);
-  while (tooltipOfName().starts_with("<p>A name") && width < 1000);
+  setFirstColumnWidth(width);
+  while (tooltipOfName().starts_with("<p>A name") && width < 1000) setFirstColumnWidth(++width);
   const QImage whole = drawnIn(width);
   EXPECT_EQ(drawnIn(width + 40).copy(whole.rect()), whole);
   const QImage cutOff = drawnIn(width - 1);

@@ -36,6 +36,18 @@ class TextPane : public testing::Test {
     for (int i = 1; i < count; ++i) text += "\nline " + std::to_string(i);
     return text;
   }
+  static std::string times(int count, const char* line) {
+    return (QByteArray(line) + '\n').repeated(count).toStdString();
+  }
+  /// How far the first line in view goes when other lines come between those above and below.
+  int linesMoved(const std::string& above, const std::string& before, const std::string& after,
+                 const std::string& below) {
+    const auto first = static_cast<int>(std::count(above.begin(), above.end(), '\n'));
+    show(above + before + below);
+    vertical().setValue(first);
+    show(above + after + below);
+    return vertical().value() - first;
+  }
   void giveRoomFor(QSize size) {
     view.resize(view.size() + size - view.viewport()->size());
     QApplication::processEvents();
@@ -194,13 +206,10 @@ TEST_F(TextPane, ScrollsSidewaysNoFartherThanAPlaceNeedsToComeIntoView) {
 
 TEST_F(TextPane, KeepsTheFirstOfTheLinesInViewThatIsStillNearTheRarestOfThem) {
   giveRoomFor({400, margin + 8 * lineHeight});
+  const std::string above = times(40, "") + "often\nmany\n" + times(40, "");
+  const std::string below = times(40, "") + "often\nmany";
   const auto firstAfter = [&](const std::string& before, const std::string& after) {
-    const std::string common = std::string(40, '\n') + "often\nmany\n" + std::string(40, '\n');
-    const std::string end = std::string(40, '\n') + "often\nmany";
-    show(common + before + end);
-    vertical().setValue(82);
-    show(common + after + end);
-    return vertical().value() - 82;
+    return linesMoved(above, before, after, below);
   };
   const std::string usual = "often\nmany\nrare\nlast\n";
   EXPECT_EQ(firstAfter(usual, usual + "more\n"), 0);
@@ -217,17 +226,8 @@ TEST_F(TextPane, KeepsTheFirstOfTheLinesInViewThatIsStillNearTheRarestOfThem) {
 
 TEST_F(TextPane, LooksForLinesThatWereInViewNoFartherThanAViewFromTheRarest) {
   giveRoomFor({400, margin + 8 * lineHeight});
-  const auto times = [](int count, const std::string& line) {
-    std::string all;
-    for (int i = 0; i < count; ++i) all += line + "\n";
-    return all;
-  };
   const auto firstAfter = [&](const std::string& before, const std::string& after) {
-    const std::string common = times(20, "often");
-    show(common + times(20, "") + before + times(40, ""));
-    vertical().setValue(40);
-    show(common + times(20, "") + after + times(40, ""));
-    return vertical().value() - 40;
+    return linesMoved(times(20, "often") + times(20, ""), before, after, times(40, ""));
   };
   EXPECT_EQ(firstAfter("often\nrare\n", "often\n" + times(7, "new") + "rare\n"), 0);
   EXPECT_EQ(firstAfter("often\nrare\n", "often\n" + times(8, "new") + "rare\n"), 9);
